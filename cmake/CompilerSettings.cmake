@@ -1,0 +1,42 @@
+# Language level, warnings and sanitizers, the same for every target of the project.
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_VISIBILITY_INLINES_HIDDEN ON)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+if(PROJECT_IS_TOP_LEVEL)
+  # Programs, libraries and proj.db stand side by side, as they do when installed.
+  set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+  set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/lib)
+  if(NOT CMAKE_BUILD_TYPE)
+    set(CMAKE_BUILD_TYPE Release)
+  endif()
+endif()
+
+option(RDB2NIMBRA_WARNINGS_AS_ERRORS "Stop at the first warning (presets dev and CI)" OFF)
+set(RDB2NIMBRA_SANITIZE "" CACHE STRING "Value of -fsanitize=, empty for none")
+option(RDB2NIMBRA_COVERAGE "Instrument for line coverage" OFF)
+
+add_library(rdb2nimbra_settings INTERFACE)
+target_compile_options(rdb2nimbra_settings INTERFACE
+  $<BUILD_INTERFACE:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wnon-virtual-dtor;-Woverloaded-virtual>)
+if(RDB2NIMBRA_WARNINGS_AS_ERRORS)
+  target_compile_options(rdb2nimbra_settings INTERFACE $<BUILD_INTERFACE:-Werror>)
+endif()
+if(RDB2NIMBRA_SANITIZE)
+  add_compile_options(-fsanitize=${RDB2NIMBRA_SANITIZE} -fno-omit-frame-pointer)
+  if(RDB2NIMBRA_SANITIZE MATCHES "undefined")
+    add_compile_options(-fno-sanitize-recover=undefined)
+  endif()
+  add_link_options(-fsanitize=${RDB2NIMBRA_SANITIZE})
+endif()
+if(RDB2NIMBRA_COVERAGE)
+  add_compile_options(--coverage -fprofile-update=atomic)
+  add_link_options(--coverage)
+endif()
+target_include_directories(rdb2nimbra_settings INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra>)
