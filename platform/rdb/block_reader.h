@@ -1,0 +1,50 @@
+// Reads blocks of one file through one connection. Internal to this room.
+// Partner: block_reader.cpp
+#pragma once
+
+#include "platform/rdb/block_layout.h"
+#include "platform/rdb/connection.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace riegl::rdb::embedded {
+
+/// A connection with the one open block of it. Not for two threads at a time; a reader a thread.
+class BlockReader {
+ public:
+  explicit BlockReader(const std::string& path);
+  BlockReader(const BlockReader&) = delete;
+  BlockReader& operator=(const BlockReader&) = delete;
+  ~BlockReader();
+
+  Connection& connection() { return link; }
+
+  /// Goes to a block and checks that it is the block of that column and number, of the expected size.
+  /// \errors Error that names column, block, expectation and finding
+  void open(const Column& column, const BlockLayout& layout, std::uint64_t number);
+  /// The checksum that the open block carries.
+  const std::optional<std::uint32_t>& checksum() const { return expectedChecksum; }
+  /// Reads bytes of the open block.
+  void read(void* to, std::size_t bytes, std::size_t offset);
+  /// Raises the Error for a checksum other than the block's.
+  void requireChecksum(std::uint32_t found) const;
+
+  /// Room for values on their way, kept from block to block.
+  std::vector<unsigned char> stored, converted;
+
+ private:
+  void openBlob(std::int64_t rowId);
+  [[noreturn]] void damaged(const std::string& expected, const std::string& found) const;
+
+  Connection link;
+  Statement head;
+  sqlite3_blob* blob = nullptr;
+  std::optional<std::uint32_t> expectedChecksum;
+  std::string object;
+};
+
+} // namespace riegl::rdb::embedded

@@ -1,0 +1,259 @@
+// Opening a database file of unknown origin: every check that comes before the first row is read.
+// Partner: connection.h
+#include "platform/rdb/connection.h"
+
+#include "platform/rdb/file_format.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <iomanip>
+#include <sstream>
+#include <sys/stat.h>
+#include <system_error>
+
+namespace riegl::rdb::embedded {
+namespace {
+
+constexpr const char* cannotOpen = "cannot open the database";
+constexpr const char* otherFormat = "the file is not a database of this kind";
+
+std::string systemText(int number) {
+  return std::generic_category().message(number);
+}
+
+const char* kindOf(mode_t mode) {
+  switch (mode & S_IFMT) {
+  case S_IFDIR:
+    return "a directory";
+  case S_IFIFO:
+    return "a named pipe";
+  case S_IFCHR:
+  case S_IFBLK:
+    return "a device";
+  case S_IFSOCK:
+    return "a socket";
+  default:
+    return "something else";
+  }
+}
+
+std::uint32_t bigEndian(const unsigned char* at) {
+  return (std::uint32_t{at[0]} << 24) | (std::uint32_t{at[1]} << 16) | (std::uint32_t{at[2]} << 8) | at[3];
+}
+
+std::string hexadecimal(std::uint32_t number) {
+  std::ostringstream text;
+  text << "0x" << std::hex << std::setfill('0') << std::setw(8) << number;
+  return text.str();
+}
+
+std::string tableText(const char* table, const std::string& path) {
+  return std::string("table \"") + table + "\" of " + path;
+}
+
+// SQLite reads "file:..." and ":memory:" as something else than a path; with a directory before it, it is
+// one.
+std::string plainPath(const std::string& path) {
+  return path.front() == '/' ? path : "./" + path;
+}
+
+} // namespace
+
+FileIdentity requireRegularFile(const std::string& path) {
+  if (path.empty() || path.find('\0') != std::string::npos) {
+    throw Error(ErrorKind::cannotOpen, cannotOpen,
+                "expected the path of a file, found " +
+                    std::string(path.empty() ? "no text" : "a zero byte in it"));
+  }
+  struct stat status {};
+  if (stat(path.c_str(), &status) != 0) {
+    throw Error(ErrorKind::cannotOpen, cannotOpen,
+                path + ": expected a readable file, found: " + systemText(errno));
+  }
+  if (!S_ISREG(status.st_mode)) {
+    throw Error(ErrorKind::cannotOpen, cannotOpen,
+                path + ": expected a regular file, found " + kindOf(status.st_mode));
+  }
+  if (status.st_size == 0) {
+    throw Error(ErrorKind::wrongFormat, otherFormat, path + ": expected an SQLite file, found an empty file");
+  }
+  return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size)};
+}
+
+Connection::Connection(const std::string& path) : filePath(path), file(requireRegularFile(path)) {
+  mostSteps = 10'000'000 + file.bytes;
+  openFile();
+  checkHeader();
+  harden();
+  checkSchema();
+}
+
+void Connection::openFile() {
+  sqlite3* opened = nullptr;
+  const int status =
+      sqlite3_open_v2(plainPath(filePath).c_str(), &opened,
+                      SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE, nullptr);
+  database.reset(opened);
+  if (status != SQLITE_OK) {
+    const int reason = opened == nullptr ? 0 : sqlite3_system_errno(opened);
+    throw Error(ErrorKind::cannotOpen, cannotOpen,
+                filePath + ": expected a readable file, found: " +
+                    (reason != 0 ? systemText(reason) : sqlite3_errstr(status)));
+  }
+}
+
+void Connection::checkHeader() const {
+  // Read through SQLite's own descriptor: closing another one would drop the locks that it holds.
+  sqlite3_file* reader = nullptr;
+  unsigned char header[100] = {};
+  if (sqlite3_file_control(handle(), "main", SQLITE_FCNTL_FILE_POINTER, &reader) != SQLITE_OK ||
+      reader == nullptr || reader->pMethods == nullptr) {
+    throw Error(ErrorKind::cannotOpen, cannotOpen, filePath + ": expected a readable file, found none");
+  }
+  const int status = reader->pMethods->xRead(reader, header, sizeof header, 0);
+  if (status != SQLITE_OK && status != SQLITE_IOERR_SHORT_READ) {
+    throw Error(ErrorKind::cannotOpen, cannotOpen,
+                filePath + ": expected a readable file, found: " + sqlite3_errstr(status));
+  }
+  if (status == SQLITE_IOERR_SHORT_READ || std::memcmp(header, "SQLite format 3", 16) != 0) {
+    throw Error(ErrorKind::wrongFormat, otherFormat,
+                filePath + ": expected an SQLite file, found other content");
+  }
+  if (bigEndian(header + 68) != applicationId) {
+    throw Error(ErrorKind::wrongFormat, otherFormat,
+                filePath + ": expected application id " + hexadecimal(applicationId) + ", found " +
+                    hexadecimal(bigEndian(header + 68)));
+  }
+  const auto version = static_cast<std::int32_t>(bigEndian(header + 60));
+  if (version != static_cast<std::int32_t>(formatVersion)) {
+    throw Error(ErrorKind::wrongFormat, otherFormat,
+                filePath + ": expected format version " + std::to_string(formatVersion) + ", found version " +
+                    std::to_string(version) +
+                    (version > static_cast<std::int32_t>(formatVersion)
+                         ? "; a newer program is needed to read it"
+                         : ""));
+  }
+}
+
+void Connection::harden() {
+  sqlite3* const db = handle();
+  sqlite3_db_config(db, SQLITE_DBCONFIG_DEFENSIVE, 1, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_TRUSTED_SCHEMA, 0, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_ENABLE_TRIGGER, 0, nullptr);
+  sqlite3_db_config(db, SQLITE_DBCONFIG_ENABLE_VIEW, 0, nullptr);
+  // No value can be longer than the file that holds it.
+  constexpr std::uint64_t leastLength = 1'000'000;
+  constexpr std::uint64_t greatestLength = 2'000'000'000;
+  sqlite3_limit(db, SQLITE_LIMIT_LENGTH,
+                static_cast<int>(std::clamp(file.bytes, leastLength, greatestLength)));
+  sqlite3_limit(db, SQLITE_LIMIT_SQL_LENGTH, 100'000);
+  sqlite3_limit(db, SQLITE_LIMIT_EXPR_DEPTH, 20);
+  sqlite3_limit(db, SQLITE_LIMIT_COMPOUND_SELECT, 3);
+  sqlite3_limit(db, SQLITE_LIMIT_VDBE_OP, 25'000);
+  sqlite3_limit(db, SQLITE_LIMIT_FUNCTION_ARG, 8);
+  sqlite3_limit(db, SQLITE_LIMIT_ATTACHED, 0);
+  sqlite3_limit(db, SQLITE_LIMIT_LIKE_PATTERN_LENGTH, 50);
+  sqlite3_limit(db, SQLITE_LIMIT_VARIABLE_NUMBER, 10);
+  sqlite3_limit(db, SQLITE_LIMIT_TRIGGER_DEPTH, 1);
+  sqlite3_limit(db, SQLITE_LIMIT_WORKER_THREADS, 0);
+  sqlite3_progress_handler(db, 10'000, &Connection::countSteps, this);
+  // A transaction for the whole life: rows found when opening stay where they are until the last is read.
+  for (const char* pragma :
+       {"PRAGMA trusted_schema=OFF", "PRAGMA cell_size_check=ON", "PRAGMA temp_store=MEMORY",
+        "PRAGMA mmap_size=0", "PRAGMA cache_size=32", "BEGIN"}) {
+    const int status = sqlite3_exec(db, pragma, nullptr, nullptr, nullptr);
+    if (status != SQLITE_OK) {
+      throw failure(filePath, status);
+    }
+  }
+}
+
+void Connection::checkSchema() {
+  for (const TableColumns& wanted : tables) {
+    const std::string object = tableText(wanted.table, filePath);
+    Statement entry(*this, "SELECT type, rootpage FROM sqlite_schema WHERE name = ?1", object);
+    entry.bind(1, std::string(wanted.table));
+    if (!entry.step()) {
+      throw Error(ErrorKind::wrongFormat, otherFormat, object + ": expected a table, found none");
+    }
+    if (entry.text(0) != "table" || entry.integer(1) <= 0) {
+      throw Error(ErrorKind::wrongFormat, otherFormat,
+                  object + ": expected a table, found a " + (entry.integer(1) <= 0 ? "virtual " : "") +
+                      entry.text(0));
+    }
+    for (const char* column : wanted.columns) {
+      if (column == nullptr) {
+        break;
+      }
+      const int status = sqlite3_table_column_metadata(handle(), "main", wanted.table, column, nullptr,
+                                                       nullptr, nullptr, nullptr, nullptr);
+      if (status == SQLITE_ERROR) {
+        throw Error(ErrorKind::wrongFormat, otherFormat,
+                    object + ": expected a column \"" + column + "\", found none");
+      }
+      if (status != SQLITE_OK) {
+        throw failure(object, status);
+      }
+    }
+  }
+}
+
+int Connection::countSteps(void* self) {
+  auto* const connection = static_cast<Connection*>(self);
+  connection->steps += 10'000;
+  return connection->steps > connection->mostSteps ? 1 : 0;
+}
+
+Error Connection::failure(const std::string& object, int status) const {
+  const bool looped = (status & 0xff) == SQLITE_INTERRUPT;
+  return {ErrorKind::damaged, "cannot read the database",
+          object + ": expected sound content, found: " +
+              (looped ? std::string("more entries than the file can hold") : sqlite3_errstr(status))};
+}
+
+Statement::Statement(Connection& owner, const char* sql, std::string object)
+    : connection(owner), subject(std::move(object)) {
+  sqlite3_stmt* prepared = nullptr;
+  const int status = sqlite3_prepare_v2(connection.handle(), sql, -1, &prepared, nullptr);
+  statement.reset(prepared);
+  if (status != SQLITE_OK) {
+    throw connection.failure(subject, status);
+  }
+}
+
+void Statement::bind(int parameter, std::int64_t value) {
+  if (const int status = sqlite3_bind_int64(statement.get(), parameter, value); status != SQLITE_OK) {
+    throw connection.failure(subject, status);
+  }
+}
+
+void Statement::bind(int parameter, const std::string& value) {
+  const int status = sqlite3_bind_text64(statement.get(), parameter, value.data(), value.size(),
+                                         SQLITE_TRANSIENT, SQLITE_UTF8);
+  if (status != SQLITE_OK) {
+    throw connection.failure(subject, status);
+  }
+}
+
+bool Statement::step() {
+  connection.beginStatement();
+  const int status = sqlite3_step(statement.get());
+  if (status != SQLITE_ROW && status != SQLITE_DONE) {
+    throw connection.failure(subject, status);
+  }
+  return status == SQLITE_ROW;
+}
+
+void Statement::reset() {
+  sqlite3_reset(statement.get());
+  sqlite3_clear_bindings(statement.get());
+}
+
+std::string Statement::text(int column) const {
+  const auto* const characters = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), column));
+  const int bytes = sqlite3_column_bytes(statement.get(), column);
+  return characters == nullptr ? std::string() : std::string(characters, static_cast<std::size_t>(bytes));
+}
+
+} // namespace riegl::rdb::embedded

@@ -1,0 +1,22 @@
+// Options of opening a database.
+// Partner: open_settings.cpp
+#pragma once
+
+#include "platform/rdb/api.h"
+
+namespace riegl::rdb::pointcloud {
+
+/// Options of Pointcloud::open; the defaults suit every caller.
+class RDB_API OpenSettings {
+ public:
+  OpenSettings();
+  OpenSettings(const OpenSettings&);
+  OpenSettings& operator=(const OpenSettings&);
+  ~OpenSettings();
+
+  /// How many threads `next` may read with, the calling one included. 0 takes two, or one on a machine with a
+  /// single processor; 1 starts no thread. The result never depends on it.
+  unsigned int threadCount = 0;
+};
+
+} // namespace riegl::rdb::pointcloud

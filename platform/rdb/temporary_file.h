@@ -1,0 +1,27 @@
+// A file that is removed again unless it is put in place. Internal to this room.
+// Partner: temporary_file.cpp
+#pragma once
+
+#include <string>
+
+namespace riegl::rdb::embedded {
+
+/// Makes an empty file of its own name beside the file it is to replace.
+class TemporaryFile {
+ public:
+  /// \param path  where the file is to go in the end; symbolic links are followed
+  /// \errors Error if `path` cannot be replaced, or no file can be made in its directory
+  explicit TemporaryFile(const std::string& path);
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile();
+
+  const std::string& path() const { return temporaryPath; }
+  /// Forces the content to the disk and gives the file its final name.
+  void putInPlace();
+
+ private:
+  std::string finalPath, temporaryPath;
+};
+
+} // namespace riegl::rdb::embedded
