@@ -1,0 +1,16 @@
+// What the reference scheme raises for an object that isn't there.
+#pragma once
+
+#include <exception>
+
+#include "platform/torvel/core/api.h"
+
+namespace Torvel {
+
+/// Raised when a counted object is constructed on a null pointer. It carries nothing but its type.
+class TORVEL_API MemoryException : public std::exception {
+ public:
+  ~MemoryException() override;
+};
+
+} // namespace Torvel

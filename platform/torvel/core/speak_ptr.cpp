@@ -1,0 +1,97 @@
+// Texts of the five reports, and the one sink that every line of the process goes to.
+#include "platform/torvel/core/speak_ptr.h"
+
+#include <cstdio>
+#include <mutex>
+#include <sstream>
+
+#include "platform/torvel/core/typename.h"
+
+namespace Torvel {
+
+namespace {
+
+struct Sink {
+  // Recursive: a sink may itself release objects whose counts have something to report.
+  std::recursive_mutex mutex;
+  LineSink write;
+};
+
+Sink& theSink() {
+  // Never destroyed: objects that end with the process still have something to say.
+  static Sink* sink = new Sink;
+  return *sink;
+}
+
+std::string counts(int strong, int weak) {
+  return "strong " + std::to_string(strong) + ", weak " + std::to_string(weak);
+}
+
+} // namespace
+
+LineSink setLineSink(LineSink sink) {
+  Sink& target = theSink();
+  const std::lock_guard lock(target.mutex);
+  std::swap(target.write, sink);
+  return sink;
+}
+
+void writeLine(const std::string& line) {
+  Sink& target = theSink();
+  const std::lock_guard lock(target.mutex);
+  if (target.write) {
+    target.write(line);
+    return;
+  }
+  const std::string whole = line + '\n';
+  std::fwrite(whole.data(), 1, whole.size(), stderr);
+  std::fflush(stderr);
+}
+
+SpeakPtr::SpeakPtr() = default;
+SpeakPtr::~SpeakPtr() = default;
+
+SpeakPtr& SpeakPtr::theSpeaker() {
+  struct Speaker final : SpeakPtr {};
+  static Speaker* speaker = new Speaker;
+  return *speaker;
+}
+
+void SpeakPtr::SelfConstruction(const std::type_info& pointer, const void* self, const void* record) {
+  std::ostringstream line;
+  line << "reference scheme: " << Typename(pointer) << " at " << self
+       << " is constructed from itself (record " << record << ')';
+  writeLine(line.str());
+}
+
+void SpeakPtr::InvalidWeakPtr(const std::type_info& pointer, const std::type_info& base,
+                              const std::type_info& object, const std::type_info& family, int strong,
+                              int weak, const void* record, const void* live, long long id) {
+  std::ostringstream line;
+  line << "reference scheme: weak hold of " << Typename(pointer) << " number " << id << " (" << Typename(base)
+       << " on " << Typename(object) << " in family " << Typename(family)
+       << ") is released, but the weak count isn't positive: " << counts(strong, weak) << ", record "
+       << record << ", object " << live;
+  writeLine(line.str());
+}
+
+void SpeakPtr::DynPtrInvalid(const void* record, const void* object, int strong, int weak,
+                             const std::type_info& family) {
+  std::ostringstream line;
+  line << "reference scheme: the last strong hold in family " << Typename(family)
+       << " ends on an invalid record: " << counts(strong, weak) << ", record " << record << ", object "
+       << object;
+  writeLine(line.str());
+}
+
+void SpeakPtr::DestructionCancelled(int strong, int weak, const std::type_info& family) {
+  writeLine("reference scheme: destruction of an object of family " + Typename(family) +
+            " is cancelled, it was taken up again: " + counts(strong, weak));
+}
+
+void SpeakPtr::WarningUnctionChange(int strong, int weak, const std::type_info& family) {
+  writeLine("reference scheme: the pre-destruction hook of an object of family " + Typename(family) +
+            " changed its strong count: " + counts(strong, weak));
+}
+
+} // namespace Torvel

@@ -1,0 +1,14 @@
+// A readable name of a type, for type records and messages.
+#pragma once
+
+#include <string>
+#include <typeinfo>
+
+#include "platform/torvel/core/api.h"
+
+namespace Torvel {
+
+/// The name of `type` as it is written in the source language, or its mangled name where it has none.
+TORVEL_API std::string Typename(const std::type_info& type);
+
+} // namespace Torvel
