@@ -1,0 +1,11 @@
+// Home of the chunks' common table and of the byte count of the process.
+#include "storage/torvel/chunk_base.h"
+
+namespace Torvel {
+
+std::int64_t ChunkBase::TotalMemsize = 0;
+
+ChunkBase::ChunkBase() : ReferenceBase<ChunkBase>(this) {}
+ChunkBase::~ChunkBase() = default;
+
+} // namespace Torvel
