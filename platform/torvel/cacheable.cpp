@@ -1,0 +1,28 @@
+// The deferred construction of cacheable objects.
+#include "platform/torvel/cacheable.h"
+
+namespace Torvel {
+
+Cacheable::Cacheable() : ReferenceBase<Cacheable>(this) {}
+Cacheable::~Cacheable() = default;
+
+const std::type_info& Cacheable::DomainType() const {
+  return typeid(void);
+}
+const std::type_info& Cacheable::CreatorType() const {
+  return typeid(void);
+}
+
+void Cacheable::CacheableDeferredConstructor() {
+  complete = true;
+  saveInterfaces();
+}
+
+void Cacheable::PreDestructor() {
+  complete = false;
+}
+
+Creature::Creature() : ReferenceBase<Creature>(this) {}
+Creature::~Creature() = default;
+
+} // namespace Torvel
