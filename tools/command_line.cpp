@@ -1,0 +1,175 @@
+// The command line of rdbtool: what users type, and what the program answers.
+// Partner: command_line.h.
+#include "tools/command_line.h"
+
+#include "platform/rdb/error.h"
+#include "tools/damage.h"
+#include "tools/import.h"
+#include "tools/report.h"
+#include "tools/synth.h"
+#include "tools/tool_error.h"
+
+#include <CLI/CLI.hpp>
+#include <functional>
+#include <iostream>
+#include <limits>
+#include <map>
+#include <memory>
+#include <optional>
+
+namespace rdbtool {
+
+namespace {
+
+constexpr auto mostBlockRows = std::numeric_limits<std::uint32_t>::max();
+
+/// What the commands write to, and the status they end with.
+struct Session {
+  std::ostream& out;
+  std::ostream& err;
+  ExitStatus status = ExitStatus::done;
+};
+
+void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
+  command.add_option("-o,--output", output, "database to make")->required();
+  command.add_option("--block-rows", settings.blockRows, "records a block")
+      ->check(CLI::Range(std::uint32_t{1}, mostBlockRows))
+      ->capture_default_str();
+  command.add_flag("!--no-checksums", settings.checksums, "write blocks without a checksum");
+}
+
+void addSynthOptions(CLI::App& command, SynthRequest& request) {
+  command.add_option("--records", request.records, "records to make")->required();
+  command.add_option("--seed", request.seed, "number that everything follows from")->capture_default_str();
+  command
+      .add_option("--without", request.without, "metadata to leave out: item or item:key, may be repeated")
+      ->allow_extra_args(false);
+  addWriterOptions(command, request.writer, request.output);
+}
+
+void addSynthKind(CLI::App& synth, SynthKind kind, const char* name, const char* purpose) {
+  const auto request = std::make_shared<SynthRequest>();
+  request->kind = kind;
+  CLI::App* command = synth.add_subcommand(name, purpose);
+  addSynthOptions(*command, *request);
+  if (kind == SynthKind::trajectory) {
+    command->add_option("--trajectory-rate", request->trajectoryRateHz, "records a second")
+        ->capture_default_str();
+    command->add_option("--lever-arm", request->leverArmFile, "lever-arm file to write beside the database");
+  } else {
+    command->add_option("--columns", request->columns, "columns to write, separated by commas (default: all)")
+        ->delimiter(',')
+        ->allow_extra_args(false);
+    command->add_option("--pulse-rate", request->pulseRateHz, "shots a second")->capture_default_str();
+  }
+  command->callback([request] { synthesise(*request); });
+}
+
+void addSynth(CLI::App& app) {
+  CLI::App* synth = app.add_subcommand("synth", "make a database of a synthetic survey");
+  synth->require_subcommand(1);
+  addSynthKind(*synth, SynthKind::scan, "scan", "points, one record an echo (.rdbx)");
+  addSynthKind(*synth, SynthKind::shots, "shots", "laser pulses with waveform metadata (.sodx)");
+  addSynthKind(*synth, SynthKind::trajectory, "trajectory", "the flight (.pofx)");
+}
+
+void addImport(CLI::App& app, Session& session) {
+  const auto request = std::make_shared<ImportRequest>();
+  const auto date = std::make_shared<std::string>();
+  static const std::map<std::string, ImportFormat> formats = {{"las", ImportFormat::las},
+                                                              {"sbet", ImportFormat::sbet}};
+  CLI::App* command = app.add_subcommand("import", "make a database of a LAS file or an SBET trajectory");
+  command->add_option("input", request->input, "file to read")->required();
+  command->add_option("--format", request->format, "las or sbet (default: told from the file)")
+      ->transform(CLI::CheckedTransformer(formats));
+  command->add_option("--date", *date, "a day in the week of the survey, YYYY-MM-DD");
+  addWriterOptions(*command, request->writer, request->output);
+  command->callback([request, date, &session] {
+    if (!date->empty()) {
+      request->date = parseIsoDate(*date);
+    }
+    importFile(*request, session.err);
+  });
+}
+
+void addReports(CLI::App& app, Session& session) {
+  const auto path = std::make_shared<std::string>();
+  const auto json = std::make_shared<bool>(false);
+  CLI::App* info = app.add_subcommand("info", "tell what a database holds");
+  info->add_option("file", *path, "database")->required();
+  info->add_flag("--json", *json, "one JSON object");
+  info->callback([path, json, &session] { describe(*path, *json, session.out); });
+  CLI::App* verify = app.add_subcommand("verify", "check every block of a database");
+  verify->add_option("file", *path, "database")->required();
+  verify->callback([path, &session] {
+    session.status = verifyDatabase(*path, session.out) ? ExitStatus::done : ExitStatus::failed;
+  });
+}
+
+void addDamage(CLI::App& app) {
+  const auto request = std::make_shared<DamageRequest>();
+  CLI::App* command = app.add_subcommand("damage", "damage a database in place, for tests");
+  command->add_option("file", request->file, "database")->required();
+  command->add_option("--attribute", request->attribute, "attribute whose block or type is damaged");
+  command->add_option("--block", request->block, "number of the block, from 0")->capture_default_str();
+  command->add_option("--flip-byte", request->flipByte, "flip the bits of this byte of the block");
+  command->add_option("--shorten-block", request->shortenBytes, "take this many bytes off the block");
+  command->add_flag("--clear-checksum", request->clearChecksum, "leave the block without a checksum");
+  command->add_flag("--drop-block", request->dropBlock, "remove the block");
+  command->add_option("--set-type", request->storedType, "type text of the attribute");
+  command->add_option("--set-records", request->records, "count of records");
+  command->add_option("--set-block-rows", request->blockRows, "records a block");
+  command->add_option("--set-application-id", request->applicationId, "application id of the file");
+  command->add_option("--set-version", request->version, "version of the format");
+  command->add_option("--drop-table", request->dropTable, "database, attribute, block or metadata");
+  command->add_option("--flip-file-byte", request->flipFileByte, "flip the bits of this byte of the file");
+  command->add_option("--truncate", request->truncateBytes, "keep only this many bytes of the file");
+  command->callback([request] { damage(*request); });
+}
+
+int statusNumber(ExitStatus status) {
+  return static_cast<int>(status);
+}
+
+/// The line and status of a failure on the way; rethrows what is under way.
+int answerFailure(std::ostream& err) {
+  try {
+    throw;
+  } catch (const ToolError& error) {
+    err << "rdbtool: " << error.what() << "\n";
+    return statusNumber(error.status());
+  } catch (const riegl::rdb::Error& error) {
+    err << "rdbtool: " << error.what() << ": " << error.details() << "\n";
+    const bool cannotOpen = error.code() == static_cast<int>(riegl::rdb::ErrorKind::cannotOpen);
+    return statusNumber(cannotOpen ? ExitStatus::unreadable : ExitStatus::failed);
+  } catch (const std::exception& error) {
+    err << "rdbtool: " << error.what() << "\n";
+    return statusNumber(ExitStatus::failed);
+  }
+}
+
+} // namespace
+
+int runTool(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
+  Session session{out, err};
+  CLI::App app("Makes, imports, describes, verifies and damages databases.", "rdbtool");
+  app.require_subcommand(1);
+  addSynth(app);
+  addImport(app, session);
+  addReports(app, session);
+  addDamage(app);
+  try {
+    app.parse(argumentCount, arguments);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
+      return app.exit(error, out, err); // help was asked for
+    }
+    err << "rdbtool: " << error.what() << "\n";
+    return statusNumber(ExitStatus::wrongUse);
+  } catch (const std::exception&) {
+    return answerFailure(err);
+  }
+  return statusNumber(session.status);
+}
+
+} // namespace rdbtool

@@ -1,0 +1,39 @@
+// The two imports: point files and trajectories of open formats, into databases.
+// Partners: las_import.cpp, sbet_import.cpp, import.cpp; the mapping is told in docs/rdbtool.md.
+#pragma once
+
+#include "tools/calendar_date.h"
+#include "tools/column_batch.h"
+
+#include <cstdint>
+#include <iosfwd>
+#include <optional>
+#include <string>
+
+namespace rdbtool {
+
+enum class ImportFormat { las, sbet };
+
+/// What an import is asked to do.
+struct ImportRequest {
+  std::string input;
+  std::string output;
+  std::optional<ImportFormat> format; // told from content and extension where it is absent
+  std::optional<CalendarDate> date;   // a day in the week of the survey
+  WriterSettings writer;
+};
+
+/// Imports a file and hands back the number of records. The output appears under its name when all of it is
+/// written, and not at all on a failure.
+///
+/// \param notes  receives a line for all that is left behind or assumed
+/// \errors  ToolError; riegl::rdb::Error from the writer
+/// \threads one thread a request
+std::uint64_t importFile(const ImportRequest& request, std::ostream& notes);
+
+/// The same for an input known to be LAS 1.0 to 1.4.
+std::uint64_t importLas(const ImportRequest& request, std::ostream& notes);
+/// The same for an input known to be an SBET trajectory.
+std::uint64_t importSbet(const ImportRequest& request, std::ostream& notes);
+
+} // namespace rdbtool

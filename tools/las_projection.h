@@ -1,0 +1,17 @@
+// The coordinate system that a LAS file names, as the metadata item riegl.geo_tag.
+// Partner: las_projection.cpp.
+#pragma once
+
+#include "tools/las_header.h"
+
+#include <string>
+#include <vector>
+
+namespace rdbtool {
+
+/// A JSON object {"crs": {"epsg": N, "wkt": "..."}} with the keys that the file gives; empty where it gives
+/// none. The number comes from the keys of GeoTIFF (projected before geographic), the text from the WKT
+/// record.
+std::string geoTagText(const std::vector<LasVariableRecord>& records);
+
+} // namespace rdbtool

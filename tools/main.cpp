@@ -1,0 +1,9 @@
+// rdbtool: makes, imports, describes, verifies and damages databases.
+// The work is done in command_line.cpp and below.
+#include "tools/command_line.h"
+
+#include <iostream>
+
+int main(int argc, char** argv) {
+  return rdbtool::runTool(argc, argv, std::cout, std::cerr);
+}
