@@ -8,3 +8,25 @@ set(RDB2NIMBRA_TRANSFORMATION "" CACHE STRING "Target or package in place of the
 set(RDB2NIMBRA_TRANSFORMATION_HEADER "" CACHE STRING "Header that declares Proj::transform")
 set(RDB2NIMBRA_CALENDAR "" CACHE STRING "Target or package in place of the embedded calendar")
 set(RDB2NIMBRA_CALENDAR_HEADER "" CACHE STRING "Header that declares Ondrel::getWeekDay")
+
+# Links `target` to the chosen implementation of one interface (CLIENT, MODEL, TRANSFORMATION or CALENDAR), or to
+# the embedded one, and tells its sources which header to include. A name that is no target is taken as a package.
+function(rdb2nimbra_platform target interface embedded)
+  set(chosen ${RDB2NIMBRA_${interface}})
+  if(chosen STREQUAL "")
+    set(chosen ${embedded})
+  elseif(NOT TARGET ${chosen})
+    find_package(${chosen} REQUIRED)
+  endif()
+  get_target_property(kind ${target} TYPE)
+  if(kind STREQUAL "INTERFACE_LIBRARY")
+    set(scope INTERFACE)
+  else()
+    set(scope PUBLIC)
+  endif()
+  target_link_libraries(${target} ${scope} ${chosen})
+  if(NOT RDB2NIMBRA_${interface}_HEADER STREQUAL "")
+    target_compile_definitions(${target} ${scope}
+      RDB2NIMBRA_${interface}_HEADER=\"${RDB2NIMBRA_${interface}_HEADER}\")
+  endif()
+endfunction()
