@@ -1,0 +1,16 @@
+// The slot of a field by its name in a representation.
+#pragma once
+
+#include <string>
+
+#include "platform/nimbra/grid.h"
+
+namespace Riegl {
+
+/// Makes the field of that name in a representation over a fragment collection of its own and without data,
+/// or finds the one there is.
+inline Nimbra::FieldProxy makeNamedField(Nimbra::Representation& representation, const std::string& name) {
+  return representation.makeField(representation.makeFieldID(name), nullptr, nullptr);
+}
+
+} // namespace Riegl

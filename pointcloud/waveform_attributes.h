@@ -1,0 +1,19 @@
+// What a shot database says about its waveforms, hung on the field "Positions".
+#pragma once
+
+#include <string>
+
+#include "pointcloud/column_buffer.h"
+#include "rdb/client.h"
+
+namespace Riegl {
+
+/// Reads the record for full-waveform processing from the database's metadata and sets nine attributes of it
+/// on the buffer's field.
+///
+/// \returns empty, or the reader's text; no attribute is set then
+/// \errors  what the client raises
+std::string setWaveformAttributes(const riegl::rdb::Pointcloud& database,
+                                  Z4Data<Quillon::PhysicalSpace::point>& positions);
+
+} // namespace Riegl
