@@ -12,8 +12,8 @@ set(RDB2NIMBRA_CALENDAR_HEADER "" CACHE STRING "Header that declares Ondrel::get
 # Links `target` to the chosen implementation of one interface (CLIENT, MODEL, TRANSFORMATION or CALENDAR), or to
 # the embedded one, and tells its sources which header to include. A name that is no target is taken as a package.
 function(rdb2nimbra_platform target interface embedded)
-  set(chosen ${RDB2NIMBRA_${interface}})
-  if(chosen STREQUAL "")
+  set(chosen "${RDB2NIMBRA_${interface}}")
+  if("${chosen}" STREQUAL "")
     set(chosen ${embedded})
   elseif(NOT TARGET ${chosen})
     find_package(${chosen} REQUIRED)
@@ -25,7 +25,7 @@ function(rdb2nimbra_platform target interface embedded)
     set(scope PUBLIC)
   endif()
   target_link_libraries(${target} ${scope} ${chosen})
-  if(NOT RDB2NIMBRA_${interface}_HEADER STREQUAL "")
+  if(NOT "${RDB2NIMBRA_${interface}_HEADER}" STREQUAL "")
     target_compile_definitions(${target} ${scope}
       RDB2NIMBRA_${interface}_HEADER=\"${RDB2NIMBRA_${interface}_HEADER}\")
   endif()
