@@ -1,0 +1,104 @@
+// Transforms a batch of points, on two threads if it is large.
+// Partner: transform.h
+#include "platform/proj/transform.h"
+
+#include "platform/proj/operation.h"
+#include "platform/proj/repeated_points.h"
+#include "platform/torvel/environment.h"
+
+#include <algorithm>
+#include <atomic>
+#include <exception>
+#include <memory>
+#include <system_error>
+#include <thread>
+
+namespace Proj {
+
+namespace {
+
+using Quillon::PhysicalSpace::point;
+
+// A piece's points stay in a core's own cache between the search for runs and their transformation.
+constexpr std::size_t pieceSize = 16384;
+// Below this a second thread costs more than it saves.
+constexpr std::size_t sharedBatchSize = 4 * pieceSize;
+
+// Found once and kept: looking an operation up in proj.db takes as long as 100,000 points.
+struct Kept {
+  std::unique_ptr<Operation> own, helper;
+};
+
+Kept& keptByThread() {
+  thread_local Kept kept;
+  return kept;
+}
+
+// Two threads draw pieces from one counter, so that neither waits for the other for long.
+class Batch {
+ public:
+  explicit Batch(std::vector<point>& batch) : points(batch) {}
+
+  void work(const Operation& operation) {
+    for (std::size_t start = next.fetch_add(pieceSize); start < points.size();
+         start = next.fetch_add(pieceSize)) {
+      applyOncePerRun(operation, points.data() + start, std::min(pieceSize, points.size() - start));
+    }
+  }
+
+ private:
+  std::vector<point>& points;
+  std::atomic<std::size_t> next{0};
+};
+
+std::jthread startHelper(Batch& batch, const Operation& operation) {
+  try {
+    return std::jthread([&batch, &operation] { batch.work(operation); });
+  } catch (const std::system_error&) {
+    return {}; // no thread to be had: the caller's own does it all
+  }
+}
+
+void transformAll(Kept& kept, std::vector<point>& points) {
+  Batch batch(points);
+  std::jthread helper; // joined at the end of the function
+  if (points.size() >= sharedBatchSize && std::thread::hardware_concurrency() > 1) {
+    if (kept.helper == nullptr) {
+      kept.helper = kept.own->clone();
+    }
+    if (kept.helper != nullptr) {
+      helper = startHelper(batch, *kept.helper);
+    }
+  }
+  batch.work(*kept.own);
+}
+
+std::string transformGuarded(const std::string& from, const std::string& to, std::vector<point>& points) {
+  const std::string dataPath = Torvel::getEnv("PROJ_LIB");
+  Kept& kept = keptByThread();
+  if (kept.own == nullptr || !kept.own->serves(from, to, dataPath)) {
+    kept = {};
+    auto found = std::make_unique<Operation>(from, to, dataPath);
+    if (!found->reason().empty()) {
+      return found->reason();
+    }
+    kept.own = std::move(found);
+  }
+  transformAll(kept, points);
+  return {};
+}
+
+} // namespace
+
+std::string transform(const std::string& from, const std::string& to, std::vector<point>& points,
+                      bool /*reserved*/) {
+  try {
+    return transformGuarded(from, to, points);
+  } catch (const std::exception& failure) {
+    return failure.what();
+  } catch (...) {
+    return "unknown failure";
+  }
+}
+
+} // namespace Proj
