@@ -1,0 +1,45 @@
+// The script of the scripted client: what a database holds, which call fails, and what was called.
+// The client itself: tests/scripted/rdb.h
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
+
+namespace scripted {
+
+/// Fills `count` records of a bound buffer, the first of them being number `firstRecord` of the database.
+using Fill = std::function<void(void* buffer, unsigned int count, std::uint64_t firstRecord)>;
+
+/// What the raising call raises.
+enum class Raised { clientError, standardException };
+
+/// A database, a failure and a record of calls. One a thread; a test takes a fresh one with `newScript()`.
+struct Script {
+  std::map<std::string, std::string> metadata;
+  std::map<std::string, Fill> columns;    ///< by attribute name; an empty function leaves the buffer as it is
+  std::vector<unsigned int> blocks;       ///< what `next` returns in turn; 0 afterwards
+  int raiseAt = 0;                        ///< number of the call that raises, from 1; 0 for none
+  bool raiseForEver = false;              ///< every call from there on raises
+  Raised raised = Raised::clientError;
+
+  std::vector<std::string> calls;         ///< every operation with its arguments, destructors as "~Name"
+  int raisingCalls = 0;                   ///< operations so far that could raise
+  int liveObjects = 0;                    ///< client objects that are not destroyed yet
+
+  /// Records an operation that can fail, and fails it where the script says so.
+  void enter(const std::string& call);
+
+  /// The recorded calls whose text begins with `prefix`.
+  std::vector<std::string> callsThatBegin(const std::string& prefix) const;
+};
+
+Script& script();
+
+/// Replaces this thread's script by an empty one.
+Script& newScript();
+
+} // namespace scripted
