@@ -103,36 +103,48 @@ void Connection::openFile() {
   }
 }
 
-void Connection::checkHeader() const {
+std::array<unsigned char, 100> Connection::readHeader() const {
   // Read through SQLite's own descriptor: closing another one would drop the locks that it holds.
   sqlite3_file* reader = nullptr;
-  unsigned char header[100] = {};
-  if (sqlite3_file_control(handle(), "main", SQLITE_FCNTL_FILE_POINTER, &reader) != SQLITE_OK ||
-      reader == nullptr || reader->pMethods == nullptr) {
-    throw Error(ErrorKind::cannotOpen, cannotOpen, filePath + ": expected a readable file, found none");
-  }
-  const int status = reader->pMethods->xRead(reader, header, sizeof header, 0);
+  std::array<unsigned char, 100> header{};
+  const bool there =
+      sqlite3_file_control(handle(), "main", SQLITE_FCNTL_FILE_POINTER, &reader) == SQLITE_OK &&
+      reader != nullptr && reader->pMethods != nullptr;
+  const int status =
+      there ? reader->pMethods->xRead(reader, header.data(), header.size(), 0) : SQLITE_CANTOPEN;
   if (status != SQLITE_OK && status != SQLITE_IOERR_SHORT_READ) {
     throw Error(ErrorKind::cannotOpen, cannotOpen,
                 filePath + ": expected a readable file, found: " + sqlite3_errstr(status));
   }
-  if (status == SQLITE_IOERR_SHORT_READ || std::memcmp(header, "SQLite format 3", 16) != 0) {
+  if (status == SQLITE_IOERR_SHORT_READ || std::memcmp(header.data(), "SQLite format 3", 16) != 0) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
                 filePath + ": expected an SQLite file, found other content");
   }
-  if (bigEndian(header + 68) != applicationId) {
+  return header;
+}
+
+void Connection::checkHeader() const {
+  const auto header = readHeader();
+  if (const std::uint32_t found = bigEndian(&header[68]); found != applicationId) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
                 filePath + ": expected application id " + hexadecimal(applicationId) + ", found " +
-                    hexadecimal(bigEndian(header + 68)));
+                    hexadecimal(found));
   }
-  const auto version = static_cast<std::int32_t>(bigEndian(header + 60));
-  if (version != static_cast<std::int32_t>(formatVersion)) {
+  const auto version = static_cast<std::int32_t>(bigEndian(&header[60]));
+  if (version != formatVersion) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
                 filePath + ": expected format version " + std::to_string(formatVersion) + ", found version " +
                     std::to_string(version) +
-                    (version > static_cast<std::int32_t>(formatVersion)
-                         ? "; a newer program is needed to read it"
-                         : ""));
+                    (version > formatVersion ? "; a newer program is needed to read it" : ""));
+  }
+  // SQLite takes what is missing from the last page for zeros.
+  const std::uint64_t pageField = (std::uint64_t{header[16]} << 8) | header[17];
+  const std::uint64_t bytes = bigEndian(&header[28]) * (pageField == 1 ? 65536 : pageField);
+  const bool countIsValid = bigEndian(&header[24]) == bigEndian(&header[92]);
+  if (countIsValid && file.bytes < bytes) {
+    throw Error(ErrorKind::damaged, "the database is damaged",
+                filePath + ": expected at least " + std::to_string(bytes) + " bytes, found " +
+                    std::to_string(file.bytes));
   }
 }
 
@@ -179,8 +191,8 @@ void Connection::checkSchema() {
     }
     if (entry.text(0) != "table" || entry.integer(1) <= 0) {
       throw Error(ErrorKind::wrongFormat, otherFormat,
-                  object + ": expected a table, found a " + (entry.integer(1) <= 0 ? "virtual " : "") +
-                      entry.text(0));
+                  object + ": expected a table, found a " +
+                      (entry.text(0) == "table" ? "virtual table" : entry.text(0)));
     }
     for (const char* column : wanted.columns) {
       if (column == nullptr) {

@@ -4,6 +4,7 @@
 
 #include "platform/rdb/error.h"
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <sqlite3.h>
@@ -45,6 +46,7 @@ class Connection {
   };
   static int countSteps(void* self);
   void openFile();
+  std::array<unsigned char, 100> readHeader() const;
   void checkHeader() const;
   void harden();
   void checkSchema();

@@ -7,7 +7,7 @@
 namespace riegl::rdb::embedded {
 
 inline constexpr std::uint32_t applicationId = 0x52444243;
-inline constexpr std::uint32_t formatVersion = 1;
+inline constexpr std::int32_t formatVersion = 1;
 
 struct TableColumns {
   const char* table;

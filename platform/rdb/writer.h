@@ -20,7 +20,7 @@ struct AttributeSpec {
   unsigned length = 1; ///< values a record, 1 to maximumLength
   double scale = 1;    ///< a value is stored x scale + offset; finite, not 0
   double offset = 0;   ///< finite
-  std::string unit, title, description;
+  std::string unit{}, title{}, description{};
 };
 
 /// The most values a record of one attribute may have.
