@@ -16,7 +16,7 @@ AttributeSpec attribute(const std::string& name, StoredType type, const std::str
 std::size_t ColumnBatch::add(const AttributeSpec& spec) {
   writer.addAttribute(spec);
   const std::size_t rowBytes = byteSize(spec.type) * spec.length;
-  columns.push_back({rowBytes, std::vector<std::byte>(rowBytes * batchRows)});
+  columns.push_back({rowBytes, std::vector<std::byte>(rowBytes * rowCapacity)});
   return columns.size() - 1;
 }
 

@@ -26,13 +26,15 @@ constexpr std::size_t batchRows = 65536;
 AttributeSpec attribute(const std::string& name, StoredType type, const std::string& unit = {},
                         unsigned length = 1);
 
-/// Buffers of `batchRows` rows, one an attribute, and the writer that they go to.
+/// Buffers of a bounded number of rows, one an attribute, and the writer that they go to.
 ///
 /// \threads one thread an object
 class ColumnBatch {
  public:
-  /// \param target  must outlive the batch
-  explicit ColumnBatch(Writer& target) : writer(target) {}
+  /// \param target       must outlive the batch
+  /// \param mostRows     rows that the buffers take
+  explicit ColumnBatch(Writer& target, std::size_t mostRows = batchRows)
+      : writer(target), rowCapacity(mostRows) {}
 
   /// Adds an attribute to the database and a column to the batch; hands back the column's number.
   std::size_t add(const AttributeSpec& spec);
@@ -57,6 +59,7 @@ class ColumnBatch {
     std::vector<std::byte> bytes;
   };
   Writer& writer;
+  std::size_t rowCapacity;
   std::vector<Column> columns;
 };
 

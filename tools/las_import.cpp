@@ -23,8 +23,12 @@ class PointReader {
  public:
   PointReader(InputFile& lasFile, const LasHeader& checkedHeader) : file(lasFile), header(checkedHeader) {
     rowsAtOnce = std::clamp<std::size_t>(pieceBytes / header.recordBytes, 1, batchRows);
+    rowsAtOnce = static_cast<std::size_t>(std::min<std::uint64_t>(rowsAtOnce, header.pointCount));
     bytes.resize(rowsAtOnce * header.recordBytes);
   }
+
+  /// The most records that a visit gets.
+  std::size_t mostRows() const { return rowsAtOnce; }
 
   /// Calls visit(first record's bytes, record count) over all points.
   template <typename Visit>
@@ -112,9 +116,10 @@ TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, c
 /// Turns point records into rows of the batch.
 class PointWriter {
  public:
-  PointWriter(Writer& writer, const LasHeader& checkedHeader, const ExtraBytes& described, double addend,
-              bool wide)
-      : batch(writer), header(checkedHeader), extra(described), stampAddend(addend), wideColours(wide) {
+  PointWriter(Writer& writer, std::size_t mostRows, const LasHeader& checkedHeader,
+              const ExtraBytes& described, double addend, bool wide)
+      : batch(writer, mostRows), header(checkedHeader), extra(described), stampAddend(addend),
+        wideColours(wide) {
     position = batch.add(attribute("riegl.xyz", StoredType::float64, "m", 3));
     if (header.layout.gpsTime) {
       stamp = batch.add(attribute("riegl.timestamp", StoredType::float64, "s"));
@@ -238,7 +243,7 @@ std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
     mapping = timeMapping(request, header, survey, notes);
   }
   Writer writer(request.output, request.writer);
-  PointWriter points(writer, header, extra, mapping.addend, survey.wideColours);
+  PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, survey.wideColours);
   if (header.layout.gpsTime) {
     writer.setMetadata("riegl.time_base", timeBaseText(mapping.epoch, "GPS"));
   }

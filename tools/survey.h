@@ -14,6 +14,8 @@ namespace rdbtool {
 constexpr int surveyZone = 33;
 /// Ticks of 4 picoseconds, in which shots are stamped.
 constexpr double tickSeconds = 4e-12;
+/// Speed of light in the air of the survey, metres a second.
+constexpr double groupVelocity = 299711000.0;
 constexpr std::uint64_t ticksPerSecond = 250000000000;
 
 /// Place and attitude of the scanner. Angles in turns; yaw counts clockwise from grid north.

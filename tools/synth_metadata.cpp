@@ -62,7 +62,7 @@ void addShotItems(Json& items) {
                                {"rel_humidity", 62.0},
                                {"amsl", 400.0},
                                {"attenuation", 0.028125},
-                               {"group_velocity", 299711000.0},
+                               {"group_velocity", groupVelocity},
                                {"wavelength", laserWavelengthNanometres}};
   items["riegl.waveform_info"] = waveformInfo();
   items["riegl.device"] = {{"device_type", "SYN-600"},

@@ -118,6 +118,16 @@ std::vector<ScanColumn> makeColumns() {
        [](const Shot& s, unsigned e, Bytes to) {
          store(to, static_cast<std::uint8_t>(s.lineStart && e == 0));
        }},
+      {attribute("riegl.source_indicator", uint8),
+       [](const Shot&, unsigned, Bytes to) { store(to, std::uint8_t{0}); }},
+      {attribute("riegl.fwa", uint8),
+       [](const Shot& s, unsigned, Bytes to) { store(to, static_cast<std::uint8_t>(s.echoes.count > 1)); }},
+      {attribute("riegl.wfm_echo_time_offset", int32),
+       [](const Shot& s, unsigned e, Bytes to) {
+         // Ticks of 4 ps from the first echo of the shot: light goes there and back.
+         const double metres = reflection(s, e).range - reflection(s, 0).range;
+         store(to, static_cast<std::int32_t>(2 * metres / (groupVelocity * tickSeconds)));
+       }},
       {attribute("riegl.waveform_available", uint8),
        [](const Shot&, unsigned, Bytes to) { store(to, std::uint8_t{1}); }},
       {attribute("riegl.wfm_sbl_id", uint64), [](const Shot& s, unsigned, Bytes to) { store(to, s.number); }},

@@ -9,8 +9,6 @@ namespace {
 
 /// Samples of the waveform block of every shot.
 constexpr std::uint64_t samplesPerBlock = 80;
-/// Speed of light in air, metres a second, as riegl.atmosphere says.
-constexpr double groupVelocity = 299711000.0;
 /// A block begins this long before its first echo, seconds.
 constexpr double leadSeconds = 10e-9;
 

@@ -1,0 +1,158 @@
+// The program as users run it: exit statuses, one line for a failure, nothing half-written.
+// Partner: tools/command_line.h.
+#include "tests/support/temp_dir.h"
+#include "tests/tools/database_rows.h"
+#include "tests/tools/las_file.h"
+#include "tests/tools/tool_run.h"
+
+#include <filesystem>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+class Program : public testing::Test {
+ protected:
+  Program() {
+    las = support::LasFile(2, 1).with(support::LasPoint()).writeTo(data.path("in.las"));
+    std::ofstream(data.path("garbage.las")) << "this is no point file, however long it goes on";
+    std::ofstream(data.path("garbage.rdbx")) << std::string(100000, 'g');
+    std::ofstream(data.path("text.txt")) << "neither the one nor the other";
+    std::ofstream(data.path("part.sbet")) << std::string(135, '\0');
+    out = folder.path("out.rdbx");
+  }
+  support::Run run(const std::vector<std::string>& arguments) const {
+    return support::runProgram(RDBTOOL_PROGRAM, arguments, data.root().string());
+  }
+  void expectRefused(const std::vector<std::string>& arguments, int status) const {
+    const support::Run result = run(arguments);
+    EXPECT_EQ(result.status, status) << result.err;
+    EXPECT_THAT(result.err, StartsWith("rdbtool: "));
+    EXPECT_EQ(std::count(result.err.begin(), result.err.end(), '\n'), 1) << result.err;
+    EXPECT_THAT(result.out, IsEmpty());
+    EXPECT_TRUE(std::filesystem::is_empty(folder.root())) << "something was left behind";
+  }
+  support::TempDir data;
+  support::TempDir folder;
+  std::string las, out;
+};
+
+TEST_F(Program, EndsWithZeroWhenDone) {
+  EXPECT_EQ(run({"import", las, "-o", out}).status, 0);
+  EXPECT_EQ(run({"info", out}).status, 0);
+  EXPECT_EQ(run({"verify", out}).status, 0);
+  EXPECT_EQ(run({"synth", "scan", "--records", "100", "-o", out}).status, 0);
+  EXPECT_EQ(run({"damage", out, "--attribute", "riegl.xyz", "--flip-byte", "0"}).status, 0);
+  EXPECT_EQ(run({"--help"}).status, 0);
+  EXPECT_EQ(run({"synth", "scan", "--help"}).status, 0);
+}
+
+TEST_F(Program, InvalidContentEndsWithOne) {
+  expectRefused({"import", data.path("garbage.las"), "-o", out}, 1);
+  expectRefused({"import", data.path("part.sbet"), "-o", out}, 1);
+  expectRefused({"import", data.path("text.txt"), "-o", out}, 1);
+  expectRefused({"info", data.path("garbage.rdbx")}, 1);
+  expectRefused({"damage", data.path("garbage.rdbx"), "--set-records", "1"}, 1);
+}
+
+TEST_F(Program, WrongUseEndsWithTwo) {
+  const std::vector<std::vector<std::string>> commands = {
+      {},
+      {"frobnicate"},
+      {"synth"},
+      {"synth", "scan", "-o", out},
+      {"synth", "scan", "--records", "many", "-o", out},
+      {"import", las},
+      {"import", las, "-o", out, "--format", "laz"},
+      {"import", las, "-o", out, "--date", "May"},
+      {"import", las, "-o", las},
+      {"import", las, "-o", data.root().string() + "/./in.las"},
+      {"info"},
+      {"verify"},
+      {"damage", las},
+      {"damage", las, "--flip-byte", "1"}};
+  for (const std::vector<std::string>& command : commands) {
+    expectRefused(command, 2);
+  }
+}
+
+TEST_F(Program, InputThatCannotBeReadEndsWithThree) {
+  for (const std::string& input : {data.path("absent"), data.root().string()}) {
+    expectRefused({"import", input, "-o", out}, 3);
+    expectRefused({"import", input, "-o", out, "--format", "sbet"}, 3);
+    expectRefused({"info", input}, 3);
+    expectRefused({"verify", input}, 3);
+    expectRefused({"damage", input, "--truncate", "1"}, 3);
+  }
+}
+
+TEST_F(Program, AnUnreadableInputEndsWithThree) {
+  if (geteuid() == 0) {
+    GTEST_SKIP() << "SKIPPED: file permissions do not bind the superuser";
+  }
+  std::filesystem::permissions(las, std::filesystem::perms::none);
+  expectRefused({"import", las, "-o", out}, 3);
+}
+
+TEST_F(Program, AnOutputThatCannotBeMadeEndsWithOne) {
+  expectRefused({"import", las, "-o", data.path("absent/out.rdbx")}, 1);
+  expectRefused({"import", las, "-o", data.root().string()}, 1);
+  expectRefused({"synth", "scan", "--records", "1", "-o", data.path("absent/out.rdbx")}, 1);
+}
+
+TEST_F(Program, AFailedImportKeepsTheOutputThatWasThere) {
+  std::ofstream(out) << "precious";
+  EXPECT_EQ(run({"import", data.path("garbage.las"), "-o", out}).status, 1);
+  EXPECT_EQ(std::filesystem::file_size(out), 8u);
+}
+
+TEST_F(Program, InputReachedThroughALinkIsNotWrittenOver) {
+  std::filesystem::create_symlink(las, data.path("link.las"));
+  expectRefused({"import", las, "-o", data.path("link.las")}, 2);
+}
+
+TEST_F(Program, InfoTellsWhatIsThere) {
+  run({"synth", "trajectory", "--records", "7", "-o", out, "--block-rows", "3"});
+  const support::Run result = run({"info", out});
+  EXPECT_THAT(result.out, HasSubstr("records     7\nblock rows  3\n"));
+  EXPECT_THAT(result.out, HasSubstr("  riegl.pof_timestamp                  float64  x 1  unit \"s\"\n"));
+  EXPECT_THAT(result.out, HasSubstr("metadata\n  riegl.geo_tag                        22 bytes\n"));
+}
+
+TEST_F(Program, InfoAsJsonIsOneObject) {
+  run({"synth", "scan", "--records", "7", "-o", out, "--columns", "scan_angle", "--without",
+       "riegl.geo_tag"});
+  EXPECT_EQ(run({"info", "--json", out}).out, R"({
+  "file": ")" + out + R"(",
+  "records": 7,
+  "block_rows": 125000,
+  "attributes": [
+    {
+      "name": "riegl.scan_angle",
+      "type": "int16",
+      "length": 1,
+      "scale": 0.002,
+      "offset": 0.0,
+      "unit": "deg",
+      "title": "",
+      "description": ""
+    }
+  ],
+  "metadata": [
+    {
+      "name": "riegl.time_base",
+      "bytes": 68
+    }
+  ]
+}
+)");
+}
+
+} // namespace
