@@ -44,6 +44,9 @@ class Z4Data : public Torvel::ReferenceBase<Z4Data<T>> {
   /// Where the client writes: the first element of the buffer. Valid until the block is published.
   T* firstElement() const { return values->data(); }
 
+  /// The block's values as a whole, for what works on all of them in place.
+  std::vector<T>& blockValues() const { return *values; }
+
   /// The field that takes the block.
   const Nimbra::Field::Pointer& receivingField() const { return field; }
 

@@ -8,10 +8,14 @@
 
 #include <algorithm>
 #include <atomic>
+#include <cstdint>
 #include <exception>
 #include <memory>
 #include <system_error>
 #include <thread>
+
+#include <sys/mman.h>
+#include <unistd.h>
 
 namespace Proj {
 
@@ -51,6 +55,22 @@ class Batch {
   std::atomic<std::size_t> next{0};
 };
 
+// Storage behind a block's last row may never have been touched; in pages of the usual size, two threads
+// that touch it hold each other up for longer than the transformation takes.
+void adviseLargePages(std::vector<point>& points) {
+#ifdef MADV_HUGEPAGE
+  const auto pageSize = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto first = reinterpret_cast<std::uintptr_t>(points.data());
+  const std::uintptr_t start = (first + pageSize - 1) / pageSize * pageSize;
+  const std::uintptr_t end = (first + points.size() * sizeof(point)) / pageSize * pageSize;
+  if (start < end) {
+    madvise(reinterpret_cast<void*>(start), end - start, MADV_HUGEPAGE); // advice: may be refused
+  }
+#else
+  static_cast<void>(points);
+#endif
+}
+
 std::jthread startHelper(Batch& batch, const Operation& operation) {
   try {
     return std::jthread([&batch, &operation] { batch.work(operation); });
@@ -63,6 +83,7 @@ void transformAll(Kept& kept, std::vector<point>& points) {
   Batch batch(points);
   std::jthread helper; // joined at the end of the function
   if (points.size() >= sharedBatchSize && std::thread::hardware_concurrency() > 1) {
+    adviseLargePages(points);
     if (kept.helper == nullptr) {
       kept.helper = kept.own->clone();
     }

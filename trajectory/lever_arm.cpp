@@ -1,0 +1,79 @@
+// Parses the lever-arm and misalignment file.
+// Partner: lever_arm.h
+#include "trajectory/lever_arm.h"
+
+#include <fstream>
+#include <vector>
+
+#include "storage/torvel/chunk.h"
+
+namespace Riegl {
+
+namespace {
+
+using Triple = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
+
+/// The two vectors of a file, empty until their line has been read.
+struct Vectors {
+  Triple leverArm;
+  Triple misalignment;
+};
+
+/// Splits at every colon and keeps empty tokens, the last one too; a NUL byte ends the line.
+std::vector<std::string> splitAtColons(const std::string& line) {
+  const std::string text(line.c_str());
+  std::vector<std::string> tokens;
+  std::size_t start = 0;
+  for (std::size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', start)) {
+    tokens.push_back(text.substr(start, colon - start));
+    start = colon + 1;
+  }
+  tokens.push_back(text.substr(start));
+  return tokens;
+}
+
+/// \returns empty, or what is wrong with the line
+std::string readLine(const std::string& line, Vectors& vectors) {
+  const std::vector<std::string> tokens = splitAtColons(line);
+  if (tokens.size() != 4) {
+    return "pofx2nimbra::addLeverArm_Misalignment: cannot parse file. size is: " +
+           std::to_string(tokens.size());
+  }
+  const bool isLeverArm = tokens[0] == "leverarm";
+  if (!isLeverArm && tokens[0] != "misalignment") {
+    return "pofx2nimbra::addLeverArm_Misalignment: cannot parse file. key is wrong";
+  }
+  Triple& triple = isLeverArm ? vectors.leverArm : vectors.misalignment;
+  triple = Triple(new Torvel::Chunk<double>(3));
+  for (std::size_t i = 0; i < 3; ++i) {
+    triple->values()[i] = std::stod(tokens[i + 1]);
+  }
+  return std::string();
+}
+
+} // namespace
+
+std::string addLeverArm_Misalignment(Nimbra::Grid& grid, const std::string& path) {
+  if (path.empty()) {
+    return std::string();
+  }
+  std::ifstream file(path);
+  if (!file) {
+    return "pofx2nimbra:Error opening leverarm file: " + path;
+  }
+  Vectors vectors;
+  for (std::string line; std::getline(file, line);) {
+    const std::string failure = readLine(line, vectors);
+    if (!failure.empty()) {
+      return failure;
+    }
+  }
+  if (!vectors.leverArm || !vectors.misalignment) {
+    return "pofx2nimbra::addLeverArm_Misalignment: cannot parse file";
+  }
+  grid.attributes().setAttribute("LeverArm", vectors.leverArm);
+  grid.attributes().setAttribute("Misalignment", vectors.misalignment);
+  return std::string();
+}
+
+} // namespace Riegl
