@@ -1,0 +1,199 @@
+// The order of client calls and of side effects on the grid in a point-cloud load.
+#include <gtest/gtest.h>
+
+#include "pointcloud/rdbx2Z4.h"
+#include "tests/scripted/script.h"
+#include "tests/support/grid.h"
+
+namespace {
+
+using support::chart;
+using support::field;
+using support::scanner;
+using Texts = std::vector<std::string>;
+
+constexpr const char* utcTuesday = R"({"epoch":"2015-10-27T00:00:00+00:00","source":"GNSS","system":"UTC"})";
+
+std::string load(Nimbra::Grid& grid, const std::string& path = "folder/scan.rdbx") {
+  return Riegl::rdbx2Z4(path, grid, 0, false, nullptr);
+}
+
+/// What the client was asked, without the catalogue's questions for each row.
+Texts callsWithoutCatalogue() {
+  Texts calls;
+  for (const std::string& call : scripted::script().calls) {
+    if (call != "pointAttribute()" && call.rfind("exists(", 0) != 0) {
+      calls.push_back(call);
+    }
+  }
+  return calls;
+}
+
+TEST(PointCloudLoad, AsksTheClientInThisOrder) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.xyz"] = nullptr;
+  script.metadata["riegl.time_base"] = utcTuesday;
+  script.blocks = {5000000, 1};
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  EXPECT_EQ(callsWithoutCatalogue(),
+            (Texts{"Context(,)", "Pointcloud()", "OpenSettings()", "open(folder/scan.rdbx)", "metaData()",
+                   "MetaData::exists(riegl.time_base)", "MetaData::get(riegl.time_base,)", "select()",
+                   "bind(riegl.xyz,10,0)", "next(5000000)", "bind(riegl.xyz,10,0)", "next(5000000)",
+                   "bind(riegl.xyz,10,0)", "next(5000000)", "~QuerySelect", "~OpenSettings", "~Pointcloud",
+                   "~Context"}));
+}
+
+TEST(PointCloudLoad, DoesNotReadATimeBaseThatIsAbsent) {
+  scripted::newScript();
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  EXPECT_EQ(scripted::script().callsThatBegin("MetaData::get").size(), 0U);
+}
+
+TEST(PointCloudLoad, BindsFreshMemoryForEveryBlockAndPublishesItWithoutACopy) {
+  scripted::Script& script = scripted::newScript();
+  std::vector<void*> written;
+  script.columns["riegl.amplitude"] = [&written](void* buffer, unsigned int, std::uint64_t) {
+    written.push_back(buffer);
+  };
+  script.blocks = {4, 3};
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  const auto amplitude = field(grid, "Amplitude");
+  ASSERT_EQ(written.size(), 2U);
+  EXPECT_EQ(amplitude->array("Fragment_0")->rawData(), written[0]);
+  EXPECT_EQ(amplitude->array("Fragment_1")->rawData(), written[1]);
+}
+
+TEST(PointCloudLoad, LeavesTheArrayAsTheOnlyOwnerOfAChunk) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.amplitude"] = nullptr;
+  script.blocks = {4};
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  const auto chunk = field(grid, "Amplitude")->array("Fragment_0")->chunkBase();
+  EXPECT_EQ(chunk.counts()->strong(), 2); // the array's hold and the one of this test
+}
+
+TEST(PointCloudLoad, MakesTheScannerRepresentationFirstAndSharesOneCollectionOfFragments) {
+  scripted::newScript();
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  EXPECT_EQ(support::representationNames(grid), (Texts{scanner, chart}));
+  const auto inChart = field(grid, "Positions");
+  const auto inScanner = field(grid, "Positions", scanner);
+  EXPECT_NE(inChart.get(), inScanner.get());
+  EXPECT_EQ(inChart->fragmentIDCollection().get(), inScanner->fragmentIDCollection().get());
+}
+
+TEST(PointCloudLoad, OfNoRecordsMakesFieldsWithoutFragments) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.xyz"] = nullptr;
+  script.columns["riegl.timestamp"] = nullptr;
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  EXPECT_EQ(support::fieldNames(grid), (Texts{"Positions", "GPSTime"}));
+  EXPECT_TRUE(field(grid, "Positions")->fragments().empty());
+  EXPECT_TRUE(field(grid, "Positions")->fragmentIDCollection()->fragments().empty());
+  EXPECT_TRUE(field(grid, "GPSTime")->attributes().empty());
+}
+
+TEST(PointCloudLoad, SecondOneIntoTheSameGridStartsAgainAtFragmentZero) {
+  Nimbra::Grid grid;
+  for (const unsigned int count : {3U, 2U}) {
+    scripted::Script& script = scripted::newScript();
+    script.columns["riegl.amplitude"] = nullptr;
+    script.blocks = {count};
+    ASSERT_EQ(load(grid), "");
+  }
+  EXPECT_EQ(support::fragmentNames(field(grid, "Amplitude")), Texts{"Fragment_0"});
+  EXPECT_EQ(field(grid, "Amplitude")->array("Fragment_0")->elementCount(), 2U);
+}
+
+TEST(PointCloudLoad, OfTwoTimeColumnsEndsAfterTheFirstReadWithoutData) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.timestamp"] = nullptr;
+  script.columns["riegl.shot_timestamp_hr"] = nullptr;
+  script.blocks = {2};
+  Nimbra::Grid grid;
+  EXPECT_EQ(load(grid), "rdbx2Z4: Error both fields for GPSTime are set. Need to check this....");
+  EXPECT_EQ(script.callsThatBegin("next(").size(), 1U);
+  const auto positions = field(grid, "Positions");
+  EXPECT_TRUE(positions->fragments().empty());
+  EXPECT_EQ(positions->fragmentIDCollection()->fragments().size(), 1U);
+  EXPECT_TRUE(field(grid, "ShotTimeStamp")->fragments().empty());
+}
+
+struct Kind {
+  std::string path;
+  bool readsWaveforms;
+};
+
+class Extension : public testing::TestWithParam<Kind> {};
+
+TEST_P(Extension, DecidesAloneAboutTheWaveformAttributes) {
+  scripted::newScript();
+  Nimbra::Grid grid;
+  std::string result;
+  testing::internal::CaptureStderr();
+  result = load(grid, GetParam().path);
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(result, GetParam().readsWaveforms ? "Error: Key not found" : "");
+  EXPECT_EQ(scripted::script().callsThatBegin("metaData() const").empty(), !GetParam().readsWaveforms);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfThePath, Extension,
+                         testing::Values(Kind{"a.sodx", true}, Kind{"dir.x/a.sodx", true},
+                                         Kind{"a.SODX", false}, Kind{"a.Sodx", false}, Kind{"a.rdbx", false},
+                                         Kind{"a", false}, Kind{"a.rdbx.bak", false}, Kind{"a.sodx.rdbx", false},
+                                         Kind{".sodx", false}, Kind{"a.sodx/", false}, Kind{"", false}));
+
+
+/// Time stamps that lie on one day in the first two blocks and on two in the third.
+void givenThirdBlockOnTwoDays() {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.timestamp"] = [](void* buffer, unsigned int, std::uint64_t first) {
+    auto* const stamps = static_cast<double*>(buffer);
+    stamps[0] = first == 4 ? 86390.0 : 10.0;
+    stamps[1] = first == 4 ? 86410.0 : 20.0;
+  };
+  script.columns["riegl.amplitude"] = nullptr;
+  script.metadata["riegl.time_base"] = utcTuesday;
+  script.blocks = {2, 2, 2, 2};
+}
+
+TEST(PointCloudLoad, WhoseRebasingFailsInTheThirdBlockHasThatBlockInAllFields) {
+  givenThirdBlockOnTwoDays();
+  Nimbra::Grid grid;
+  EXPECT_EQ(load(grid), "baseRDB2Nimbra:: Input file spans two days! Not implemented so far.");
+  const Texts three{"Fragment_0", "Fragment_1", "Fragment_2"};
+  EXPECT_EQ(support::fragmentNames(field(grid, "Positions")), three);
+  EXPECT_EQ(support::fragmentNames(field(grid, "GPSTime")), three);
+  EXPECT_EQ(support::fragmentNames(field(grid, "Amplitude")), three);
+  EXPECT_EQ(support::values<double>(field(grid, "GPSTime"), "Fragment_2"), (std::vector<double>{86390, 86410}));
+  EXPECT_EQ(support::values<double>(field(grid, "GPSTime"), "Fragment_1"),
+            (std::vector<double>{172810, 172820}));
+  EXPECT_EQ(support::attributeNames(field(grid, "GPSTime")->attributes()), Texts{"LeapSecondsAdded?"});
+}
+
+TEST(PointCloudLoad, WhoseRebasingFailsBindsNothingAnymore) {
+  givenThirdBlockOnTwoDays();
+  Nimbra::Grid grid;
+  load(grid);
+  EXPECT_EQ(scripted::script().callsThatBegin("next(").size(), 3U);
+  EXPECT_EQ(scripted::script().callsThatBegin("bind(riegl.timestamp").size(), 3U);
+}
+
+TEST(PointCloudLoad, GivesItsFieldsANewAgeWithEveryAttribute) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.timestamp"] = nullptr;
+  script.columns["riegl.amplitude"] = nullptr;
+  script.blocks = {1};
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  EXPECT_GT(field(grid, "GPSTime")->lastChange(), 0U);
+  EXPECT_EQ(field(grid, "Amplitude")->lastChange(), 0U);
+}
+
+} // namespace

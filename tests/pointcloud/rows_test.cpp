@@ -1,0 +1,207 @@
+// Every column of the import, one by one, through the scripted client.
+#include <gtest/gtest.h>
+
+#include "pointcloud/rdbx2Z4.h"
+#include "tests/pointcloud/expected_rows.h"
+#include "tests/scripted/script.h"
+#include "tests/support/grid.h"
+
+namespace {
+
+using pointcloudTest::ExpectedRow;
+using pointcloudTest::expectedRows;
+using support::chart;
+using support::field;
+using support::fieldNames;
+using support::scanner;
+
+class EveryRow : public testing::TestWithParam<ExpectedRow> {
+ protected:
+  /// Loads a database of two records with just the row's attribute (and what its binding needs).
+  std::string load(bool all) {
+    scripted::Script& script = scripted::newScript();
+    script.columns[GetParam().attribute] = nullptr;
+    if (GetParam().attribute == "riegl.rgba") {
+      script.columns["riegl.direction_medium"] = nullptr;
+    }
+    script.blocks = {2};
+    return Riegl::rdbx2Z4("scan.rdbx", grid, 0, all, nullptr);
+  }
+
+  std::string expectedBind() const {
+    const std::string bound =
+        GetParam().attribute == "riegl.rgba" ? "riegl.direction_medium" : GetParam().attribute;
+    return "bind(" + bound + "," + std::to_string(GetParam().dataType) + ",0)";
+  }
+
+  Nimbra::Field::Pointer theField() const {
+    return field(grid, GetParam().field, GetParam().attribute == "riegl.xyz_socs" ? scanner : chart);
+  }
+
+  Nimbra::Grid grid;
+};
+
+std::string elementName(const std::string& type) {
+  if (type == "point" || type == "vector") {
+    return "Quillon::Coordinates<Quillon::Cartesian3D, double>::" + type;
+  }
+  return type == "RGBA" ? "Quillon::DomainVector<Quillon::Vector<unsigned char, 4>, Quillon::RGBA, unsigned char>"
+                        : type;
+}
+
+TEST_P(EveryRow, BecomesItsFieldInItsElementType) {
+  ASSERT_EQ(load(true), "");
+  ASSERT_TRUE(theField());
+  const auto array = theField()->array("Fragment_0");
+  ASSERT_TRUE(array);
+  EXPECT_EQ(array->typeIndex().typeName, elementName(GetParam().type));
+  EXPECT_EQ(array->elementCount(), 2U);
+  EXPECT_EQ(scripted::script().callsThatBegin(expectedBind()).size(),
+            GetParam().attribute == "riegl.target_count" || GetParam().attribute == "riegl.raw_range" ? 4U : 2U);
+}
+
+TEST_P(EveryRow, IsAskedForButLeftOutWithoutAllAttributesWhereItIsMarked) {
+  ASSERT_EQ(load(false), "");
+  EXPECT_FALSE(scripted::script().callsThatBegin("exists(" + GetParam().attribute + ")").empty());
+  EXPECT_EQ(static_cast<bool>(theField()), !GetParam().onlyWithAll);
+  EXPECT_EQ(scripted::script().callsThatBegin(expectedBind()).empty(), GetParam().onlyWithAll);
+}
+
+INSTANTIATE_TEST_SUITE_P(OfTheImport, EveryRow, testing::ValuesIn(expectedRows()), [](const auto& tested) {
+  std::string name = tested.param.attribute.substr(6) + "_as_" + tested.param.field;
+  for (char& character : name) {
+    character = std::isalnum(static_cast<unsigned char>(character)) != 0 ? character : '_';
+  }
+  return name;
+});
+
+TEST(Rows, AreSixtyOneOfWhichThirteenNeedAllAttributes) {
+  int marked = 0;
+  for (const ExpectedRow& row : expectedRows()) {
+    marked += row.onlyWithAll ? 1 : 0;
+  }
+  EXPECT_EQ(expectedRows().size(), 61U);
+  EXPECT_EQ(marked, 13);
+}
+
+/// A database with every attribute but the shots' time stamps, which exclude the points'.
+void givenEveryAttribute() {
+  scripted::Script& script = scripted::newScript();
+  for (const ExpectedRow& row : expectedRows()) {
+    if (row.attribute != "riegl.shot_timestamp_hr") {
+      script.columns[row.attribute] = nullptr;
+    }
+  }
+  script.blocks = {2};
+}
+
+TEST(Rows, MakeTheirFieldsInTheirOrder) {
+  givenEveryAttribute();
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  std::vector<std::string> expected;
+  for (const ExpectedRow& row : expectedRows()) {
+    const bool again = row.attribute == "riegl.xyz_socs" || row.attribute == "riegl.pof_xyz";
+    if (!again && row.attribute != "riegl.shot_timestamp_hr") {
+      expected.push_back(row.field);
+    }
+  }
+  EXPECT_EQ(fieldNames(grid), expected);
+  EXPECT_EQ(fieldNames(grid, scanner), std::vector<std::string>{"Positions"});
+}
+
+TEST(Rows, AskTheCatalogueAnewForEachRowInOrder) {
+  givenEveryAttribute();
+  scripted::script().blocks.clear();
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  std::vector<std::string> expected;
+  for (const ExpectedRow& row : expectedRows()) {
+    expected.push_back("exists(" + row.attribute + ")");
+    if (row.attribute == "riegl.raw_range") {
+      expected.push_back("exists(" + row.attribute + ")");
+    }
+  }
+  EXPECT_EQ(scripted::script().callsThatBegin("exists("), expected);
+  EXPECT_EQ(scripted::script().callsThatBegin("pointAttribute()").size(), expected.size());
+}
+
+TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.amplitude"] = nullptr;
+  script.blocks = {3};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  EXPECT_TRUE(script.callsThatBegin("bind(riegl.xyz").empty());
+  EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 3U);
+}
+
+TEST(Rows, OfColourWithoutDirectionEndTheLoadByTheClient) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.rgba"] = nullptr;
+  script.blocks = {3};
+  Nimbra::Grid grid;
+  EXPECT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr),
+            "attribute not found (riegl.direction_medium)");
+  EXPECT_TRUE(field(grid, "RGBA"));
+}
+
+TEST(Rows, OfTheReturnCountFillTheBufferThatWasBoundLast) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.target_count"] = [](void* buffer, unsigned int count, std::uint64_t) {
+    std::memset(buffer, 7, count);
+  };
+  script.blocks = {2};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  using Bytes = std::vector<unsigned char>;
+  EXPECT_EQ(support::values<unsigned char>(field(grid, "NumberOfReturns"), "Fragment_0"), (Bytes{0, 0}));
+  EXPECT_EQ(support::values<unsigned char>(field(grid, "TargetCount"), "Fragment_0"), (Bytes{7, 7}));
+}
+
+TEST(Rows, OfHydrographyTakeThreeValuesARecordAndKeepTheFirstOnes) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.hydro_intersection_point"] = [](void* buffer, unsigned int count, std::uint64_t) {
+    auto* const values = static_cast<double*>(buffer);
+    for (unsigned int i = 0; i < 3 * count; ++i) {
+      values[i] = i;
+    }
+  };
+  script.blocks = {5000000};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  const auto kept = support::chunkOf<double>(field(grid, "HydroIntersectionPoint"), "Fragment_0");
+  ASSERT_EQ(kept->size(), 5000000U);
+  EXPECT_EQ(kept->values()[4], 4.0);
+  EXPECT_EQ(kept->values().back(), 4999999.0);
+}
+
+TEST(Rows, OfBothCoordinateSystemsLeaveThePlatformsArrayLast) {
+  scripted::Script& script = scripted::newScript();
+  const auto filledWith = [](double value) {
+    return [value](void* buffer, unsigned int count, std::uint64_t) {
+      std::fill_n(static_cast<double*>(buffer), 3 * count, value);
+    };
+  };
+  script.columns["riegl.xyz"] = filledWith(1);
+  script.columns["riegl.pof_xyz"] = filledWith(2);
+  script.columns["riegl.xyz_socs"] = filledWith(3);
+  script.blocks = {1};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  using Point = Quillon::PhysicalSpace::point;
+  EXPECT_EQ(support::values<Point>(field(grid, "Positions"), "Fragment_0").at(0), Point(2, 2, 2));
+  EXPECT_EQ(field(grid, "Positions")->fragments().size(), 1U);
+  EXPECT_EQ(support::values<Point>(field(grid, "Positions", scanner), "Fragment_0").at(0), Point(3, 3, 3));
+}
+
+TEST(Rows, UnknownToTheImportAreIgnoredWithoutAWord) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.unheard_of"] = nullptr;
+  script.blocks = {1};
+  Nimbra::Grid grid;
+  EXPECT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  EXPECT_EQ(fieldNames(grid), std::vector<std::string>{"Positions"});
+}
+
+} // namespace
