@@ -1,0 +1,38 @@
+// What every fuzz target shares: its entry, its claims, and silence.
+// Partner: replay_main.cpp
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <iostream>
+#include <string>
+
+#include "platform/torvel/core/speak_ptr.h"
+
+/// Called with one input after the other; aborts where a claim does not hold.
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count);
+
+namespace fuzz {
+
+/// Ends the process, so that the engine keeps the input, unless the claim holds.
+inline void require(bool holds, const char* claim) {
+  if (!holds) {
+    std::fprintf(stderr, "claim does not hold: %s\n", claim);
+    std::abort();
+  }
+}
+
+/// The input as text, with console and std::cerr silent from the first input on.
+inline std::string silentText(const std::uint8_t* bytes, std::size_t count) {
+  static const bool silent = [] {
+    Torvel::setLineSink([](const std::string&) {});
+    std::cerr.rdbuf(nullptr);
+    return true;
+  }();
+  static_cast<void>(silent);
+  return {reinterpret_cast<const char*>(bytes), count};
+}
+
+} // namespace fuzz

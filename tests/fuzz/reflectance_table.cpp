@@ -1,0 +1,12 @@
+// Any text as the item of the reflectance table.
+#include "tests/fuzz/fuzz_target.h"
+#include "waveform/parsers.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
+  Torvel::StrongPtr<Torvel::Chunk<float>, Torvel::ChunkBase> table;
+  const bool read = Riegl::parse_reflectance_table(fuzz::silentText(bytes, count), table);
+  fuzz::require(!read || static_cast<bool>(table), "a table that was read is there");
+  fuzz::require(!table || read == (table->size() <= 64000), "a table is refused for its size alone");
+  fuzz::require(!table || table->size() <= count, "each element takes at least one byte of text");
+  return 0;
+}
