@@ -38,7 +38,7 @@ void Field::setPersistentData(const MemBase::Pointer& array,
 
 MemBase::Pointer Field::array(const std::string& fragmentName) const {
   const auto found = std::find_if(pieces.begin(), pieces.end(), [&fragmentName](const Fragment& piece) {
-    return piece.identity->name() == fragmentName;
+    return piece.identity && piece.identity->name() == fragmentName;
   });
   return found != pieces.end() ? found->array() : MemBase::Pointer();
 }

@@ -85,6 +85,10 @@ class TORVEL_API ReferencingMemArray : public MemArrayBase<N>, public MultiArray
     const std::uint64_t wanted = elementTotal(extents);
     this->tail = wanted < held ? held - wanted : 0;
   }
+  /// As above, with the one extent of rank 1.
+  ReferencingMemArray(const TypedChunkPointer& memory, std::uint64_t extent,
+                      const Creator& origin) requires(N == 1)
+      : MemBase(elementRecord<T>(), origin), ReferencingMemArray(memory, MultiIndex<N>{extent}, origin) {}
   ~ReferencingMemArray() override = default;
 
   int rank() const override { return N; }
@@ -159,6 +163,12 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
   MemArray(const MultiIndex<N>& extents, const Creator& origin)
       : MemArray(TypedChunkPointer(new Torvel::Chunk<T>(elementTotal(extents))), extents, origin) {}
 
+  /// The one extent of rank 1.
+  MemArray(const TypedChunkPointer& memory, std::uint64_t extent, const Creator& origin) requires(N == 1)
+      : MemArray(memory, MultiIndex<N>{extent}, origin) {}
+  MemArray(std::uint64_t extent, const Creator& origin) requires(N == 1)
+      : MemArray(MultiIndex<N>{extent}, origin) {}
+
   ~MemArray() override = default;
 };
 
@@ -228,7 +238,6 @@ MemBase::Pointer ReferencingMemArray<N, T>::shallowView(int depth, const Creator
     return Pointer();
   }
   auto* const view = new ReferencingMemArray(chunk, this->size, origin);
-  const Pointer owned(view);
   const auto excess = [](std::uint64_t whole, std::uint64_t part) { return whole > part ? whole - part : 0; };
   view->count = this->count;
   view->stride = 1;
@@ -240,7 +249,8 @@ MemBase::Pointer ReferencingMemArray<N, T>::shallowView(int depth, const Creator
   if (extent < excess(view->count, view->tail)) {
     view->tail = excess(view->count, extent);
   }
-  return owned;
+  // Held only now: the first hold shows the view to the creators of save interfaces.
+  return Pointer(view);
 }
 
 } // namespace Nimbra

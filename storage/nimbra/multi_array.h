@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstdint>
+#include <limits>
 #include <utility>
 
 #include "storage/nimbra/hyperslab.h"
@@ -14,14 +15,19 @@ namespace Nimbra {
 template <int N>
 using MultiIndex = std::array<std::uint64_t, static_cast<std::size_t>(N)>;
 
-/// Number of elements of the given extents.
+/// Number of elements of the given extents; the largest number there is where the product is beyond it, so
+/// that memory for them is refused.
 template <std::size_t Rank>
 std::uint64_t elementTotal(const std::array<std::uint64_t, Rank>& extents) {
   std::uint64_t total = 1;
+  bool beyond = false;
   for (const std::uint64_t extent : extents) {
-    total *= extent;
+    if (extent == 0) {
+      return 0;
+    }
+    beyond = __builtin_mul_overflow(total, extent, &total) || beyond;
   }
-  return total;
+  return beyond ? std::numeric_limits<std::uint64_t>::max() : total;
 }
 
 /// Index of the last element; 0 in each rank whose extent is 0.

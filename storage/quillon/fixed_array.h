@@ -1,4 +1,7 @@
 // Plain sequences of scalars: the layout that points, vectors and colours share.
+//
+// The types are visible beyond their module, so that what is made of them (chunks, arrays, type objects) is
+// one and the same in every module of a process.
 #pragma once
 
 #include <cstddef>
@@ -9,7 +12,7 @@ namespace Quillon {
 
 /// `Count` scalars one after the other and nothing else. A new one isn't initialised.
 template <class Scalar, int Count>
-class FixedArray {
+class TORVEL_API FixedArray {
  public:
   // Not defaulted: a buffer of millions of elements must not be zeroed before it is filled.
   FixedArray() {} // NOLINT(modernize-use-equals-default)
@@ -38,15 +41,24 @@ bool operator==(const FixedArray<Scalar, Count>& left, const FixedArray<Scalar, 
 
 /// A sequence with the arithmetic of a vector space.
 template <class Scalar, int Count>
-class Vector : public FixedArray<Scalar, Count> {};
+class TORVEL_API Vector : public FixedArray<Scalar, Count> {
+ public:
+  Vector() {} // NOLINT(modernize-use-equals-default): defaulted, it would be zeroed where a buffer is made
+};
 
 /// A matrix of `Rows` times `Columns` scalars.
 template <int Rows, int Columns, class Scalar>
-class Matrix : public Vector<Scalar, Rows * Columns> {};
+class TORVEL_API Matrix : public Vector<Scalar, Rows * Columns> {
+ public:
+  Matrix() {} // NOLINT(modernize-use-equals-default)
+};
 
 /// A matrix of one column.
 template <int Rows, class Scalar>
-class Column : public Matrix<Rows, 1, Scalar> {};
+class TORVEL_API Column : public Matrix<Rows, 1, Scalar> {
+ public:
+  Column() {} // NOLINT(modernize-use-equals-default)
+};
 
 } // namespace Quillon
 

@@ -6,24 +6,25 @@
 namespace Quillon {
 
 /// Three-dimensional Cartesian space. Only a tag.
-struct Cartesian3D {};
+struct TORVEL_API Cartesian3D {};
 /// Colours of three channels, red, green and blue. Only a tag.
-struct RGB {};
+struct TORVEL_API RGB {};
 /// Colours of four channels: red, green, blue and opacity. Only a tag.
-struct RGBA : RGB {};
+struct TORVEL_API RGBA : RGB {};
 
 /// A vector that lives in a domain.
 template <class Base, class Domain, class Scalar>
-class DomainVector : public Base {
+class TORVEL_API DomainVector : public Base {
  public:
   using Chart = Domain;
+  DomainVector() {} // NOLINT(modernize-use-equals-default): a buffer of colours isn't zeroed
 };
 
 /// The element types of a chart.
 template <class Domain, class Scalar>
-struct Coordinates {
+struct TORVEL_API Coordinates {
   /// A position: three scalars.
-  class point : public FixedArray<Scalar, 3> {
+  class TORVEL_API point : public FixedArray<Scalar, 3> {
    public:
     using Chart = Domain;
     point() {} // NOLINT(modernize-use-equals-default): a buffer of points isn't zeroed
@@ -35,7 +36,7 @@ struct Coordinates {
   };
 
   /// A direction or a displacement: three scalars.
-  class vector : public DomainVector<Column<3, Scalar>, Domain, Scalar> {
+  class TORVEL_API vector : public DomainVector<Column<3, Scalar>, Domain, Scalar> {
    public:
     vector() {} // NOLINT(modernize-use-equals-default): a buffer of vectors isn't zeroed
     vector(Scalar x, Scalar y, Scalar z) {

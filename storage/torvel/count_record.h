@@ -14,10 +14,16 @@ inline constexpr std::int32_t strongDestroyedWhileHeld = -333;
 
 /// Counts of one object, on the heap, outliving the object: it is freed by whoever brings `weak` to 0.
 ///
-/// `strong` is the low half of the word and `weak` the high half, both signed 32-bit. A copy of a strong
-/// pointer raises both with one fetch-and-add; the halves cannot carry into each other as long as `strong`
-/// isn't -1, a value that no step produces (the end values are -111 and -333, and each holder returns at most
-/// what it took). Steps that change `strong` alone go through compare-and-exchange and never carry.
+/// `strong` is the low half of the word and `weak` the high half, both signed 32-bit.
+///
+/// - Every change is one atomic read-modify-write of the whole word. A step that touches `strong` goes
+/// through
+///   compare-and-exchange and computes each half by itself, so the halves never carry into each other,
+///   whatever `strong` holds; a step on `weak` alone adds to the high half, whose carry leaves the word.
+/// - `strong` is never raised once it is negative: the test and the increase are one step, so the end value
+///   stays what it is however many threads try to take the object up.
+/// - The end of an object is one step too: it is marked only where `strong` isn't positive. A thread that
+///   raised `strong` first keeps the object; one that comes later finds the mark and takes a weak hold.
 template <class B>
 class CountRecord {
  public:
@@ -36,17 +42,14 @@ class CountRecord {
   /// strong + 1 and weak + 1 where strong isn't negative, else weak + 1 alone.
   /// \returns the strong count that was found
   std::int32_t raiseBoth() {
-    const std::int32_t found = strong();
-    if (found < 0) {
-      raiseWeak();
-      return found;
-    }
-    return lowHalf(word.fetch_add(oneWeak + oneStrong, std::memory_order_acq_rel));
+    return change([](std::int32_t strong, std::int32_t weak) {
+      return both(strong < 0 ? strong : strong + 1, weak + 1);
+    });
   }
 
   /// strong + 1 alone.
   void raiseStrong() {
-    changeStrong([](std::int32_t value) { return value + 1; });
+    change([](std::int32_t strong, std::int32_t weak) { return both(strong + 1, weak); });
   }
 
   /// strong - 1 and weak - 1 in one step, if others hold the object too.
@@ -54,8 +57,8 @@ class CountRecord {
   bool lowerBothUnlessLast() {
     std::uint64_t seen = word.load(std::memory_order_relaxed);
     while (lowHalf(seen) > 1 && highHalf(seen) > 1) {
-      if (word.compare_exchange_weak(seen, seen - oneWeak - oneStrong, std::memory_order_acq_rel,
-                                     std::memory_order_relaxed)) {
+      const std::uint64_t next = both(lowHalf(seen) - 1, highHalf(seen) - 1);
+      if (word.compare_exchange_weak(seen, next, std::memory_order_acq_rel, std::memory_order_relaxed)) {
         return true;
       }
     }
@@ -64,7 +67,7 @@ class CountRecord {
 
   /// strong - 1 alone. \returns the new strong count
   std::int32_t lowerStrong() {
-    return changeStrong([](std::int32_t value) { return value - 1; }) - 1;
+    return change([](std::int32_t strong, std::int32_t weak) { return both(strong - 1, weak); }) - 1;
   }
 
   /// weak - 1. \returns the new weak count
@@ -72,27 +75,38 @@ class CountRecord {
 
   /// strong = `value`, whatever it was. \returns the strong count that was found
   std::int32_t exchangeStrong(std::int32_t value) {
-    return changeStrong([value](std::int32_t) { return value; });
+    return change([value](std::int32_t, std::int32_t weak) { return both(value, weak); });
+  }
+
+  /// strong = -111 where nobody holds the object, else nothing. \returns the strong count that was found:
+  /// above 0, somebody has taken the object up and it must live on
+  std::int32_t markDestroyedUnlessHeld() {
+    return change([](std::int32_t strong, std::int32_t weak) {
+      return both(strong > 0 ? strong : strongDestroyed, weak);
+    });
   }
 
   /// Cuts the record off its object. \returns the object, null where it was gone already
   B* takeObject() { return live.exchange(nullptr, std::memory_order_acq_rel); }
 
  private:
-  static constexpr std::uint64_t oneStrong = 1;
   static constexpr std::uint64_t oneWeak = std::uint64_t{1} << 32;
 
-  static std::int32_t lowHalf(std::uint64_t both) { return static_cast<std::int32_t>(both & 0xffffffffU); }
-  static std::int32_t highHalf(std::uint64_t both) { return static_cast<std::int32_t>(both >> 32); }
+  static std::int32_t lowHalf(std::uint64_t counts) {
+    return static_cast<std::int32_t>(counts & 0xffffffffU);
+  }
+  static std::int32_t highHalf(std::uint64_t counts) { return static_cast<std::int32_t>(counts >> 32); }
+  static std::uint64_t both(std::int32_t strong, std::int32_t weak) {
+    return (std::uint64_t{static_cast<std::uint32_t>(weak)} << 32) | static_cast<std::uint32_t>(strong);
+  }
 
-  template <class Change>
-  std::int32_t changeStrong(Change change) {
+  /// Replaces the word by what `next` makes of its halves. \returns the strong count that was found
+  template <class Next>
+  std::int32_t change(Next next) {
     std::uint64_t seen = word.load(std::memory_order_relaxed);
-    std::uint64_t next = 0;
-    do {
-      const auto strongAfter = static_cast<std::uint32_t>(change(lowHalf(seen)));
-      next = (seen & ~std::uint64_t{0xffffffffU}) | strongAfter;
-    } while (!word.compare_exchange_weak(seen, next, std::memory_order_acq_rel, std::memory_order_relaxed));
+    while (!word.compare_exchange_weak(seen, next(lowHalf(seen), highHalf(seen)), std::memory_order_acq_rel,
+                                       std::memory_order_relaxed)) {
+    }
     return lowHalf(seen);
   }
 

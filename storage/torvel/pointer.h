@@ -44,25 +44,24 @@ class DynPtr {
 
   DynPtr() : id(nextPointerID()) {}
 
-  /// Takes up the record of a raw object; the holds are taken by the derived class.
-  explicit DynPtr(const ReferenceBase<B>* object) : id(nextPointerID()) {
-    record = object->self.record;
-    cached = castLive();
-  }
-
-  template <class U>
-  explicit DynPtr(const DynPtr<U, B>& other) : id(nextPointerID()) {
-    takeUp(other);
-  }
-
   ~DynPtr() = default;
   DynPtr(const DynPtr&) = delete;
   DynPtr& operator=(const DynPtr&) = delete;
 
-  /// Takes record and object of another pointer, without any hold.
+  /// Takes the record of a raw object, without any hold.
+  void takeRecord(const ReferenceBase<B>* object) { record = object->self.record; }
+
+  /// Takes the record of another pointer, without any hold.
   template <class U>
-  void takeUp(const DynPtr<U, B>& other) {
+  void takeRecord(const DynPtr<U, B>& other) {
+    reportSelfConstruction(&other);
     record = other.record;
+  }
+
+  /// Takes the object of another pointer as T. It comes after the hold: a strong one sees to it that the
+  /// object, whose table of virtuals tells the way to T, stands still meanwhile.
+  template <class U>
+  void takeObject(const DynPtr<U, B>& other) {
     if constexpr (std::is_convertible_v<U*, T*>) {
       cached = other.get();
     } else {
@@ -102,7 +101,6 @@ class DynPtr {
   CountRecord<B>* record = nullptr;
   T* cached = nullptr;
 
- private:
   T* castLive() const {
     if (record == nullptr || !record->alive()) {
       return nullptr;
@@ -114,6 +112,7 @@ class DynPtr {
     }
   }
 
+ private:
   /// Two forms: a live object still tells its own type, a dead one only that of the pointer.
   void reportInvalidWeak(const std::type_info& pointer) const {
     const B* const object = record->object();
@@ -133,12 +132,9 @@ class WeakPtr : public DynPtr<T, B> {
   WeakPtr(std::nullptr_t) {}
   /// Refers to `object`; null gives an empty pointer.
   WeakPtr(T* object) : WeakPtr(object == nullptr ? none() : WeakPtr(FromObject{}, object)) {}
-  WeakPtr(const WeakPtr& other) : Base() {
-    this->reportSelfConstruction(&other);
-    take(other);
-  }
+  WeakPtr(const WeakPtr& other) : WeakPtr() { take(other); }
   template <class U>
-  WeakPtr(const DynPtr<U, B>& other) {
+  WeakPtr(const DynPtr<U, B>& other) : WeakPtr() {
     take(other);
   }
   WeakPtr& operator=(const WeakPtr& other) {
@@ -154,7 +150,11 @@ class WeakPtr : public DynPtr<T, B> {
 
  private:
   struct FromObject {};
-  WeakPtr(FromObject, T* object) : Base(static_cast<const ReferenceBase<B>*>(object)) { this->holdWeak(); }
+  WeakPtr(FromObject, T* object) : WeakPtr() {
+    this->takeRecord(static_cast<const ReferenceBase<B>*>(object));
+    this->holdWeak();
+    this->cached = this->castLive();
+  }
 
   static const WeakPtr& none() {
     static const WeakPtr empty;
@@ -163,8 +163,9 @@ class WeakPtr : public DynPtr<T, B> {
 
   template <class U>
   void take(const DynPtr<U, B>& other) {
-    this->takeUp(other);
+    this->takeRecord(other);
     this->holdWeak();
+    this->takeObject(other);
   }
 
   template <class U>
@@ -186,12 +187,9 @@ class StrongPtr : public DynPtr<T, B> {
   StrongPtr(std::nullptr_t) {}
   /// Takes `object` up; null gives an empty pointer. The first hold of an object makes the scheme its owner.
   StrongPtr(T* object) : StrongPtr(object == nullptr ? none() : StrongPtr(FromObject{}, object)) {}
-  StrongPtr(const StrongPtr& other) : Base() {
-    this->reportSelfConstruction(&other);
-    take(other);
-  }
+  StrongPtr(const StrongPtr& other) : StrongPtr() { take(other); }
   template <class U>
-  StrongPtr(const DynPtr<U, B>& other) {
+  StrongPtr(const DynPtr<U, B>& other) : StrongPtr() {
     take(other);
   }
   StrongPtr& operator=(const StrongPtr& other) {
@@ -207,7 +205,13 @@ class StrongPtr : public DynPtr<T, B> {
 
  private:
   struct FromObject {};
-  StrongPtr(FromObject, T* object) : Base(static_cast<const ReferenceBase<B>*>(object)) { hold(); }
+  // Delegates, like every constructor that holds: where the deferred construction raises, the destructor
+  // gives the holds back.
+  StrongPtr(FromObject, T* object) : StrongPtr() {
+    this->takeRecord(static_cast<const ReferenceBase<B>*>(object));
+    hold();
+    this->cached = this->castLive();
+  }
 
   static const StrongPtr& none() {
     static const StrongPtr empty;
@@ -216,8 +220,9 @@ class StrongPtr : public DynPtr<T, B> {
 
   template <class U>
   void take(const DynPtr<U, B>& other) {
-    this->takeUp(other);
+    this->takeRecord(other);
     hold();
+    this->takeObject(other);
   }
 
   template <class U>
@@ -255,10 +260,9 @@ class StrongPtr : public DynPtr<T, B> {
   /// The hook, the decrement, and the end of the object unless somebody has taken it up again meanwhile.
   void releaseLast() {
     CountRecord<B>& counts = *this->record;
-    if (counts.strong() == 1) {
-      if (B* const object = counts.object(); object != nullptr) {
-        object->preDestruction();
-      }
+    B* const held = counts.object();
+    if (counts.strong() == 1 && held != nullptr && held->hasPreDestruction()) {
+      held->preDestruction();
       if (counts.strong() != 1) {
         SpeakPtr::WarningUnctionChange(counts.strong(), counts.weak(), typeid(B));
       }
@@ -269,11 +273,10 @@ class StrongPtr : public DynPtr<T, B> {
     if (counts.object() == nullptr || counts.strong() < 0) {
       SpeakPtr::DynPtrInvalid(&counts, counts.object(), counts.strong(), counts.weak(), typeid(B));
     }
-    if (counts.strong() > 0) {
+    if (counts.markDestroyedUnlessHeld() > 0) {
       SpeakPtr::DestructionCancelled(counts.strong(), counts.weak(), typeid(B));
       return;
     }
-    counts.exchangeStrong(strongDestroyed);
     B* const object = counts.takeObject();
     if constexpr (requires(B & dying) { dying.PreDestructor(); }) {
       if (object != nullptr) {

@@ -3,6 +3,7 @@
 
 #include <atomic>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 
 #include "platform/torvel/core/api.h"
@@ -26,7 +27,8 @@ class TORVEL_API ReferenceBase {
   ReferenceBase(const ReferenceBase&) = delete;
   ReferenceBase& operator=(const ReferenceBase&) = delete;
 
-  /// Called when the last strong hold is about to go, ahead of the decrement. Empty here.
+  /// Called when the last strong hold is about to go, ahead of the decrement. Empty here, and then not
+  /// called: it is the first virtual of every family, so its entry in the table tells (`hasPreDestruction`).
   virtual void preDestruction() {}
 
   /// Ends the object's own weak hold. A strong count that still stands is marked twice, -333 and then -111.
@@ -44,6 +46,9 @@ class TORVEL_API ReferenceBase {
   /// Number of this object among all objects of its family, from 0.
   std::uint64_t serialNumber() const { return serial; }
 
+  /// Whether a derived class has put a hook of its own in the place of the empty one.
+  bool hasPreDestruction() const { return firstVirtual() != emptyHook.load(std::memory_order_relaxed); }
+
   /// The counts of this object, for diagnostics and tests.
   const CountRecord<B>& counts() const { return *self.record; }
 
@@ -59,6 +64,10 @@ class TORVEL_API ReferenceBase {
     self.id = nextPointerID();
     self.record->raiseWeak();
     serial = nextSerial.fetch_add(1, std::memory_order_relaxed);
+    // During this constructor the table is this class's own, whose first entry is the empty hook.
+    if (emptyHook.load(std::memory_order_relaxed) == nullptr) {
+      emptyHook.store(firstVirtual(), std::memory_order_relaxed);
+    }
   }
 
   /// One strong count that nobody gives back: the object never dies through the count.
@@ -74,7 +83,15 @@ class TORVEL_API ReferenceBase {
     CountRecord<B>* record = nullptr;
   };
 
+  /// First entry of the object's table of virtuals, as the platform's C++ ABI lays it out.
+  const void* firstVirtual() const {
+    const void* const* table = nullptr;
+    std::memcpy(&table, static_cast<const void*>(this), sizeof table);
+    return *table;
+  }
+
   inline static std::atomic<std::uint64_t> nextSerial{0};
+  inline static std::atomic<const void*> emptyHook{nullptr};
 
   SelfLink self;
   std::uint64_t serial = 0;

@@ -39,8 +39,9 @@ LineSink setLineSink(LineSink sink) {
 void writeLine(const std::string& line) {
   Sink& target = theSink();
   const std::lock_guard lock(target.mutex);
-  if (target.write) {
-    target.write(line);
+  // A copy: a sink may put another one in its place while it runs.
+  if (const LineSink write = target.write; write) {
+    write(line);
     return;
   }
   const std::string whole = line + '\n';
