@@ -88,7 +88,7 @@ class TORVEL_API ReferencingMemArray : public MemArrayBase<N>, public MultiArray
   /// As above, with the one extent of rank 1.
   ReferencingMemArray(const TypedChunkPointer& memory, std::uint64_t extent,
                       const Creator& origin) requires(N == 1)
-      : MemBase(elementRecord<T>(), origin), ReferencingMemArray(memory, MultiIndex<N>{extent}, origin) {}
+      : ReferencingMemArray(memory, MultiIndex<N>{extent}, origin) {}
   ~ReferencingMemArray() override = default;
 
   int rank() const override { return N; }

@@ -1,0 +1,162 @@
+// The five reports of the reference scheme: each provoked, its text pinned, and the work seen to go on.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <new>
+#include <sstream>
+
+#include "tests/storage/counted_item.h"
+#include "tests/support/console_lines.h"
+
+using counted::Item;
+using counted::record;
+using counted::Strong;
+using counted::Weak;
+using support::ConsoleLines;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+namespace {
+
+std::string place(const void* address) {
+  std::ostringstream text;
+  text << address;
+  return text.str();
+}
+
+std::string textOfSelfConstruction(const std::string& pointer, const void* self) {
+  return "reference scheme: " + pointer + " at " + place(self) + " is constructed from itself (record 0)";
+}
+
+TEST(Reports, OrdinaryWorkReportsNothing) {
+  const ConsoleLines console;
+  Strong strong(new Item);
+  const Weak weak(strong);
+  strong = nullptr;
+  EXPECT_THAT(console.lines(), IsEmpty());
+}
+
+TEST(Reports, StrongPointerConstructedFromItself) {
+  const ConsoleLines console;
+  alignas(Strong) unsigned char memory[sizeof(Strong)] = {};
+  auto* const pointer = reinterpret_cast<Strong*>(memory);
+  new (memory) Strong(*pointer);
+  EXPECT_EQ(pointer->get(), nullptr);
+  pointer->~Strong();
+  EXPECT_THAT(console.lines(),
+              ElementsAre(textOfSelfConstruction("Torvel::DynPtr<counted::Item, counted::Item>", memory)));
+}
+
+TEST(Reports, WeakPointerConstructedFromItself) {
+  const ConsoleLines console;
+  alignas(Weak) unsigned char memory[sizeof(Weak)] = {};
+  auto* const pointer = reinterpret_cast<Weak*>(memory);
+  new (memory) Weak(*pointer);
+  pointer->~Weak();
+  EXPECT_THAT(console.lines(),
+              ElementsAre(textOfSelfConstruction("Torvel::DynPtr<counted::Item, counted::Item>", memory)));
+}
+
+TEST(Reports, HookThatChangesTheCountIsReportedAndTheObjectLivesOn) {
+  const ConsoleLines console;
+  int deaths = 0;
+  auto* const item = new Item(&deaths);
+  Strong strong(item);
+  Strong kept;
+  item->hook = [&] { kept = item; };
+  strong = nullptr;
+  EXPECT_EQ(deaths, 0);
+  EXPECT_EQ(kept.counts()->strong(), 1);
+  EXPECT_THAT(console.lines(),
+              ElementsAre("reference scheme: the pre-destruction hook of an object of family "
+                          "counted::Item changed its strong count: strong 2, weak 3"));
+  item->hook = nullptr;
+  kept = nullptr;
+  EXPECT_EQ(deaths, 1);
+}
+
+TEST(Reports, LastHoldOnAnInvalidRecordIsReportedAndTheReleaseGoesOn) {
+  const ConsoleLines console;
+  auto* const item = new Item;
+  Strong strong(item);
+  const Weak weak(strong);
+  item->hook = [&] { record(weak).takeObject(); };
+  strong = nullptr;
+  EXPECT_EQ(weak.counts()->strong(), -111);
+  EXPECT_THAT(console.lines(),
+              ElementsAre("reference scheme: the last strong hold in family counted::Item ends on an invalid "
+                          "record: strong 0, weak 3, record " +
+                          place(weak.counts()) + ", object 0"));
+  item->hook = nullptr;
+  delete item; // the scheme could not find it any more
+}
+
+TEST(Reports, NewHoldDuringTheReleaseCancelsTheDestruction) {
+  auto* const item = new Item;
+  Strong strong(item);
+  const Weak weak(strong);
+  Strong taken;
+  std::vector<std::string> lines;
+  const Torvel::LineSink before = Torvel::setLineSink([&](const std::string& line) {
+    lines.push_back(line);
+    taken = weak; // between the decrement and the destruction
+  });
+  item->hook = [&] { record(weak).takeObject(); };
+  strong = nullptr;
+  Torvel::setLineSink(before);
+  EXPECT_EQ(weak.counts()->strong(), 1);
+  ASSERT_EQ(lines.size(), 2U);
+  EXPECT_EQ(lines[1],
+            "reference scheme: destruction of an object of family counted::Item is cancelled, it was "
+            "taken up again: strong 1, weak 4");
+  delete item;
+}
+
+std::string textOfInvalidWeak(std::uint64_t number, const std::string& counts, const void* record,
+                              const void* object) {
+  return "reference scheme: weak hold of Torvel::WeakPtr<counted::Item, counted::Item> number " +
+         std::to_string(number) +
+         " (Torvel::DynPtr<counted::Item, counted::Item> on counted::Item in family counted::Item) is "
+         "released, but the weak count isn't positive: " +
+         counts + ", record " + place(record) + ", object " + place(object);
+}
+
+TEST(Reports, WeakReleaseWithoutAWeakCountOnALiveObject) {
+  const ConsoleLines console;
+  const Item item;
+  auto& counts = const_cast<counted::Record&>(item.counts());
+  std::uint64_t number = 0;
+  {
+    const Weak weak(const_cast<Item*>(&item));
+    number = weak.serialNumber();
+    counts.lowerWeak();
+    counts.lowerWeak();
+  }
+  EXPECT_EQ(counts.weak(), -1); // reported, and the work went on
+  EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
+  counts.raiseWeak();
+  counts.raiseWeak();
+}
+
+TEST(Reports, WeakReleaseWithoutAWeakCountOnADeadObject) {
+  const ConsoleLines console;
+  Strong strong(new Item);
+  counted::Record* counts = &record(strong);
+  std::uint64_t number = 0;
+  {
+    const Weak weak(strong);
+    number = weak.serialNumber();
+    strong = nullptr;
+    counts->lowerWeak();
+  }
+  EXPECT_EQ(counts->weak(), -1);
+  EXPECT_THAT(console.lines(),
+              ElementsAre(textOfInvalidWeak(number, "strong -111, weak 0", counts, nullptr)));
+  delete counts; // nobody brought the weak count to 0
+}
+
+TEST(Reports, SpeakerIsOneObject) {
+  EXPECT_EQ(&Torvel::SpeakPtr::theSpeaker(), &Torvel::SpeakPtr::theSpeaker());
+}
+
+} // namespace
