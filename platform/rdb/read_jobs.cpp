@@ -2,11 +2,12 @@
 // Partner: read_jobs.h
 #include "platform/rdb/read_jobs.h"
 
+#include "platform/rdb/checksum.h"
+
 #include <algorithm>
 #include <atomic>
 #include <cstring>
 #include <exception>
-#include <libdeflate.h>
 #include <mutex>
 #include <system_error>
 #include <thread>
@@ -30,7 +31,7 @@ class BlockPass {
     reader.read(to, bytes, offset);
     offset += bytes;
     if (verifies) {
-      checksum = libdeflate_crc32(checksum, to, bytes);
+      checksum = crc32(checksum, to, bytes);
     }
   }
   /// Goes to `target`; what lies between counts for the checksum.

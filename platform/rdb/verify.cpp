@@ -2,10 +2,10 @@
 // Partner: verify.h
 #include "platform/rdb/verify.h"
 
+#include "platform/rdb/checksum.h"
 #include "platform/rdb/database.h"
 
 #include <algorithm>
-#include <libdeflate.h>
 
 namespace riegl::rdb::embedded {
 namespace {
@@ -21,7 +21,7 @@ void verifyBlock(Database& database, const Column& column, std::uint64_t number,
   for (std::size_t offset = 0; offset < bytes; offset += chunkBytes) {
     const std::size_t part = std::min(chunkBytes, bytes - offset);
     reader.read(reader.stored.data(), part, offset);
-    checksum = libdeflate_crc32(checksum, reader.stored.data(), part);
+    checksum = crc32(checksum, reader.stored.data(), part);
   }
   reader.requireChecksum(checksum);
   seen.bytes += bytes;

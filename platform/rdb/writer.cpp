@@ -2,6 +2,7 @@
 // Partner: writer.h
 #include "platform/rdb/writer.h"
 
+#include "platform/rdb/checksum.h"
 #include "platform/rdb/error.h"
 #include "platform/rdb/file_format.h"
 #include "platform/rdb/temporary_file.h"
@@ -9,7 +10,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
-#include <libdeflate.h>
 #include <map>
 #include <set>
 #include <sqlite3.h>
@@ -162,8 +162,7 @@ void Writer::State::insertBlock(std::size_t index, std::uint64_t number, const v
   sqlite3_stmt* const row = blockInsert.get();
   check(sqlite3_bind_int64(row, 1, static_cast<sqlite3_int64>(index) + 1));
   check(sqlite3_bind_int64(row, 2, static_cast<sqlite3_int64>(number)));
-  check(settings.checksums ? sqlite3_bind_int64(row, 3, libdeflate_crc32(0, data, bytes))
-                           : sqlite3_bind_null(row, 3));
+  check(settings.checksums ? sqlite3_bind_int64(row, 3, crc32(0, data, bytes)) : sqlite3_bind_null(row, 3));
   check(sqlite3_bind_blob64(row, 4, data, bytes, SQLITE_STATIC));
   check(sqlite3_step(row));
   check(sqlite3_reset(row));

@@ -156,6 +156,33 @@ TEST_F(Writing, MakesTheDocumentedLayout) {
       "INSERT INTO expect SELECT value = '{}' FROM metadata WHERE name = 'riegl.time_base'");
 }
 
+/// CRC-32 bit by bit, as its definition says.
+std::uint32_t slowChecksum(const unsigned char* data, std::size_t bytes) {
+  std::uint32_t state = 0xffffffff;
+  for (std::size_t i = 0; i < bytes; ++i) {
+    state ^= data[i];
+    for (int bit = 0; bit < 8; ++bit) {
+      state = (state >> 1) ^ ((state & 1) != 0 ? 0xedb88320U : 0U);
+    }
+  }
+  return ~state;
+}
+
+TEST_F(Writing, ChecksumsAreThoseOfTheDefinitionAtEveryBlockSize) {
+  std::vector<unsigned char> values(600'000);
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    values[i] = static_cast<unsigned char>((i * i + i / 7) >> 3);
+  }
+  for (const std::uint32_t rows : {1, 15, 16, 17, 255, 256, 257, 511, 512, 513, 1000, 1279, 4096, 600000}) {
+    const std::vector<unsigned char> part(values.begin(), values.begin() + rows);
+    writeColumn(path, {"a", StoredType::uint8}, part, {rows, true});
+    execute(path, "CREATE TEMP TABLE expect(holds INTEGER CHECK (holds));"
+                  "INSERT INTO expect SELECT checksum = " +
+                      std::to_string(slowChecksum(part.data(), part.size())) + " FROM block");
+    EXPECT_EQ(readColumn<unsigned char>(path, "a", DataType::UINT8, 999), part) << rows << " bytes";
+  }
+}
+
 TEST_F(Writing, LeavesChecksumsOutWhenTold) {
   writeSample(path, false);
   const auto seen = riegl::rdb::embedded::verify(path, [](const auto&, const auto&) {});
