@@ -69,6 +69,7 @@ class Z4Data : public Torvel::ReferenceBase<Z4Data<T>> {
       return;
     }
     values->resize(count);
+    Torvel::releaseUnusedPages(*values);
     if (callback) {
       callback(Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>(chunk), name, isUTC);
     }
