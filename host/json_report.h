@@ -1,0 +1,16 @@
+// A load as one JSON object; docs/nimbra-host.md has its shape.
+// Partner: json_report.cpp
+#pragma once
+
+#include "host/outcome.h"
+#include "host/output_buffer.h"
+#include "host/picture.h"
+
+namespace nimbrahost {
+
+/// Writes the object and a line end. Values go out as they are read, so memory does not grow with them.
+/// \returns whether the stream has taken all of it
+bool writeJsonReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
+                     const ShownValues& shown, const PictureOutcome* picture);
+
+} // namespace nimbrahost

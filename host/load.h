@@ -1,0 +1,23 @@
+// Runs a load and keeps everything that comes of it. The only place of the host that calls the library.
+// Partner: load.cpp
+#pragma once
+
+#include <string>
+
+#include "host/outcome.h"
+
+namespace nimbrahost {
+
+/// Loads `request.file` onto a fresh grid. Lines of the console are caught meanwhile, so one load at a time.
+///
+/// A trajectory's time column is rebased where that is asked for: its time base is read through the database
+/// client first, and `rebaseError` then holds the text of the first failure, empty for none. A point-cloud
+/// load rebases its time column itself.
+/// \errors  none: exceptions of the library become part of the outcome
+LoadOutcome runLoad(const LoadRequest& request);
+
+/// Whether the file can be opened for reading.
+/// \returns an empty text, or why not, in the system's words
+std::string whyUnreadable(const std::string& file);
+
+} // namespace nimbrahost

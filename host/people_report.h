@@ -1,0 +1,21 @@
+// A load as text for people, aligned and at most 100 columns wide where names and texts allow it.
+// Partner: people_report.cpp
+#pragma once
+
+#include <iosfwd>
+
+#include "host/outcome.h"
+#include "host/output_buffer.h"
+#include "host/picture.h"
+
+namespace nimbrahost {
+
+/// Writes the report. \returns whether the stream has taken all of it
+bool writePeopleReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
+                       const ShownValues& shown, const PictureOutcome* picture);
+
+/// Writes one line for each thing that was asked for and not done.
+void reportFailures(const LoadRequest& request, const LoadOutcome& outcome, const PictureOutcome* picture,
+                    std::ostream& err);
+
+} // namespace nimbrahost
