@@ -1,0 +1,39 @@
+// Catches the streams of a run in files of its own directory.
+// Partner: program_run.h
+#include "tests/host/program_run.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <sys/wait.h>
+
+#include "tests/support/temp_dir.h"
+
+namespace hosttest {
+
+namespace {
+
+std::string contentOf(const std::string& file) {
+  std::ostringstream content;
+  content << std::ifstream(file).rdbuf();
+  return content.str();
+}
+
+} // namespace
+
+Run runProgram(const std::string& arguments, const std::string& redirection) {
+  const support::TempDir directory;
+  const std::string output = redirection.empty() ? ">" + directory.path("out") : redirection;
+  const std::string command = "( \"" HOST_PROGRAM "\" " + arguments + " 2>" + directory.path("err") +
+                              "; echo $? >" + directory.path("status") + " ) " + output;
+  if (std::system(command.c_str()) == -1) {
+    return {};
+  }
+  Run run;
+  run.status = std::atoi(contentOf(directory.path("status")).c_str());
+  run.out = contentOf(directory.path("out"));
+  run.err = contentOf(directory.path("err"));
+  return run;
+}
+
+} // namespace hosttest
