@@ -21,7 +21,7 @@ std::string contentOf(const std::string& file) {
 
 } // namespace
 
-Run runProgram(const std::string& arguments, const std::string& redirection) {
+ProgramRun runProgram(const std::string& arguments, const std::string& redirection) {
   const support::TempDir directory;
   const std::string output = redirection.empty() ? ">" + directory.path("out") : redirection;
   const std::string command = "( \"" HOST_PROGRAM "\" " + arguments + " 2>" + directory.path("err") +
@@ -29,7 +29,7 @@ Run runProgram(const std::string& arguments, const std::string& redirection) {
   if (std::system(command.c_str()) == -1) {
     return {};
   }
-  Run run;
+  ProgramRun run;
   run.status = std::atoi(contentOf(directory.path("status")).c_str());
   run.out = contentOf(directory.path("out"));
   run.err = contentOf(directory.path("err"));

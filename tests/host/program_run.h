@@ -8,7 +8,7 @@
 namespace hosttest {
 
 /// What came of one run.
-struct Run {
+struct ProgramRun {
   int status = -1;
   std::string out;
   std::string err;
@@ -18,6 +18,6 @@ struct Run {
 
 /// Runs `nimbra-host <arguments>`; the arguments are shell text.
 /// \param redirection  put behind in place of catching standard output
-Run runProgram(const std::string& arguments, const std::string& redirection = {});
+ProgramRun runProgram(const std::string& arguments, const std::string& redirection = {});
 
 } // namespace hosttest

@@ -10,7 +10,7 @@
 
 namespace {
 
-using hosttest::Run;
+using hosttest::ProgramRun;
 using hosttest::runProgram;
 using riegl::rdb::embedded::StoredType;
 using testing::HasSubstr;
@@ -57,7 +57,7 @@ class Program : public testing::Test {
 };
 
 /// The values of a column in its first fragment.
-nlohmann::json valuesOf(const Run& run, const std::string& name) {
+nlohmann::json valuesOf(const ProgramRun& run, const std::string& name) {
   for (const auto& representation : run.json()["representations"]) {
     for (const auto& field : representation["fields"]) {
       if (field["name"] == name && !field["fragments"].empty()) {
@@ -73,7 +73,7 @@ TEST_F(Program, WrongUseIsStatusTwo) {
        {"", "load", "fly", "load a.rdbx --no-such-option", "load a.rdbx b.rdbx", "load a.rdbx --values some",
         "load a.rdbx --values -1", "load a.rdbx --epsg x", "load a.rdbx --picture a.png --size 0x5",
         "load a.rdbx --picture a.png --size 5", "load missing.pofx"}) {
-    const Run run = runProgram(arguments);
+    const ProgramRun run = runProgram(arguments);
     EXPECT_EQ(run.status, 2) << arguments;
     EXPECT_EQ(run.out, "") << arguments;
     EXPECT_THAT(run.err, StartsWith("nimbra-host: ")) << arguments;
@@ -81,7 +81,7 @@ TEST_F(Program, WrongUseIsStatusTwo) {
 }
 
 TEST_F(Program, HelpIsNoFailure) {
-  const Run run = runProgram("load --help");
+  const ProgramRun run = runProgram("load --help");
   EXPECT_EQ(run.status, 0);
   EXPECT_THAT(run.out, HasSubstr("--rebase-time"));
 }
@@ -94,14 +94,14 @@ TEST_F(Program, TrajectoryWithoutASystemIsWrongUse) {
 
 TEST_F(Program, FileThatCannotBeReadIsStatusThree) {
   const std::string missing = directory.path("no.rdbx");
-  const Run run = runProgram("load --json " + missing);
+  const ProgramRun run = runProgram("load --json " + missing);
   EXPECT_EQ(run.status, 3);
   EXPECT_EQ(run.out, "");
   EXPECT_EQ(run.err, "nimbra-host: cannot read " + missing + ": No such file or directory\n");
 }
 
 TEST_F(Program, DirectoryIsStatusThree) {
-  const Run run = runProgram("load " + directory.root().string());
+  const ProgramRun run = runProgram("load " + directory.root().string());
   EXPECT_EQ(run.status, 3);
   EXPECT_EQ(run.err, "nimbra-host: cannot read " + directory.root().string() + ": Is a directory\n");
 }
@@ -112,21 +112,21 @@ TEST_F(Program, FileWithoutPermissionIsStatusThree) {
   }
   const std::string path = givenCloud(1);
   std::filesystem::permissions(path, std::filesystem::perms::none);
-  const Run run = runProgram("load " + path);
+  const ProgramRun run = runProgram("load " + path);
   EXPECT_EQ(run.status, 3);
   EXPECT_EQ(run.err, "nimbra-host: cannot read " + path + ": Permission denied\n");
 }
 
 TEST_F(Program, FileThatIsNoDatabaseIsStatusOne) {
   const std::string path = givenText("text.rdbx", "not a database");
-  const Run run = runProgram("load " + path);
+  const ProgramRun run = runProgram("load " + path);
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.err, StartsWith("nimbra-host: " + path + ": failed: "));
   EXPECT_THAT(run.out, HasSubstr("Result    failed: "));
 }
 
 TEST_F(Program, FailureOfALoadIsInTheJsonAlone) {
-  const Run run = runProgram("load --json " + givenText("text.rdbx", "not a database"));
+  const ProgramRun run = runProgram("load --json " + givenText("text.rdbx", "not a database"));
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.err, "");
   EXPECT_NE(run.json()["result"], "");
@@ -134,7 +134,7 @@ TEST_F(Program, FailureOfALoadIsInTheJsonAlone) {
 }
 
 TEST_F(Program, CloudIsLoadedAndShown) {
-  const Run run = runProgram("load --json --values 2 " + givenCloud(3));
+  const ProgramRun run = runProgram("load --json --values 2 " + givenCloud(3));
   EXPECT_EQ(run.status, 0) << run.err;
   EXPECT_EQ(run.json()["result"], "");
   EXPECT_EQ(valuesOf(run, "Positions"), nlohmann::json::parse("[[0,0.25,0.5],[1,1.25,1.5]]"));
@@ -142,27 +142,27 @@ TEST_F(Program, CloudIsLoadedAndShown) {
 }
 
 TEST_F(Program, ReportForPeopleNamesTheCounts) {
-  const Run run = runProgram("load " + givenCloud(3));
+  const ProgramRun run = runProgram("load " + givenCloud(3));
   EXPECT_EQ(run.status, 0);
   EXPECT_THAT(run.out, HasSubstr("Result    loaded\n"));
   EXPECT_THAT(run.out, HasSubstr("3 records, 72 B on the grid"));
 }
 
 TEST_F(Program, ConsoleLinesAreInTheJsonAndNotOnStandardError) {
-  const Run run =
+  const ProgramRun run =
       runProgram("load --json " + givenCloud(1, {{"riegl.time_base", R"({"epoch": "2019-02-08"})"}}));
   EXPECT_FALSE(run.json()["console"].empty());
   EXPECT_EQ(run.err, "");
 }
 
 TEST_F(Program, OptionWithoutEffectIsNoted) {
-  const Run run = runProgram("load --epsg 32633 " + givenCloud(1));
+  const ProgramRun run = runProgram("load --epsg 32633 " + givenCloud(1));
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.err, "nimbra-host: note: --epsg has no effect on a point cloud\n");
 }
 
 TEST_F(Program, TrajectoryIsLoadedAndItsTimeLeftAlone) {
-  const Run run = runProgram("load --json --values all --epsg 32633 " + givenTrajectory(100));
+  const ProgramRun run = runProgram("load --json --values all --epsg 32633 " + givenTrajectory(100));
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_EQ(valuesOf(run, "GPSTime"), nlohmann::json::parse("[100,101,102]"));
   EXPECT_NEAR(valuesOf(run, "Positions")[0][0].get<double>(), 500000, 1);
@@ -170,7 +170,8 @@ TEST_F(Program, TrajectoryIsLoadedAndItsTimeLeftAlone) {
 }
 
 TEST_F(Program, RebasingMovesTheTimeOntoTheWeek) {
-  const Run run = runProgram("load --json --values all --epsg 32633 --rebase-time " + givenTrajectory(100));
+  const ProgramRun run =
+      runProgram("load --json --values all --epsg 32633 --rebase-time " + givenTrajectory(100));
   EXPECT_EQ(run.status, 0) << run.out;
   EXPECT_EQ(run.json()["rebaseError"], "");
   const double first = valuesOf(run, "GPSTime")[0];
@@ -178,7 +179,7 @@ TEST_F(Program, RebasingMovesTheTimeOntoTheWeek) {
 }
 
 TEST_F(Program, RebasingThatFailsIsStatusOneThoughTheLoadSucceeded) {
-  const Run run = runProgram("load --json --epsg 32633 --rebase-time " + givenTrajectory(86399));
+  const ProgramRun run = runProgram("load --json --epsg 32633 --rebase-time " + givenTrajectory(86399));
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.json()["result"], "");
   EXPECT_EQ(run.json()["rebaseError"], "baseRDB2Nimbra:: Input file spans two days! Not implemented so far.");
@@ -186,7 +187,8 @@ TEST_F(Program, RebasingThatFailsIsStatusOneThoughTheLoadSucceeded) {
 
 TEST_F(Program, LeverArmStandsOnTheGrid) {
   const std::string arm = givenText("arm.txt", "leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n");
-  const Run run = runProgram("load --json --epsg 32633 --lever-arm " + arm + " " + givenTrajectory(100));
+  const ProgramRun run =
+      runProgram("load --json --epsg 32633 --lever-arm " + arm + " " + givenTrajectory(100));
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.json()["attributes"][0],
             nlohmann::json::parse(R"({"name": "LeverArm", "type": "double", "values": [0.1,0.2,0.3]})"));
@@ -194,7 +196,8 @@ TEST_F(Program, LeverArmStandsOnTheGrid) {
 
 TEST_F(Program, ExceptionOfALoadIsTold) {
   const std::string arm = givenText("arm.txt", "leverarm:one:0:0\n");
-  const Run run = runProgram("load --json --epsg 32633 --lever-arm " + arm + " " + givenTrajectory(100));
+  const ProgramRun run =
+      runProgram("load --json --epsg 32633 --lever-arm " + arm + " " + givenTrajectory(100));
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.json()["exception"],
             nlohmann::json::parse(R"({"type": "std::invalid_argument", "what": "stod"})"));
@@ -204,7 +207,7 @@ TEST_F(Program, ExceptionOfALoadIsTold) {
 TEST_F(Program, WaveformMetadataAreReadAndAttached) {
   const std::string shots = directory.path("a.sodx");
   ASSERT_EQ(std::system(("\"" TOOL_PROGRAM "\" synth shots --records 100 -o " + shots).c_str()), 0);
-  const Run run = runProgram("load --json --waveform " + shots);
+  const ProgramRun run = runProgram("load --json --waveform " + shots);
   EXPECT_EQ(run.status, 0) << run.out;
   const auto waveform = run.json()["waveform"];
   EXPECT_NE(waveform["speak"], "");
@@ -214,7 +217,7 @@ TEST_F(Program, WaveformMetadataAreReadAndAttached) {
 }
 
 TEST_F(Program, MissingWaveformMetadataAreStatusOne) {
-  const Run run = runProgram("load --json --waveform " + givenCloud(1));
+  const ProgramRun run = runProgram("load --json --waveform " + givenCloud(1));
   EXPECT_EQ(run.status, 1);
   EXPECT_EQ(run.json()["result"], "");
   EXPECT_EQ(run.json()["waveform"]["result"], "Error: Key not found");
@@ -223,14 +226,14 @@ TEST_F(Program, MissingWaveformMetadataAreStatusOne) {
 
 TEST_F(Program, PictureIsWritten) {
   const std::string picture = directory.path("a.png");
-  const Run run = runProgram("load --json --picture " + picture + " --size 64x48 " + givenCloud(10));
+  const ProgramRun run = runProgram("load --json --picture " + picture + " --size 64x48 " + givenCloud(10));
   EXPECT_EQ(run.status, 0);
   EXPECT_EQ(run.json()["picture"]["points"], 10);
   EXPECT_GT(std::filesystem::file_size(picture), 50U);
 }
 
 TEST_F(Program, PictureThatCannotBeWrittenIsStatusOne) {
-  const Run run = runProgram("load --picture " + directory.path("no/a.png") + " " + givenCloud(10));
+  const ProgramRun run = runProgram("load --picture " + directory.path("no/a.png") + " " + givenCloud(10));
   EXPECT_EQ(run.status, 1);
   EXPECT_THAT(run.err, HasSubstr(": picture not drawn: cannot write "));
 }
@@ -238,7 +241,7 @@ TEST_F(Program, PictureThatCannotBeWrittenIsStatusOne) {
 TEST_F(Program, OutputThatCannotBeWrittenIsStatusOne) {
   const std::string load = "load --json --values all " + givenCloud(100000);
   for (const char* const redirection : {">/dev/full", ">&-", "| head -c 10 >/dev/null"}) {
-    const Run run = runProgram(load, redirection);
+    const ProgramRun run = runProgram(load, redirection);
     EXPECT_EQ(run.status, 1) << redirection;
     EXPECT_EQ(run.err, "nimbra-host: the report could not be written to standard output\n") << redirection;
   }
@@ -247,7 +250,7 @@ TEST_F(Program, OutputThatCannotBeWrittenIsStatusOne) {
 TEST_F(Program, PathWithBytesThatAreNoUtf8StillGivesJson) {
   const std::string odd = directory.path("odd\xff.rdbx");
   std::filesystem::rename(givenCloud(1), odd);
-  const Run run = runProgram("load --json '" + odd + "'");
+  const ProgramRun run = runProgram("load --json '" + odd + "'");
   EXPECT_TRUE(nlohmann::json::accept(run.out)) << run.out;
 }
 
