@@ -58,7 +58,8 @@ class Program : public testing::Test {
 
 /// The values of a column in its first fragment.
 nlohmann::json valuesOf(const ProgramRun& run, const std::string& name) {
-  for (const auto& representation : run.json()["representations"]) {
+  const nlohmann::json report = run.json();
+  for (const auto& representation : report["representations"]) {
     for (const auto& field : representation["fields"]) {
       if (field["name"] == name && !field["fragments"].empty()) {
         return field["fragments"][0]["values"];
