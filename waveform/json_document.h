@@ -12,7 +12,8 @@ struct QJsonParseError;
 namespace Riegl {
 
 /// Parses a metadata text. It is taken whole, line ends and zero bytes included; bytes that aren't UTF-8
-/// become U+FFFD before the parser sees them.
+/// become U+FFFD before the parser sees them. Of a name that occurs twice in one object Qt takes the last value,
+/// and loses some memory where the first was an object.
 ///
 /// \param error  may be null; receives what the parser says
 /// \returns a document that is neither object nor array where the text is no JSON
