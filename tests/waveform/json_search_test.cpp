@@ -5,6 +5,7 @@
 
 #include <QJsonDocument>
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -21,6 +22,8 @@ struct NumberCase {
   std::string json;
   bool found;
   double value;
+
+  friend void PrintTo(const NumberCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 template <class Case>
@@ -69,6 +72,7 @@ INSTANTIATE_TEST_SUITE_P(
         NumberCase{"DirectHitEndsTheWalkBeforeArrays", R"({"k": 2, "z": [{"k": 1}]})", true, 2},
         NumberCase{"OrderOfKeysAndNotOfTheText", R"({"z": {"k": 1}, "k": 2})", true, 2},
         NumberCase{"SortedSiblingsLastWins", R"({"c": {"k": 3}, "a": {"k": 1}, "b": {"k": 2}})", true, 3},
+        NumberCase{"ArrayBehindAHitWritesOverIt", R"({"a": {"k": 1}, "b": [{"k": 2}]})", true, 2},
         NumberCase{"CapitalsSortFirst", R"({"b": {"k": 1}, "B": {"k": 2}})", true, 1},
         NumberCase{"DirectHitEndsItsOwnObjectOnly", R"({"a": {"k": 1, "z": {"k": 9}}, "b": {"k": 2}})", true,
                    2},
@@ -82,6 +86,8 @@ struct TextCase {
   std::string json;
   bool found;
   std::string value;
+
+  friend void PrintTo(const TextCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class TextUnderK : public testing::TestWithParam<TextCase> {};

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <limits>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -38,6 +39,8 @@ struct ElementsCase {
   std::string name;
   std::string elements;
   std::vector<float> table;
+
+  friend void PrintTo(const ElementsCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 template <class Case>
@@ -72,6 +75,8 @@ struct FaultCase {
   std::string name;
   std::string json;
   std::string line;
+
+  friend void PrintTo(const FaultCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class ReflectanceFault : public testing::TestWithParam<FaultCase> {};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -61,6 +62,8 @@ struct StopCase {
   std::string json; ///< "absent" for no item at all
   std::vector<std::string> said;
   std::vector<std::string> state;
+
+  friend void PrintTo(const StopCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class Stop : public testing::TestWithParam<StopCase> {};
@@ -125,6 +128,8 @@ struct PassCase {
   std::string item;
   std::string json;
   std::vector<std::string> said;
+
+  friend void PrintTo(const PassCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class Pass : public testing::TestWithParam<PassCase> {};
@@ -202,6 +207,8 @@ void damage(const std::string& path, const std::string& item) {
 struct RaiseCase {
   std::string item;
   std::vector<std::string> state;
+
+  friend void PrintTo(const RaiseCase& test, std::ostream* stream) { *stream << test.item; }
 };
 
 class Raise : public testing::TestWithParam<RaiseCase> {};

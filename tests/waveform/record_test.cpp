@@ -18,7 +18,6 @@ using Record = Riegl::AttributesForFWFProcessing;
 using Doubles = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
 using Floats = Torvel::StrongPtr<Torvel::Chunk<float>, Torvel::ChunkBase>;
 using testing::ElementsAre;
-using testing::EndsWith;
 using testing::HasSubstr;
 
 static_assert(!std::is_polymorphic_v<Record>);
@@ -46,6 +45,39 @@ const std::string freshText = "AttributesForFWFProcessing:\n"
                               "WFM_SBL_TIME_OFFSET_RESOLUTION: 0\n"
                               "ampl_unit: 0.009999999776482582\n"
                               "refl_delta: 0.1373470495519926\n";
+
+Record filledRecord() {
+  Record record;
+  record.group_velocity = 299711000;
+  record.sample_interval = 1.00503e-09;
+  record.wavelength = 1550.5;
+  record.t_ref = -0.0;
+  record.serial_number = "S1";
+  record.device_type = "kind";
+  record.time_base = "{\n    \"a\": 1\n}\n";
+  record.unambiguous_range = 1e300;
+  record.build = "b7";
+  record.SHOT_TIMESTAMP_HR_RESOLUTION = 4e-12;
+  record.WFM_SBL_TIME_OFFSET_RESOLUTION = -0.1;
+  record.ampl_unit = 0.01;
+  record.refl_delta = 1.0 / 3.0;
+  return record;
+}
+
+const std::string filledText = "AttributesForFWFProcessing:\n"
+                               "group_velocity: 299711000\n"
+                               "sample_interval: 1.00503e-09\n"
+                               "wavelength: 1550.5\n"
+                               "t_ref(delta_st): -0\n"
+                               "serial_number: S1\n"
+                               "device_type: kind\n"
+                               "time_base: {\n    \"a\": 1\n}\n\n"
+                               "unambiguous_range: 1e+300\n"
+                               "build: b7\n"
+                               "SHOT_TIMESTAMP_HR_RESOLUTION: 4e-12\n"
+                               "WFM_SBL_TIME_OFFSET_RESOLUTION: -0.1\n"
+                               "ampl_unit: 0.01\n"
+                               "refl_delta: 0.3333333333333333\n";
 
 Floats tableOf(const std::vector<float>& values) {
   Floats table(new Torvel::Chunk<float>(values.size()));
@@ -108,34 +140,7 @@ TEST(FreshRecord, SpeaksTheHeadAndThirteenValues) {
 }
 
 TEST(RecordText, ShowsEachValueOnItsLine) {
-  Record record;
-  record.group_velocity = 299711000;
-  record.sample_interval = 1.00503e-09;
-  record.wavelength = 1550.5;
-  record.t_ref = -0.0;
-  record.serial_number = "S1";
-  record.device_type = "kind";
-  record.time_base = "{\n    \"a\": 1\n}\n";
-  record.unambiguous_range = 1e300;
-  record.build = "b7";
-  record.SHOT_TIMESTAMP_HR_RESOLUTION = 4e-12;
-  record.WFM_SBL_TIME_OFFSET_RESOLUTION = -0.1;
-  record.ampl_unit = 0.01;
-  record.refl_delta = 1.0 / 3.0;
-  EXPECT_EQ(record.speak(), "AttributesForFWFProcessing:\n"
-                            "group_velocity: 299711000\n"
-                            "sample_interval: 1.00503e-09\n"
-                            "wavelength: 1550.5\n"
-                            "t_ref(delta_st): -0\n"
-                            "serial_number: S1\n"
-                            "device_type: kind\n"
-                            "time_base: {\n    \"a\": 1\n}\n\n"
-                            "unambiguous_range: 1e+300\n"
-                            "build: b7\n"
-                            "SHOT_TIMESTAMP_HR_RESOLUTION: 4e-12\n"
-                            "WFM_SBL_TIME_OFFSET_RESOLUTION: -0.1\n"
-                            "ampl_unit: 0.01\n"
-                            "refl_delta: 0.3333333333333333\n");
+  EXPECT_EQ(filledRecord().speak(), filledText);
 }
 
 TEST(RecordText, HasRoomForTheLongestNumber) {
