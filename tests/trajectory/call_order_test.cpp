@@ -1,0 +1,181 @@
+// Pins every call of a load to the client, the transformation and the calendar, in order and with arguments.
+#include "tests/trajectory/scripted_load.h"
+
+namespace {
+
+using namespace flight;
+
+Calls opening() {
+  return {"Context(,)", "Pointcloud()", "OpenSettings()", "open(/data/flight.pofx)",
+          "select()",   "metaData()"};
+}
+
+Calls absentItems() {
+  return {"MetaData::exists(riegl.geo_tag)", "MetaData::exists(riegl.time_base)",
+          "MetaData::exists(riegl.trajectory_info)"};
+}
+
+Calls questions() {
+  Calls calls;
+  for (const std::string& name : columnNames) {
+    calls.push_back("pointAttribute()");
+    calls.push_back("exists(" + name + ")");
+  }
+  return calls;
+}
+
+Calls freshColumns() {
+  Calls calls = questions();
+  for (const char* name : {"timestamp", "roll", "pitch", "yaw", "path_length"}) {
+    calls.push_back(std::string("bind(riegl.pof_") + name + ",10,0)");
+  }
+  return calls;
+}
+
+Calls boundPositions() {
+  return {"bind(riegl.pof_latitude,10,0)", "bind(riegl.pof_longitude,10,0)", "bind(riegl.pof_height,10,0)"};
+}
+
+Calls block() {
+  return {"next(5000000)",       "transform(+proj=latlong,epsg:32633,5000000,false)",
+          "callback(GPSTime)",   "callback(Roll)",
+          "callback(Pitch)",     "callback(Yaw)",
+          "callback(Positions)", "callback(PofPathLength)"};
+}
+
+Calls closing() {
+  return {"~QuerySelect", "~OpenSettings", "~Pointcloud", "~Context"};
+}
+
+TEST_F(ScriptedLoad, CallsTheClientInThisOrder) {
+  script.blocks = {5000000, 3};
+  EXPECT_EQ(load(), "");
+  Calls expected = opening();
+  append(expected, absentItems());
+  append(expected, freshColumns());
+  append(expected, boundPositions());
+  for (int blocks = 0; blocks < 2; ++blocks) {
+    append(expected, block());
+    append(expected, freshColumns());
+  }
+  expected.push_back("next(5000000)");
+  append(expected, closing());
+  EXPECT_EQ(script.calls, expected);
+}
+
+TEST_F(ScriptedLoad, ReadsTheItemsThatThereAre) {
+  script.metadata = {{"riegl.geo_tag", "{}"},
+                     {"riegl.time_base", R"({"epoch":"2023-05-04T00:00:00Z","system":"UTC"})"},
+                     {"riegl.trajectory_info", "{}"}};
+  EXPECT_EQ(load(), "");
+  const Calls expected{"metaData()",
+                       "MetaData::exists(riegl.geo_tag)",
+                       "MetaData::get(riegl.geo_tag,)",
+                       "MetaData::exists(riegl.time_base)",
+                       "MetaData::get(riegl.time_base,)",
+                       "getWeekDay(2023,5,4)",
+                       "MetaData::exists(riegl.trajectory_info)",
+                       "MetaData::get(riegl.trajectory_info,)",
+                       "pointAttribute()"};
+  EXPECT_EQ(Calls(script.calls.begin() + 5, script.calls.begin() + 14), expected);
+}
+
+TEST_F(ScriptedLoad, AsksTheCalendarForTheDateOfAWrongTimeBaseToo) {
+  script.metadata = {{"riegl.time_base", "no json"}};
+  EXPECT_EQ(load(), "");
+  EXPECT_EQ(script.callsThatBegin("getWeekDay"), Calls{"getWeekDay(-1,-1,-1)"});
+}
+
+TEST_F(ScriptedLoad, AsksForNothingBehindTheFirstMissingAttribute) {
+  script.columns.erase("riegl.pof_roll");
+  EXPECT_EQ(load(), "pofx2nimbra::iniMe: no pof_roll");
+  EXPECT_EQ(script.callsThatBegin("exists"),
+            (Calls{"exists(riegl.pof_timestamp)", "exists(riegl.pof_roll)"}));
+  EXPECT_TRUE(script.callsThatBegin("bind").empty());
+  EXPECT_TRUE(grid.representations().empty());
+}
+
+TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
+  const auto constant = [](double value) {
+    return [value](void* buffer, unsigned int count, std::uint64_t) {
+      std::fill_n(static_cast<double*>(buffer), count, value);
+    };
+  };
+  script.columns["riegl.pof_longitude"] = constant(16);
+  script.columns["riegl.pof_latitude"] = constant(48);
+  script.columns["riegl.pof_height"] = constant(300);
+  script.blocks = {3};
+  ASSERT_EQ(load(), "");
+  EXPECT_EQ(recorded::transformation().firstPoints[1], Point(16, 48, 300));
+  const auto points = support::values<Point>(support::field(grid, "Positions"), "flight_Fragment_0");
+  ASSERT_EQ(points.size(), 3u);
+  EXPECT_EQ(points[0], Point(1016, 48, 300));
+}
+
+TEST_F(ScriptedLoad, ShowsTheClientZeroFilledArrays) {
+  std::vector<double> first, last;
+  const auto look = [&](void* buffer, unsigned int, std::uint64_t) {
+    first.push_back(static_cast<double*>(buffer)[0]);
+    last.push_back(static_cast<double*>(buffer)[4999999]);
+  };
+  for (const std::string& name : columnNames) {
+    script.columns[name] = look;
+  }
+  script.blocks = {1};
+  ASSERT_EQ(load(), "");
+  EXPECT_EQ(first, std::vector<double>(8, 0.0));
+  EXPECT_EQ(last, std::vector<double>(8, 0.0));
+}
+
+TEST_F(ScriptedLoad, ReadsPositionsOfEveryBlockIntoTheSameArrays) {
+  std::map<std::string, std::vector<void*>> buffers;
+  for (const std::string& name : columnNames) {
+    script.columns[name] = [&, name](void* buffer, unsigned int, std::uint64_t) {
+      buffers[name].push_back(buffer);
+    };
+  }
+  script.blocks = {2, 2};
+  ASSERT_EQ(load(), "");
+  for (const std::string& name : columnNames) {
+    const bool once = name.find("tude") != std::string::npos || name.find("height") != std::string::npos;
+    EXPECT_EQ(buffers[name][0] == buffers[name][1], once) << name;
+  }
+}
+
+TEST_F(ScriptedLoad, EndsWithTheTextOfTheTransformation) {
+  recorded::transformation().answer = "no such place";
+  script.blocks = {3};
+  leverArm = "/nowhere";
+  EXPECT_EQ(load(),
+            "convertPOFtoZ4: Coordinate Transformation failed: fromProjStr:+proj=latlong to epsg:32633 "
+            "with Error: no such place");
+  EXPECT_TRUE(script.callsThatBegin("callback").empty());
+  EXPECT_EQ(Calls(script.calls.end() - 4, script.calls.end()), closing());
+}
+
+TEST_F(ScriptedLoad, KeepsTheBlocksBeforeAFailedTransformation) {
+  recorded::transformation().answer = "no such place";
+  recorded::transformation().answerFromCall = 2;
+  script.blocks = {3, 3};
+  EXPECT_NE(load(), "");
+  for (const std::string& name : support::fieldNames(grid)) {
+    EXPECT_EQ(support::fragmentNames(support::field(grid, name)), Calls{"flight_Fragment_0"}) << name;
+  }
+}
+
+TEST_F(ScriptedLoad, SetsTheFolderOfTheProjectionData) {
+  Torvel::setEnv("PROJ_LIB", "/nowhere", true);
+  script.columns.clear();
+  EXPECT_EQ(load(), "pofx2nimbra::iniMe: no timestamp");
+  EXPECT_EQ(Torvel::getEnv("PROJ_LIB"), Torvel::getExecutableDir());
+}
+
+TEST_F(ScriptedLoad, ReadsTheLeverArmFileWhenTheDatabaseIsClosed) {
+  script.blocks = {3};
+  leverArm = "/nowhere/lever-arm.txt";
+  EXPECT_EQ(load(), "pofx2nimbra:Error opening leverarm file: /nowhere/lever-arm.txt");
+  EXPECT_EQ(script.calls.back(), "~Context");
+  EXPECT_EQ(script.liveObjects, 0);
+}
+
+} // namespace

@@ -1,0 +1,37 @@
+// Partner: recorded_platform.h
+#include "tests/trajectory/recorded_platform.h"
+
+#include "tests/scripted/script.h"
+
+namespace Proj {
+
+std::string transform(const std::string& from, const std::string& to,
+                      std::vector<Quillon::PhysicalSpace::point>& points, bool reserved) {
+  recorded::Transformation& transformation = recorded::transformation();
+  scripted::script().calls.push_back("transform(" + from + "," + to + "," + std::to_string(points.size()) +
+                                     "," + (reserved ? "true" : "false") + ")");
+  transformation.firstPoints.assign(points.begin(), points.begin() + 2);
+  points[0][0] += 1000;
+  return ++transformation.calls < transformation.answerFromCall ? "" : transformation.answer;
+}
+
+} // namespace Proj
+
+namespace Ondrel {
+
+int getWeekDay(int year, int month, int day) {
+  scripted::script().calls.push_back("getWeekDay(" + std::to_string(year) + "," + std::to_string(month) +
+                                     "," + std::to_string(day) + ")");
+  return 0;
+}
+
+} // namespace Ondrel
+
+namespace recorded {
+
+Transformation& transformation() {
+  static Transformation only;
+  return only;
+}
+
+} // namespace recorded
