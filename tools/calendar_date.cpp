@@ -4,11 +4,10 @@
 
 #include "tools/tool_error.h"
 
+#include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <nlohmann/json.hpp>
-#include <regex>
 
 namespace rdbtool {
 
@@ -49,11 +48,14 @@ std::string isoText(const CalendarDate& date) {
 }
 
 CalendarDate parseIsoDate(const std::string& text) {
-  static const std::regex form("([0-9]{4})-([0-9]{2})-([0-9]{2})");
-  std::smatch part;
-  if (std::regex_match(text, part, form)) {
-    const CalendarDate date{std::stoi(part[1]), static_cast<unsigned>(std::stoi(part[2])),
-                            static_cast<unsigned>(std::stoi(part[3]))};
+  const std::string form = "dddd-dd-dd";
+  const bool formed =
+      std::equal(text.begin(), text.end(), form.begin(), form.end(), [](char letter, char wanted) {
+        return wanted == 'd' ? letter >= '0' && letter <= '9' : letter == wanted;
+      });
+  if (formed) {
+    const CalendarDate date{std::stoi(text.substr(0, 4)), static_cast<unsigned>(std::stoi(text.substr(5, 2))),
+                            static_cast<unsigned>(std::stoi(text.substr(8, 2)))};
     if (civil(date).ok()) {
       return date;
     }
