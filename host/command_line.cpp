@@ -109,13 +109,19 @@ void noteUnusedOptions(const Wishes& wishes, std::ostream& err) {
   }
 }
 
+PictureSubject subjectOf(const std::string& file) {
+  return isTrajectory(file) ? PictureSubject::path
+         : isShots(file)    ? PictureSubject::shots
+                            : PictureSubject::cloud;
+}
+
 /// Loads, draws and reports.
 Status loadAndShow(const Wishes& wishes, std::ostream& out, std::ostream& err) {
   const LoadOutcome outcome = runLoad(wishes.load);
   std::optional<PictureOutcome> picture;
   if (!wishes.picture.file.empty()) {
     PictureRequest request = wishes.picture;
-    request.asPath = isTrajectory(wishes.load.file);
+    request.subject = subjectOf(wishes.load.file);
     picture = drawPicture(*outcome.grid, request);
   }
   const ShownValues shown = *shownValues(wishes.values);

@@ -139,6 +139,10 @@ bool isTrajectory(const std::string& file) {
   return std::filesystem::path(file).extension() == ".pofx";
 }
 
+bool isShots(const std::string& file) {
+  return std::filesystem::path(file).extension() == ".sodx";
+}
+
 LoadOutcome runLoad(const LoadRequest& request) {
   LoadOutcome outcome;
   outcome.grid = new Nimbra::Grid;

@@ -66,4 +66,7 @@ struct ShownValues {
 /// Whether a file is taken for a trajectory: its extension is exactly ".pofx".
 bool isTrajectory(const std::string& file);
 
+/// Whether a load takes a file for one of shots: its extension is exactly ".sodx".
+bool isShots(const std::string& file);
+
 } // namespace nimbrahost

@@ -15,7 +15,8 @@ namespace nimbrahost {
 namespace {
 
 constexpr std::size_t labelWidth = 10;
-constexpr std::size_t nameWidth = 25;
+constexpr std::size_t nameWidth = 27;
+constexpr std::size_t widestAttributeName = 40;
 constexpr std::size_t typeWidth = 18;
 constexpr std::size_t numberWidth = 12;
 constexpr std::size_t pageWidth = 100;
@@ -122,10 +123,11 @@ std::string attributeValues(const Torvel::ChunkBase& chunk, std::size_t room) {
   return text.substr(0, fitting) + ending;
 }
 
-void addAttribute(std::string& text, const Torvel::Attributes::Attribute& attribute, std::size_t indent) {
+void addAttribute(std::string& text, const Torvel::Attributes::Attribute& attribute, std::size_t indent,
+                  std::size_t width) {
   const Torvel::ChunkBase* const chunk = attribute.chunk.get();
-  std::string line = std::string(indent, ' ') + leftAligned("@ " + printable(attribute.name), nameWidth) +
-                     " " + leftAligned(chunk != nullptr ? elementTypeNameOf(*chunk) : "no value", typeWidth);
+  std::string line = std::string(indent, ' ') + leftAligned("@ " + printable(attribute.name), width) + " " +
+                     leftAligned(chunk != nullptr ? elementTypeNameOf(*chunk) : "no value", typeWidth);
   if (chunk != nullptr) {
     const std::size_t used = characterCount(line) + 1;
     line += " " + attributeValues(*chunk, used + 20 < pageWidth ? pageWidth - used : 20);
@@ -135,8 +137,12 @@ void addAttribute(std::string& text, const Torvel::Attributes::Attribute& attrib
 }
 
 void addAttributes(std::string& text, const Torvel::Attributes& attributes, std::size_t indent) {
+  std::size_t width = nameWidth + 2 - indent;
   for (const Torvel::Attributes::Attribute& attribute : attributes) {
-    addAttribute(text, attribute, indent);
+    width = std::max(width, std::min(characterCount("@ " + printable(attribute.name)), widestAttributeName));
+  }
+  for (const Torvel::Attributes::Attribute& attribute : attributes) {
+    addAttribute(text, attribute, indent, width);
   }
 }
 
@@ -169,7 +175,7 @@ void addRow(std::string& text, const std::string& name, const std::string& type,
 void addField(std::string& text, const Nimbra::Representation::Slot& slot) {
   const ColumnSummary summary = slot.field ? summarise(*slot.field, numberWidth) : ColumnSummary();
   std::string name = printable(slot.identity->name());
-  if (characterCount(name) + 2 > nameWidth) {
+  if (characterCount(name) + (summary.components.size() > 1 ? 2 : 0) > nameWidth) {
     text += "  " + name + "\n";
     name.clear();
   }
@@ -222,7 +228,7 @@ void addFragments(std::string& text, const Nimbra::Representation& representatio
     const std::string owners = lists.size() == 1 ? "every field" : cut(printable(names), pageWidth - 30);
     text += "  " + counted(counts.size(), "fragment") + " of " + owners + "\n";
     for (std::size_t i = 0; i < std::min(counts.size(), mostFragmentsListed); ++i) {
-      text += "    " + leftAligned(printable(counts[i].first), nameWidth + typeWidth - 1) + " " +
+      text += "    " + leftAligned(printable(counts[i].first), nameWidth - 2) + " " +
               rightAligned(grouped(counts[i].second), numberWidth) + "\n";
     }
     if (counts.size() > mostFragmentsListed) {

@@ -20,9 +20,15 @@ using Colour = std::array<double, 3>;
 
 /// Coordinates beyond this are taken for damage: their differences would leave the range of a double.
 constexpr double largestCoordinate = 1e100;
-/// Extents are found on so many points, evenly taken.
+/// Extents are found on about so many points.
 constexpr std::uint64_t sampledPoints = 200000;
 constexpr double marginShare = 0.03;
+
+/// Whether element `number` is among those that extents are found on. Scattered, because the echoes of a
+/// scanner come in patterns that every n-th point could always miss.
+bool isSampled(std::uint64_t number, std::uint64_t stride) {
+  return ((number * 0x9e3779b97f4a7c15ULL) >> 32) % stride == 0;
+}
 
 /// The pieces of a column that hold elements of one type.
 template <class T>
@@ -82,9 +88,8 @@ struct Interval {
   bool holds(double value) const { return value >= low && value <= high; }
 };
 
-/// The values between two shares of their order, widened by a share of that extent, yet to no more than the
-/// values there are.
-Interval central(std::vector<double> values, double share, double widening) {
+/// The values between two shares of their order, widened by a share of that extent, yet to no more than `most`.
+Interval central(std::vector<double> values, double share, double widening, const Interval& most) {
   if (values.empty()) {
     return {};
   }
@@ -93,7 +98,7 @@ Interval central(std::vector<double> values, double share, double widening) {
   const auto at = [&](double place) { return values[static_cast<std::size_t>(std::lround(place * last))]; };
   const Interval middle{at(share), at(1 - share)};
   const double beyond = middle.extent() * widening;
-  return {std::max(values.front(), middle.low - beyond), std::min(values.back(), middle.high + beyond)};
+  return {std::max(most.low, middle.low - beyond), std::min(most.high, middle.high + beyond)};
 }
 
 /// What part of space the picture shows.
@@ -102,24 +107,36 @@ struct Extents {
   bool empty = true;
 };
 
+constexpr Interval everything{-std::numeric_limits<double>::infinity(),
+                              std::numeric_limits<double>::infinity()};
+
 Extents findExtents(const std::vector<std::span<const Point>>& pieces) {
   const std::uint64_t stride = totalOf(pieces) / sampledPoints + 1;
   std::array<std::vector<double>, 3> samples;
+  std::array<Interval, 3> whole;
+  whole.fill({everything.high, everything.low});
   std::uint64_t number = 0;
   for (const auto& piece : pieces) {
     for (const Point& point : piece) {
-      if (number++ % stride == 0 && usable(point)) {
-        for (std::size_t axis = 0; axis < 3; ++axis) {
+      if (!usable(point)) {
+        continue;
+      }
+      const bool sampled = isSampled(number++, stride);
+      for (std::size_t axis = 0; axis < 3; ++axis) {
+        whole[axis] = {std::min(whole[axis].low, point[axis]), std::max(whole[axis].high, point[axis])};
+        if (sampled) {
           samples[axis].push_back(point[axis]);
         }
       }
     }
   }
   Extents extents;
-  extents.empty = samples[0].empty();
+  extents.empty = number == 0;
   // Half the middle extent on either side keeps every corner of a survey, and nothing that is far off.
-  extents.axes = {central(samples[0], 0.01, 0.5), central(samples[1], 0.01, 0.5),
-                  central(samples[2], 0.02, 0.0)};
+  for (const std::size_t axis : {0U, 1U}) {
+    extents.axes[axis] = central(std::move(samples[axis]), 0.01, 0.5, whole[axis]);
+  }
+  extents.axes[2] = central(std::move(samples[2]), 0.02, 0.0, whole[2]);
   return extents;
 }
 
@@ -233,12 +250,12 @@ Interval strengthRange(const std::vector<std::span<const float>>& pieces) {
   std::uint64_t number = 0;
   for (const auto& piece : pieces) {
     for (const float value : piece) {
-      if (number++ % stride == 0 && std::isfinite(value)) {
+      if (isSampled(number++, stride) && std::isfinite(value)) {
         samples.push_back(value);
       }
     }
   }
-  return central(std::move(samples), 0.05, 0.0);
+  return central(std::move(samples), 0.05, 0.0, everything);
 }
 
 /// Small surveys get larger dots, so that they can be seen.
@@ -305,15 +322,15 @@ std::uint64_t drawPath(Canvas& canvas, const Extents& extents,
 } // namespace
 
 PictureOutcome drawPicture(const Nimbra::Grid& grid, const PictureRequest& request) {
-  // A file of shots has no points, but the places where its pulses began.
-  const auto pieces = findColumn<Point>(grid, {"Positions", "ShotOrigin"});
+  const bool ofShots = request.subject == PictureSubject::shots;
+  const auto pieces = findColumn<Point>(grid, {ofShots ? "ShotOrigin" : "Positions"});
   const Extents extents = findExtents(pieces);
   Canvas canvas(request, extents);
   PictureOutcome outcome;
   outcome.file = request.file;
   if (!extents.empty) {
     outcome.unitsPerPixel = canvas.unitsPerPixel();
-    outcome.pointCount = request.asPath
+    outcome.pointCount = request.subject == PictureSubject::path
                              ? drawPath(canvas, extents, pieces)
                              : drawCloud(canvas, grid, extents, pieces, dotSide(request, totalOf(pieces)));
   }

@@ -9,12 +9,15 @@
 
 namespace nimbrahost {
 
+/// What is drawn: points; the origins of pulses, because a file of shots has no points; points joined by lines.
+enum class PictureSubject { cloud, shots, path };
+
 /// Where the picture goes, and its size in pixels, 1 to 16384 a side.
 struct PictureRequest {
   std::string file{};
   int width = 1024;
   int height = 768;
-  bool asPath = false; ///< joins successive points by lines: a trajectory
+  PictureSubject subject = PictureSubject::cloud;
 };
 
 /// What came of it: `error` is empty where the file has been written.

@@ -49,15 +49,15 @@ TEST(PeopleReport, TinyGridIsLaidOutInColumns) {
       "Console   no lines\n"
       "\n"
       "Chart: 3 fields\n"
-      "  Field                     Type                      First         Last      Minimum      Maximum\n"
-      "  Positions x               point                         0            1            0            1\n"
-      "            y                                          -1.5            2         -1.5            2\n"
-      "            z                                             3            3            3            3\n"
-      "  GPSTime                   double             398765.12346       398766 398765.12346       398766\n"
+      "  Field                       Type                      First         Last      Minimum      Maximum\n"
+      "  Positions x                 point                         0            1            0            1\n"
+      "            y                                            -1.5            2         -1.5            2\n"
+      "            z                                               3            3            3            3\n"
+      "  GPSTime                     double             398765.12346       398766 398765.12346       398766\n"
       "    @ LeapSecondsAdded?       unsigned char      1\n"
-      "  Amplitude                 no data\n"
+      "  Amplitude                   no data\n"
       "  1 fragment of Positions, GPSTime\n"
-      "    Fragment_0                                            2\n"
+      "    Fragment_0                           2\n"
       "  0 fragments of Amplitude\n");
 }
 
@@ -66,7 +66,7 @@ TEST(PeopleReport, WarningsAndGridAttributesAreShown) {
   load.outcome.console = {"one\ntwo", "three"};
   load.gridAttribute<Quillon::PhysicalSpace::vector>("LeverArm", {{1, 2, 3}, {4, 5, 6}});
   EXPECT_THAT(textOf(load), HasSubstr("Console   2 lines\n  one\n  two\n  three\n\nGrid: 1 attribute\n"
-                                      "  @ LeverArm                vector             1 2 3, 4 5 6\n"));
+                                      "  @ LeverArm                  vector             1 2 3, 4 5 6\n"));
 }
 
 TEST(PeopleReport, LongContentsStayWithinThePage) {

@@ -11,6 +11,7 @@
 namespace {
 
 using hosttest::HandMade;
+using nimbrahost::PictureSubject;
 using Points = std::vector<Quillon::PhysicalSpace::point>;
 
 struct Raster {
@@ -38,8 +39,8 @@ Raster readPng(const std::string& file) {
 
 class Picture : public testing::Test {
  protected:
-  Raster draw(const HandMade& load, bool asPath = false) {
-    request.asPath = asPath;
+  Raster draw(const HandMade& load, PictureSubject subject = PictureSubject::cloud) {
+    request.subject = subject;
     outcome = drawPicture(*load.outcome.grid, request);
     EXPECT_EQ(outcome.error, "");
     return readPng(request.file);
@@ -131,10 +132,30 @@ TEST_F(Picture, SinglePointStandsInTheMiddle) {
 
 TEST_F(Picture, TrajectoryIsALine) {
   HandMade load;
-  const Raster raster = draw(load.column("Positions", Points{{0, 0, 0}, {94, 0, 0}}), true);
+  const Raster raster = draw(load.column("Positions", Points{{0, 0, 0}, {94, 0, 0}}), PictureSubject::path);
   for (int column = 3; column < 97; ++column) {
     EXPECT_TRUE(raster.lit(column, 25)) << column;
   }
+}
+
+TEST_F(Picture, ShotsAreDrawnByTheirOrigins) {
+  HandMade load;
+  load.column("Positions", Points(2)).column("ShotOrigin", square());
+  draw(load, PictureSubject::shots);
+  EXPECT_EQ(outcome.pointCount, 4U);
+}
+
+TEST_F(Picture, EveryPointOfALargeSurveyIsInside) {
+  HandMade load;
+  Points points(600001, {5, 5, 0});
+  points[1] = {0, 10, 0};
+  points[5] = {10, 0, 0};
+  points[7] = {2, 2, 0};
+  for (std::size_t i = 9; i < points.size(); i += 2) {
+    points[i] = {double(i % 10) + 0.5, double(i % 9), 0};
+  }
+  draw(load.column("Positions", points));
+  EXPECT_EQ(outcome.pointCount, 600001U);
 }
 
 TEST_F(Picture, FileThatCannotBeWrittenIsTold) {
