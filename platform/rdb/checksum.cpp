@@ -1,5 +1,5 @@
 // CRC-32 by folding: 256 bytes a step where the processor multiplies polynomials in wide registers.
-// Partner: checksum.h. Method: V. Gopal et al., "Fast CRC Computation for Generic Polynomials Using PCLMULQDQ".
+// Partner: checksum.h. Method: folding by carry-less multiplication, as the literature on PCLMULQDQ has it.
 #include "platform/rdb/checksum.h"
 
 #include <libdeflate.h>

@@ -1,8 +1,10 @@
 // What the embedded client makes of binds, strides, positions, threads and lifetimes.
 #include "tests/rdb/database_file.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <filesystem>
 #include <gmock/gmock.h>
 #include <numeric>
 
@@ -158,11 +160,24 @@ TEST_F(Query, FirstBlockThenFirstBindNamesTheError) {
   }
 }
 
+const char* const oddNames[] = {"a b?c%20d#e.rdbx", "file:x?mode=ro", ":memory:", "\u00e4\u6f22.rdbx", "-"};
+
 TEST_F(Query, ReadsPathsThatLookLikeSomethingElse) {
-  for (const char* name : {"a b?c%20d#e.rdbx", "file:x?mode=ro", ":memory:", "\u00e4\u6f22.rdbx"}) {
+  for (const char* name : oddNames) {
     writeSample(directory.path(name));
     EXPECT_EQ(open(directory.path(name))->recordCount(), 10U) << name;
   }
+}
+
+TEST_F(Query, ReadsRelativePathsThatLookLikeSomethingElse) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(directory.root());
+  for (const char* name : oddNames) {
+    EXPECT_NO_THROW(writeSample(name)) << name;
+    EXPECT_NO_THROW(open(name)) << name;
+    EXPECT_TRUE(std::filesystem::exists(directory.path(name))) << name;
+  }
+  std::filesystem::current_path(before);
 }
 
 TEST_F(Query, CatalogueTellsWhatAnAttributeIs) {
@@ -182,6 +197,9 @@ class ManyThreads : public testing::Test {
  protected:
   void SetUp() override {
     std::iota(numbers.begin(), numbers.end(), 0);
+    writeNumbers();
+  }
+  void writeNumbers() {
     Writer writer(path, {10'000, true});
     writer.addAttribute({"number", StoredType::uint32});
     writer.addAttribute({"twice", StoredType::uint32, 1, 2, 0});
@@ -219,6 +237,20 @@ TEST_F(ManyThreads, RaiseTheErrorOfTheFirstDamagedBlock) {
     EXPECT_THAT(errorOf(directory, [&] { query.next(records); }),
                 testing::HasSubstr("\"twice\" of scan.rdbx, block 40:"));
   }
+}
+
+TEST_F(ManyThreads, ReadTheFileThatWasOpenedThoughAnotherHasItsName) {
+  const auto database = open(path, 2);
+  const std::vector<std::uint32_t> opened = numbers;
+  std::reverse(numbers.begin(), numbers.end());
+  writeNumbers();
+  std::vector<std::uint32_t> found(records);
+  std::vector<std::uint64_t> twice(records);
+  QuerySelect query = database->select("");
+  query.bind("number", DataType::UINT32, found.data(), 0);
+  query.bind("twice", DataType::UINT64, twice.data(), 0);
+  EXPECT_EQ(query.next(records), records);
+  EXPECT_EQ(found, opened);
 }
 
 TEST_F(ManyThreads, GoOnWithOneWhenTheFileIsGone) {
