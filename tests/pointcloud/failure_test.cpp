@@ -47,7 +47,9 @@ std::string failedCall() {
   return std::string();
 }
 
-std::vector<std::string> ends() { return scripted::script().callsThatBegin("~"); }
+std::vector<std::string> ends() {
+  return scripted::script().callsThatBegin("~");
+}
 
 TEST(FailingClient, GivesItsTextForEveryCallOfALoad) {
   const int calls = failingCalls();
@@ -77,7 +79,8 @@ TEST(FailingClient, LeavesNoClientObjectAliveAndEndsThemInOrder) {
     EXPECT_EQ(scripted::script().liveObjects, 0) << "at call " << k;
     const std::vector<std::string> seen = ends();
     ASSERT_LE(seen.size(), all.size());
-    EXPECT_TRUE(std::equal(seen.rbegin(), seen.rend(), all.rbegin())) << "at call " << k << ", " << failedCall();
+    EXPECT_TRUE(std::equal(seen.rbegin(), seen.rend(), all.rbegin()))
+        << "at call " << k << ", " << failedCall();
   }
 }
 

@@ -146,9 +146,9 @@ TEST_P(Extension, DecidesAloneAboutTheWaveformAttributes) {
 INSTANTIATE_TEST_SUITE_P(OfThePath, Extension,
                          testing::Values(Kind{"a.sodx", true}, Kind{"dir.x/a.sodx", true},
                                          Kind{"a.SODX", false}, Kind{"a.Sodx", false}, Kind{"a.rdbx", false},
-                                         Kind{"a", false}, Kind{"a.rdbx.bak", false}, Kind{"a.sodx.rdbx", false},
-                                         Kind{".sodx", false}, Kind{"a.sodx/", false}, Kind{"", false}));
-
+                                         Kind{"a", false}, Kind{"a.rdbx.bak", false},
+                                         Kind{"a.sodx.rdbx", false}, Kind{".sodx", false},
+                                         Kind{"a.sodx/", false}, Kind{"", false}));
 
 /// Time stamps that lie on one day in the first two blocks and on two in the third.
 void givenThirdBlockOnTwoDays() {
@@ -171,7 +171,8 @@ TEST(PointCloudLoad, WhoseRebasingFailsInTheThirdBlockHasThatBlockInAllFields) {
   EXPECT_EQ(support::fragmentNames(field(grid, "Positions")), three);
   EXPECT_EQ(support::fragmentNames(field(grid, "GPSTime")), three);
   EXPECT_EQ(support::fragmentNames(field(grid, "Amplitude")), three);
-  EXPECT_EQ(support::values<double>(field(grid, "GPSTime"), "Fragment_2"), (std::vector<double>{86390, 86410}));
+  EXPECT_EQ(support::values<double>(field(grid, "GPSTime"), "Fragment_2"),
+            (std::vector<double>{86390, 86410}));
   EXPECT_EQ(support::values<double>(field(grid, "GPSTime"), "Fragment_1"),
             (std::vector<double>{172810, 172820}));
   EXPECT_EQ(support::attributeNames(field(grid, "GPSTime")->attributes()), Texts{"LeapSecondsAdded?"});

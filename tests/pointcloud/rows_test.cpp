@@ -45,8 +45,9 @@ std::string elementName(const std::string& type) {
   if (type == "point" || type == "vector") {
     return "Quillon::Coordinates<Quillon::Cartesian3D, double>::" + type;
   }
-  return type == "RGBA" ? "Quillon::DomainVector<Quillon::Vector<unsigned char, 4>, Quillon::RGBA, unsigned char>"
-                        : type;
+  return type == "RGBA"
+             ? "Quillon::DomainVector<Quillon::Vector<unsigned char, 4>, Quillon::RGBA, unsigned char>"
+             : type;
 }
 
 TEST_P(EveryRow, BecomesItsFieldInItsElementType) {
@@ -57,7 +58,8 @@ TEST_P(EveryRow, BecomesItsFieldInItsElementType) {
   EXPECT_EQ(array->typeIndex().typeName, elementName(GetParam().type));
   EXPECT_EQ(array->elementCount(), 2U);
   EXPECT_EQ(scripted::script().callsThatBegin(expectedBind()).size(),
-            GetParam().attribute == "riegl.target_count" || GetParam().attribute == "riegl.raw_range" ? 4U : 2U);
+            GetParam().attribute == "riegl.target_count" || GetParam().attribute == "riegl.raw_range" ? 4U
+                                                                                                      : 2U);
 }
 
 TEST_P(EveryRow, IsAskedForButLeftOutWithoutAllAttributesWhereItIsMarked) {

@@ -29,7 +29,9 @@ namespace scriptedClient {
 /// Logs the end of an object when its last copy goes.
 class Lifetime {
  public:
-  explicit Lifetime(std::string objectName) : name(std::move(objectName)) { ++scripted::script().liveObjects; }
+  explicit Lifetime(std::string objectName) : name(std::move(objectName)) {
+    ++scripted::script().liveObjects;
+  }
   Lifetime(const Lifetime&) = delete;
   Lifetime& operator=(const Lifetime&) = delete;
   ~Lifetime() {
@@ -43,7 +45,9 @@ class Lifetime {
 
 using Token = std::shared_ptr<Lifetime>;
 
-inline Token begin(const std::string& name) { return std::make_shared<Lifetime>(name); }
+inline Token begin(const std::string& name) {
+  return std::make_shared<Lifetime>(name);
+}
 
 } // namespace scriptedClient
 

@@ -32,6 +32,8 @@ Script& script() {
   return current;
 }
 
-Script& newScript() { return script() = Script(); }
+Script& newScript() {
+  return script() = Script();
+}
 
 } // namespace scripted

@@ -20,15 +20,15 @@ enum class Raised { clientError, standardException };
 /// A database, a failure and a record of calls. One a thread; a test takes a fresh one with `newScript()`.
 struct Script {
   std::map<std::string, std::string> metadata;
-  std::map<std::string, Fill> columns;    ///< by attribute name; an empty function leaves the buffer as it is
-  std::vector<unsigned int> blocks;       ///< what `next` returns in turn; 0 afterwards
-  int raiseAt = 0;                        ///< number of the call that raises, from 1; 0 for none
-  bool raiseForEver = false;              ///< every call from there on raises
+  std::map<std::string, Fill> columns; ///< by attribute name; an empty function leaves the buffer as it is
+  std::vector<unsigned int> blocks;    ///< what `next` returns in turn; 0 afterwards
+  int raiseAt = 0;                     ///< number of the call that raises, from 1; 0 for none
+  bool raiseForEver = false;           ///< every call from there on raises
   Raised raised = Raised::clientError;
 
-  std::vector<std::string> calls;         ///< every operation with its arguments, destructors as "~Name"
-  int raisingCalls = 0;                   ///< operations so far that could raise
-  int liveObjects = 0;                    ///< client objects that are not destroyed yet
+  std::vector<std::string> calls; ///< every operation with its arguments, destructors as "~Name"
+  int raisingCalls = 0;           ///< operations so far that could raise
+  int liveObjects = 0;            ///< client objects that are not destroyed yet
 
   /// Records an operation that can fail, and fails it where the script says so.
   void enter(const std::string& call);

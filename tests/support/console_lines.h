@@ -12,8 +12,7 @@ namespace support {
 /// While it lives, console lines and reports go here instead of standard error.
 class ConsoleLines {
  public:
-  ConsoleLines()
-      : before(Torvel::setLineSink([this](const std::string& line) { caught.push_back(line); })) {}
+  ConsoleLines() : before(Torvel::setLineSink([this](const std::string& line) { caught.push_back(line); })) {}
   ConsoleLines(const ConsoleLines&) = delete;
   ConsoleLines& operator=(const ConsoleLines&) = delete;
   ~ConsoleLines() { Torvel::setLineSink(before); }

@@ -20,7 +20,8 @@ inline Nimbra::Field::Pointer field(const Nimbra::Grid& grid, const std::string&
 }
 
 /// Names of the fields of a representation, in order of creation.
-inline std::vector<std::string> fieldNames(const Nimbra::Grid& grid, const std::string& representation = chart) {
+inline std::vector<std::string> fieldNames(const Nimbra::Grid& grid,
+                                           const std::string& representation = chart) {
   std::vector<std::string> names;
   if (const auto found = grid.getCartesianRepresentation(representation)) {
     for (const auto& slot : found->fields()) {
