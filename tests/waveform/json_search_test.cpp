@@ -160,7 +160,7 @@ INSTANTIATE_TEST_SUITE_P(Document, NoObject,
                          testing::Values("", " ", "[{\"k\": 1}]", "{\"k\": 1", "{\"k\": 1,}", "{\"k\": 01}",
                                          "{'k': 1}", "7", "null", "\"k\"", "not JSON", "{\"k\": 1} x",
                                          std::string("{\"k\": 1}\0", 9), std::string("\0", 1),
-                                         std::string("{\0\"k\": 1}", 10), "\xFF"));
+                                         std::string("{\0\"k\": 1}", 9), "\xFF"));
 
 TEST(Document, WithAnEmptyKeyIsHandedOutIndentedAndSorted) {
   std::string text = "earlier";
