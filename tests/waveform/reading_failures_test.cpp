@@ -10,12 +10,16 @@
 #include <vector>
 
 #include "tests/support/output_log.h"
+#include "tests/waveform/read_state.h"
 #include "tests/waveform/scan_database.h"
 
 namespace {
 
 using Record = Riegl::AttributesForFWFProcessing;
+using support::filledRecord;
 using support::ScanDatabase;
+using support::state;
+using support::stoppedAfter;
 using testing::ElementsAre;
 using testing::ElementsAreArray;
 
@@ -25,36 +29,6 @@ const std::string noTable = "console|[parse_reflectance_table] Invalid JSON form
 const std::string noWave =
     "console|Failed to parse exponential decomposition metadata - Have no System Wave!";
 const std::string noKey = "Error: Key not found";
-
-/// A record whose every member that a read touches first has a value of its own.
-Record filledRecord() {
-  Record record;
-  record.group_velocity = record.sample_interval = record.wavelength = record.t_ref = 42;
-  record.unambiguous_range = record.SHOT_TIMESTAMP_HR_RESOLUTION = record.WFM_SBL_TIME_OFFSET_RESOLUTION = 42;
-  record.serial_number = record.build = record.device_type = record.time_base = "earlier";
-  return record;
-}
-
-/// The members that a read fills before the reflectance, in the order of the reads, one word each.
-std::vector<std::string> state(const Record& record) {
-  const auto number = [](double value) { return value == 42 ? "earlier" : value == 0 ? "0" : "read"; };
-  const auto text = [](const std::string& value) {
-    return value == "earlier" ? "earlier" : value.empty() ? "-" : "read";
-  };
-  return {number(record.group_velocity),    number(record.sample_interval),
-          number(record.wavelength),        number(record.t_ref),
-          text(record.serial_number),       text(record.build),
-          text(record.device_type),         text(record.time_base),
-          number(record.unambiguous_range), number(record.SHOT_TIMESTAMP_HR_RESOLUTION)};
-}
-
-/// `read` times "read", then `at`, then "earlier" to the end.
-std::vector<std::string> stoppedAfter(std::size_t read, const std::string& at) {
-  std::vector<std::string> words(10, "earlier");
-  std::fill_n(words.begin(), read, "read");
-  words[read] = at;
-  return words;
-}
 
 struct StopCase {
   std::string name;
