@@ -42,7 +42,7 @@ std::string grouped(std::uint64_t number) {
   std::string text = std::to_string(number);
   for (std::size_t place = text.size(); place > 3;) {
     place -= 3;
-    text.insert(place, ",");
+    text.insert(place, 1, ',');
   }
   return text;
 }

@@ -2,6 +2,7 @@
 // Partner: program_run.h
 #include "tests/host/program_run.h"
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <sstream>
@@ -22,6 +23,8 @@ std::string contentOf(const std::string& file) {
 } // namespace
 
 ProgramRun runProgram(const std::string& arguments, const std::string& redirection) {
+  // A caller that ignores the signal would hide what the program does with it.
+  std::signal(SIGPIPE, SIG_DFL);
   const support::TempDir directory;
   const std::string output = redirection.empty() ? ">" + directory.path("out") : redirection;
   const std::string command = "( \"" HOST_PROGRAM "\" " + arguments + " 2>" + directory.path("err") +
