@@ -30,10 +30,10 @@ void requireReadableFile(const std::string& path) {
   }
 }
 
-void requireDistinct(const std::string& input, const std::string& output) {
+void requireDistinct(const std::string& other, const std::string& output) {
   std::error_code ignored;
-  if (input == output || fs::equivalent(input, output, ignored)) {
-    throw wrongUse(output + ": expected an output other than the input, found the input itself");
+  if (other == output || fs::equivalent(other, output, ignored)) {
+    throw wrongUse(output + ": expected an output other than " + other + ", found the same file");
   }
 }
 

@@ -37,8 +37,8 @@ class InputFile {
 /// Raises ToolError with ExitStatus::unreadable unless `path` is a regular file that opens for reading.
 void requireReadableFile(const std::string& path);
 
-/// Raises ToolError with ExitStatus::wrongUse where `output` is the file `input`, however it is spelled.
-void requireDistinct(const std::string& input, const std::string& output);
+/// Raises ToolError with ExitStatus::wrongUse where `output` is the file `other`, however it is spelled.
+void requireDistinct(const std::string& other, const std::string& output);
 
 /// The value of type T at the start of `bytes`, stored with the least significant byte first.
 template <typename T>

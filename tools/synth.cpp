@@ -2,6 +2,7 @@
 // Partner: synth.h.
 #include "tools/synth.h"
 
+#include "tools/input_file.h"
 #include "tools/synth_metadata.h"
 #include "tools/tool_error.h"
 
@@ -128,6 +129,9 @@ void writeLeverArm(const std::string& path) {
 void synthesise(const SynthRequest& request) {
   checkRate("--pulse-rate", request.pulseRateHz);
   checkRate("--trajectory-rate", request.trajectoryRateHz);
+  if (!request.leverArmFile.empty()) {
+    requireDistinct(request.output, request.leverArmFile);
+  }
   const Survey survey(request.seed, request.pulseRateHz);
   checkDay(request, survey);
   const auto metadata = syntheticMetadata(request.kind, survey, request.without);

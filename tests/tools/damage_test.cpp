@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 
@@ -17,6 +18,10 @@ struct Harm {
   std::vector<std::string> options;
   const char* finding;
 };
+
+void PrintTo(const Harm& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class Damage : public testing::Test {
  protected:

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 
@@ -73,6 +74,10 @@ struct Left {
   support::LasExtraField field;
   const char* text;
 };
+
+void PrintTo(const Left& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class LasExtraLeft : public LasExtraBytes, public testing::WithParamInterface<Left> {};
 

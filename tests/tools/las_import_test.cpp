@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 
@@ -54,6 +55,10 @@ struct Form {
   bool stamped;
   bool coloured;
 };
+
+void PrintTo(const Form& row, std::ostream* out) {
+  *out << row.format << " of 1." << row.minor;
+}
 
 class LasForm : public testing::TestWithParam<Form> {
  protected:

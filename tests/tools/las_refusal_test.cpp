@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <limits>
+#include <ostream>
 
 namespace {
 
@@ -22,6 +23,10 @@ struct Refusal {
   std::function<std::string()> bytes;
   const char* text; // behind "rdbtool: <path>: "
 };
+
+void PrintTo(const Refusal& row, std::ostream* out) {
+  *out << row.name;
+}
 
 std::string changed(unsigned minor, unsigned format, const std::function<void(LasFile&)>& change) {
   LasFile file(minor, format);

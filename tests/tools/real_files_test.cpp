@@ -9,6 +9,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <sstream>
 
 namespace {
@@ -73,6 +74,10 @@ struct Sound {
   std::size_t linesAtLeast;
   const char* day;
 };
+
+void PrintTo(const Sound& row, std::ostream* out) {
+  *out << row.file;
+}
 
 class SoundRealFile : public RealFile, public testing::WithParamInterface<Sound> {};
 

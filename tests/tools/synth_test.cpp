@@ -10,6 +10,7 @@
 #include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 #include <sstream>
 
 namespace {
@@ -141,6 +142,12 @@ TEST_F(Synth, TheLeverArmFileIsWrittenBesideTheTrajectory) {
   EXPECT_EQ(bytesOf("arm.txt"), "leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n");
 }
 
+TEST_F(Synth, TheLeverArmFileDoesNotTakeTheDatabasesPlace) {
+  const support::Run result = run("trajectory", 2, "t.pofx", {"--lever-arm", folder.path("t.pofx")});
+  EXPECT_EQ(result.status, 2);
+  EXPECT_THAT(result.err, HasSubstr("expected an output other than"));
+}
+
 TEST_F(Synth, TheTimeBaseIsUtc) {
   for (const char* kind : {"scan", "shots", "trajectory"}) {
     EXPECT_THAT(made(kind, 1).item("riegl.time_base"),
@@ -175,6 +182,10 @@ struct WrongRequest {
   std::vector<std::string> more;
   const char* text;
 };
+
+void PrintTo(const WrongRequest& row, std::ostream* out) {
+  *out << row.name;
+}
 
 class SynthRefusal : public Synth, public testing::WithParamInterface<WrongRequest> {};
 
