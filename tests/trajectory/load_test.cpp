@@ -67,6 +67,14 @@ TEST_F(Load, LeavesChunksToTheGridAlone) {
   }
 }
 
+TEST_F(Load, LeavesFieldsToTheGridAlone) {
+  givenFlight(3);
+  ASSERT_EQ(load(), "");
+  for (const std::string& name : fieldsInOrder) {
+    EXPECT_EQ(field(name).counts()->strong(), 2) << name; // the grid's and the temporary one
+  }
+}
+
 TEST_F(Load, GivesTheMemoryBackWithTheGrid) {
   givenFlight(3);
   givenLeverArm("leverarm:1:2:3\nmisalignment:4:5:6\n");
