@@ -9,6 +9,10 @@
 #include <limits>
 #include <thread>
 
+#ifdef __linux__
+#include <sched.h>
+#endif
+
 namespace riegl::rdb::embedded {
 namespace {
 
@@ -59,10 +63,20 @@ std::string requireText(const Statement& row, int column, const std::string& obj
   return row.text(column);
 }
 
+// Those that this thread may run on; the machine's where the system doesn't tell.
+unsigned int usableProcessors() {
+#ifdef CPU_COUNT
+  cpu_set_t usable;
+  if (sched_getaffinity(0, sizeof usable, &usable) == 0) {
+    return static_cast<unsigned int>(CPU_COUNT(&usable));
+  }
+#endif
+  return std::thread::hardware_concurrency();
+}
+
 std::size_t threadsFor(unsigned int threadCount) {
   constexpr unsigned int most = 64;
-  return threadCount != 0 ? std::min(threadCount, most)
-                          : std::clamp(std::thread::hardware_concurrency(), 1U, 2U);
+  return threadCount != 0 ? std::min(threadCount, most) : std::clamp(usableProcessors(), 1U, 2U);
 }
 
 } // namespace

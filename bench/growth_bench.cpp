@@ -1,0 +1,92 @@
+// How the cost of a load grows with records and with columns: a table for docs/benchmarks.md, each line a process of
+// its own.
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <exception>
+
+#include "bench/support/child.h"
+#include "bench/support/database.h"
+#include "tests/support/temp_dir.h"
+
+namespace {
+
+/// 0 columns stands for the everyday scan.
+std::vector<bench::Column> columnsFor(std::size_t count) {
+  return count == 0 ? bench::scanColumns() : bench::vocabularyColumns(count);
+}
+
+/// In the child: loads once and prints seconds and the peak of its memory.
+int reportLoad(const std::string& path) {
+  const auto start = std::chrono::steady_clock::now();
+  Nimbra::Grid grid;
+  bench::load(path, grid);
+  const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+  std::printf("%.6f %llu\n", spent.count(),
+              static_cast<unsigned long long>(bench::processMemory().peakBytes));
+  return 0;
+}
+
+void printLine(unsigned int rows, std::size_t columnCount, int repetitions) {
+  const support::TempDir directory;
+  const std::string path = directory.path("growth.rdbx");
+  const std::vector<bench::Column> columns = columnsFor(columnCount);
+  bench::writeDatabase(path, rows, columns);
+  std::vector<double> seconds;
+  double peakBytes = 0;
+  for (int i = 0; i <= repetitions; ++i) {
+    const std::vector<double> figures = bench::numbers({bench::thisProgram(), "load", path});
+    if (i > 0) { // the first brings the file into the page cache
+      seconds.push_back(figures.at(0));
+    }
+    peakBytes = std::max(peakBytes, figures.at(1));
+  }
+  std::sort(seconds.begin(), seconds.end());
+  const double median = seconds[seconds.size() / 2];
+  const double bytes = static_cast<double>(rows) * static_cast<double>(bench::recordBytes(columns));
+  std::printf("| %u | %zu | %zu | %.4f | %.3f | %.0f |\n", rows, columns.size(), bench::recordBytes(columns),
+              median, bytes / median / 1e9, peakBytes / 1e6);
+  std::fflush(stdout);
+}
+
+void printTable(unsigned int mostRows, int repetitions) {
+  std::printf("| Records | Columns | Bytes a record | Seconds | GB a second | Peak MB "
+              "|\n|--:|--:|--:|--:|--:|--:|\n");
+  for (const unsigned int rows :
+       {1000U, 10000U, 100000U, 1000000U, 5000000U, 5000001U, 10000000U, 20000000U, 50000000U, 100000000U}) {
+    if (rows <= mostRows) {
+      printLine(rows, 0, repetitions);
+    }
+  }
+  for (const unsigned int rows : {1000U, 1000000U}) {
+    for (const std::size_t columns : {1U, 2U, 6U, 12U, 24U, 48U, 58U}) {
+      if (rows <= mostRows) {
+        printLine(rows, columns, repetitions);
+      }
+    }
+  }
+}
+
+int run(int argc, char** argv) {
+  if (argc == 3 && std::strcmp(argv[1], "load") == 0) {
+    return reportLoad(argv[2]);
+  }
+  if (argc == 2 && std::strcmp(argv[1], "--small") == 0) {
+    printTable(10000, 1);
+    return 0;
+  }
+  printTable(argc == 2 ? static_cast<unsigned int>(std::stoul(argv[1])) : 20000000, 5);
+  return 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "growth_bench: %s\n", failure.what());
+    return 1;
+  }
+}

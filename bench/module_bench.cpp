@@ -1,0 +1,60 @@
+// Loading and unloading the library against an empty shared object, each time in a fresh process that has the
+// libraries beneath it already. Reports the difference too: that is what the target is about.
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <dlfcn.h>
+#include <exception>
+#include <stdexcept>
+
+#include "bench/support/child.h"
+#include "bench/support/comparison.h"
+
+namespace {
+
+void* openModule(const char* path) {
+  void* const module = dlopen(path, RTLD_NOW | RTLD_GLOBAL);
+  if (module == nullptr) {
+    throw std::runtime_error(dlerror());
+  }
+  return module;
+}
+
+/// In the child: brings the libraries beneath in, then times the module alone and prints milliseconds.
+int reportModule(const char* module, const char* symbol) {
+  for (const char* const beneath :
+       {QT_CORE_FILE, MODEL_FILE, CLIENT_FILE, TRANSFORMATION_FILE, CALENDAR_FILE}) {
+    openModule(beneath);
+  }
+  const auto start = std::chrono::steady_clock::now();
+  void* const opened = openModule(module);
+  const bool found = dlsym(opened, symbol) != nullptr;
+  dlclose(opened);
+  const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - start;
+  std::printf("%.6f\n", spent.count());
+  return found ? 0 : 1;
+}
+
+double milliseconds(const char* module, const char* symbol) {
+  return bench::numbers({bench::thisProgram(), "module", module, symbol}).at(0);
+}
+
+bench::Finding modules() {
+  return bench::compareMeasured([] { return milliseconds(LIBRARY_FILE, LIBRARY_SYMBOL); },
+                                [] { return milliseconds(EMPTY_FILE, "nothing"); });
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  if (argc == 4 && std::strcmp(argv[1], "module") == 0) {
+    try {
+      return reportModule(argv[2], argv[3]);
+    } catch (const std::exception& failure) {
+      std::fprintf(stderr, "module_bench: %s\n", failure.what());
+      return 1;
+    }
+  }
+  bench::addComparison("dlopen and dlclose of the library / of an empty one", modules);
+  return bench::runComparisons(argc, argv);
+}

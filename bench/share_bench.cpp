@@ -1,0 +1,151 @@
+// The library's own share of a load: its sources over a client that copies from memory, against the same copies into
+// buffers made in the same way without the library.
+#include <map>
+#include <memory>
+#include <optional>
+#include <variant>
+
+#include "bench/in_memory/rdb.h"
+#include "bench/support/comparison.h"
+#include "bench/support/random_values.h"
+#include "platform/nimbra/grid.h"
+#include "pointcloud/rdbx2Z4.h"
+#include "rdb/block_size.h"
+#include "storage/quillon/physical_space.h"
+#include "storage/torvel/fresh_elements.h"
+
+namespace {
+
+using Quillon::PhysicalSpace::point;
+using Buffer = std::variant<std::vector<point>, std::vector<double>, std::vector<float>, std::vector<short>>;
+
+/// A column of the everyday scan: 66 bytes a record in all.
+struct Column {
+  const char* attribute;
+  Buffer (*make)();
+  std::size_t recordBytes;
+  std::vector<unsigned char> bytes{};
+};
+
+/// A buffer as the load makes it.
+template <class T>
+Buffer freshBuffer() {
+  std::vector<T> elements;
+  Torvel::makeFreshElements(elements, Riegl::recordsPerBlock);
+  return elements;
+}
+
+template <class T>
+Column column(const char* attribute) {
+  return {attribute, [] { return freshBuffer<T>(); }, sizeof(T)};
+}
+
+/// The columns in the order in which the client fills them.
+std::vector<Column> columnsFromSeed(std::uint64_t rows) {
+  std::vector<Column> columns{column<float>("riegl.amplitude"),   column<short>("riegl.deviation"),
+                              column<float>("riegl.reflectance"), column<double>("riegl.timestamp"),
+                              column<point>("riegl.xyz"),         column<point>("riegl.xyz_socs")};
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    const std::size_t bytes = rows * columns[i].recordBytes;
+    // As real numbers below 1000 these are time stamps of one day; as anything else they are just bytes.
+    const std::vector<double> values = bench::randomValues<double>(i, 0, (bytes + 7) / 8);
+    columns[i].bytes.resize(bytes);
+    std::memcpy(columns[i].bytes.data(), values.data(), bytes);
+    inMemory::database().columns[columns[i].attribute] = {columns[i].bytes.data(), columns[i].recordBytes};
+  }
+  inMemory::database().records = rows;
+  return columns;
+}
+
+/// What the load comes to without the library: for each block a set of buffers, filled; and a last set for nothing.
+class BareLoad {
+ public:
+  BareLoad(const std::vector<Column>& columnsToCopy, std::uint64_t rowCount)
+      : columns(columnsToCopy), rows(rowCount) {}
+
+  void run() {
+    makeSet();
+    for (std::uint64_t first = 0; first < rows; first += Riegl::recordsPerBlock) {
+      fillLastSet(first, std::min<std::uint64_t>(Riegl::recordsPerBlock, rows - first));
+      makeSet();
+    }
+    sets.pop_back();
+  }
+  void clear() { sets.clear(); }
+  const std::vector<std::vector<Buffer>>& blocks() const { return sets; }
+
+ private:
+  void makeSet() {
+    std::vector<Buffer>& set = sets.emplace_back();
+    for (const Column& column : columns) {
+      set.push_back(column.make());
+    }
+  }
+  void fillLastSet(std::uint64_t first, std::uint64_t count) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      std::visit(
+          [&](auto& elements) {
+            const std::size_t bytes = columns[i].recordBytes;
+            std::memcpy(elements.data(), columns[i].bytes.data() + first * bytes, count * bytes);
+            elements.resize(count);
+            Torvel::releaseUnusedPages(elements);
+          },
+          sets.back()[i]);
+    }
+  }
+
+  const std::vector<Column>& columns;
+  std::uint64_t rows;
+  std::vector<std::vector<Buffer>> sets;
+};
+
+void load(Nimbra::Grid& grid) {
+  const std::string failure = Riegl::rdbx2Z4("memory", grid, 0, false, nullptr);
+  bench::require(failure.empty(), failure);
+}
+
+const void* fieldBytes(const Nimbra::Grid& grid, const std::string& attribute, std::size_t block) {
+  static const std::map<std::string, std::string> fields{
+      {"riegl.amplitude", "Amplitude"},     {"riegl.deviation", "Deviation"},
+      {"riegl.reflectance", "Reflectance"}, {"riegl.timestamp", "GPSTime"},
+      {"riegl.xyz", "Positions"},           {"riegl.xyz_socs", "Positions"}};
+  const auto representation = grid.getCartesianRepresentation(
+      attribute == "riegl.xyz_socs" ? "ScannerCoordinateSystem" : "StandardCartesianChart3D");
+  return representation->field(fields.at(attribute))->array("Fragment_" + std::to_string(block))->rawData();
+}
+
+void requireSameBlocks(const std::vector<Column>& columns, BareLoad& bare) {
+  Nimbra::Grid grid;
+  load(grid);
+  bare.run();
+  for (std::size_t block = 0; block < bare.blocks().size(); ++block) {
+    for (std::size_t i = 0; i < columns.size(); ++i) {
+      std::visit(
+          [&](const auto& elements) {
+            bench::require(std::memcmp(fieldBytes(grid, columns[i].attribute, block), elements.data(),
+                                       elements.size() * columns[i].recordBytes) == 0,
+                           columns[i].attribute);
+          },
+          bare.blocks()[block][i]);
+    }
+  }
+  bare.clear();
+}
+
+bench::Finding ownShare() {
+  const std::uint64_t rows = bench::records(20000000, 100000);
+  const std::vector<Column> columns = columnsFromSeed(rows);
+  BareLoad bare(columns, rows);
+  requireSameBlocks(columns, bare);
+  std::optional<Nimbra::Grid> grid;
+  return bench::compare(
+      {.run = [&] { load(*grid); }, .clear = [&] { grid.reset(); }, .prepare = [&] { grid.emplace(); }},
+      {.run = [&] { bare.run(); }, .clear = [&] { bare.clear(); }});
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  bench::addComparison("rdbx2Z4 over memory / bare copies", ownShare);
+  return bench::runComparisons(argc, argv);
+}

@@ -1,0 +1,56 @@
+// Times a code path and its baseline alternately, and reports the ratio of the medians.
+// Partner: comparison.cpp; docs/benchmarks.md tells how to read the output.
+#pragma once
+
+#include <functional>
+#include <stdexcept>
+#include <string>
+
+#include <benchmark/benchmark.h>
+
+namespace bench {
+
+/// One side of a comparison. Only `run` is timed; `prepare` comes before it and `clear` after it, each time.
+struct Side {
+  std::function<void()> run;
+  std::function<void()> clear = [] {};
+  std::function<void()> prepare = [] {};
+};
+
+/// What a comparison found, in milliseconds. The ratios are those of neighbouring runs.
+struct Finding {
+  double pathMs = 0;
+  double baselineMs = 0;
+  double leastRatio = 0;
+  double greatestRatio = 0;
+
+  double ratio() const { return pathMs / baselineMs; }
+  std::string text() const;
+};
+
+/// Runs the path, the baseline, the path, the baseline and so on, as often as the command line asks for, after one
+/// run of each that does not count.
+Finding compare(const Side& path, const Side& baseline);
+
+/// The same for sides that take their own time, in milliseconds; for instance those of other processes.
+Finding compareMeasured(const std::function<double()>& path, const std::function<double()>& baseline);
+
+/// Raises std::runtime_error where the two sides of a comparison don't give the same result.
+void require(bool equal, const std::string& what);
+
+/// Records to work on: the number that a figure is meant for, or few in a smoke test.
+unsigned int records(unsigned int full, unsigned int small);
+
+/// Whether the command line asks for small sizes and a single repetition.
+bool isSmokeTest();
+
+/// A benchmark in the framework's terms: sets a comparison up, checks its results, and compares. The framework sees
+/// one iteration that takes the path's median; ratio, medians and range are its counters and its label. An exception
+/// fails the benchmark and the program.
+void addComparison(const std::string& name, std::function<Finding()> measure);
+
+/// Runs the benchmarks that were added. On the command line: `--small`, `--repetitions=N`, and the framework's own
+/// options. \returns the exit status: 1 where a benchmark failed
+int runComparisons(int argc, char** argv);
+
+} // namespace bench
