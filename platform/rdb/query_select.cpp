@@ -3,6 +3,7 @@
 #include "platform/rdb/query_select.h"
 
 #include "platform/rdb/read_jobs.h"
+#include "platform/rdb/standard_lengths.h"
 
 #include <algorithm>
 #include <utility>
@@ -28,6 +29,17 @@ namespace {
 [[noreturn]] void refuseBind(const std::string& name, const std::string& expected, const std::string& found) {
   throw Error(ErrorKind::wrongUse, "the attribute cannot be bound",
               "column \"" + name + "\": expected " + expected + ", found " + found);
+}
+
+/// A caller's buffer is sized by the attribute's name; what the file says of its length must not exceed that.
+void requireStandardLength(const embedded::Column& column, const std::string& path) {
+  const auto standard = embedded::standardLength(column.attribute.name);
+  const unsigned found = column.attribute.length;
+  if (standard && (found < standard->least || found > standard->most)) {
+    throw Error(ErrorKind::wrongFormat, "the attribute has another length than its name stands for",
+                "column \"" + column.attribute.name + "\" of " + path + ": expected " +
+                    std::to_string(standard->most) + " values a record, found " + std::to_string(found));
+  }
 }
 
 Target targetOf(const embedded::Column& column, DataType dataType, void* buffer, int stride) {
@@ -68,7 +80,9 @@ QuerySelect& QuerySelect::operator=(const QuerySelect&) noexcept = default;
 QuerySelect::~QuerySelect() = default;
 
 void QuerySelect::bind(const std::string& name, DataType dataType, void* buffer, int stride) {
-  const embedded::Column& column = requireOpen(state ? state->database : nullptr).requireColumn(name);
+  const embedded::Database& database = requireOpen(state ? state->database : nullptr);
+  const embedded::Column& column = database.requireColumn(name);
+  requireStandardLength(column, database.path());
   Target target = targetOf(column, dataType, buffer, stride);
   Target& place = state->targetFor(column);
   target.verified = place.column == nullptr ? embedded::noBlock : place.verified;

@@ -182,6 +182,14 @@ TEST_F(PointCloudFile, ThatIsNoDatabaseLeavesTheGridAsItWas) {
   EXPECT_TRUE(grid.representations().empty());
 }
 
+TEST_F(PointCloudFile, WithMoreValuesARecordThanItsBuffersHoldIsRefused) {
+  givenDatabase(2, {column("riegl.amplitude", StoredType::float32, 3,
+                           [](std::uint64_t, unsigned int) { return 1.0; })});
+  EXPECT_EQ(load(),
+            "the attribute has another length than its name stands for (column \"riegl.amplitude\" of " +
+                path + ": expected 1 values a record, found 3)");
+}
+
 TEST_F(PointCloudFile, MayBearAnyNameInUtf8) {
   path = directory.path("Z\xC3\xBCrich scan 50% ?.rdbx");
   givenDatabase(1, {numbered("riegl.target_index", StoredType::uint8)});
