@@ -1,5 +1,5 @@
 // The columns of a synthetic scan: one record an echo.
-// Partner: synth.h. A row of the table says how a value is stored and what it is.
+// Partner: synth.h. A row of the table says how a value is stored and what it is. The one long function is that table.
 #include "tools/seeded_noise.h"
 #include "tools/synth.h"
 

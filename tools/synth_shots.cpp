@@ -1,5 +1,5 @@
 // The columns of a synthetic database of shots: one record a laser pulse, with its waveform blocks.
-// Partner: synth.h. A row of the table says how a value is stored and what it is.
+// Partner: synth.h. A row of the table says how a value is stored and what it is. The one long function is that table.
 #include "tools/seeded_noise.h"
 #include "tools/synth.h"
 
