@@ -161,7 +161,7 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
   /// Makes a chunk of its own first.
   /// \errors  std::length_error "cannot create std::vector larger than max_size()", std::bad_alloc
   MemArray(const MultiIndex<N>& extents, const Creator& origin)
-      : MemArray(TypedChunkPointer(new Torvel::Chunk<T>(elementTotal(extents))), extents, origin) {}
+      : MemArray(freshChunk(extents), extents, origin) {}
 
   /// The one extent of rank 1.
   MemArray(const TypedChunkPointer& memory, std::uint64_t extent, const Creator& origin) requires(N == 1)
@@ -170,6 +170,13 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
       : MemArray(MultiIndex<N>{extent}, origin) {}
 
   ~MemArray() override = default;
+
+ private:
+  // A function of its own: GCC 12 doesn't give the memory of a chunk back that raises while it is made right in
+  // the delegation of a constructor.
+  static TypedChunkPointer freshChunk(const MultiIndex<N>& extents) {
+    return TypedChunkPointer(new Torvel::Chunk<T>(elementTotal(extents)));
+  }
 };
 
 template <int N, class T>

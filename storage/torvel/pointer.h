@@ -1,4 +1,4 @@
-// Strong and weak pointers of the reference scheme. Counts: storage/torvel/count_record.h
+// Strong and weak pointers; long, as both share each step. Counts: storage/torvel/count_record.h
 #pragma once
 
 #include <cstddef>
