@@ -21,11 +21,20 @@ set(RDB2NIMBRA_SANITIZE "" CACHE STRING "Value of -fsanitize=, empty for none")
 option(RDB2NIMBRA_COVERAGE "Instrument for line coverage" OFF)
 option(RDB2NIMBRA_FUZZ_ENGINE "Link the fuzz targets with clang's engine (preset fuzz)" OFF)
 
+# What whoever includes a header of the project needs, here and in an installed tree: no warnings in it.
+add_library(rdb2nimbra_headers INTERFACE)
+target_compile_features(rdb2nimbra_headers INTERFACE cxx_std_20)
+target_include_directories(rdb2nimbra_headers INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra>)
+
+# How the project's own sources are compiled; linked PRIVATE everywhere, so that no consumer gets its warnings.
 add_library(rdb2nimbra_settings INTERFACE)
+target_link_libraries(rdb2nimbra_settings INTERFACE rdb2nimbra_headers)
 target_compile_options(rdb2nimbra_settings INTERFACE
-  $<BUILD_INTERFACE:-Wall;-Wextra;-Wpedantic;-Wshadow;-Wconversion;-Wnon-virtual-dtor;-Woverloaded-virtual>)
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion -Wnon-virtual-dtor -Woverloaded-virtual)
 if(RDB2NIMBRA_WARNINGS_AS_ERRORS)
-  target_compile_options(rdb2nimbra_settings INTERFACE $<BUILD_INTERFACE:-Werror>)
+  target_compile_options(rdb2nimbra_settings INTERFACE -Werror)
 endif()
 if(RDB2NIMBRA_SANITIZE)
   add_compile_options(-fsanitize=${RDB2NIMBRA_SANITIZE} -fno-omit-frame-pointer)
@@ -43,6 +52,3 @@ if(RDB2NIMBRA_COVERAGE)
   add_compile_options(--coverage -fprofile-update=atomic)
   add_link_options(--coverage)
 endif()
-target_include_directories(rdb2nimbra_settings INTERFACE
-  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra>)

@@ -1,22 +1,71 @@
 # Which implementation of each closed interface the library is built against.
 # docs/integration.md tells what a replacement has to provide.
+#
+# A choice is a target of an enclosing project, a package that has a target of its own name ("scanner"), or a target
+# of a package ("scanner::client" of the package scanner). Where nothing is chosen, the embedded one is built.
 set(RDB2NIMBRA_CLIENT "" CACHE STRING "Target or package in place of the embedded database client")
 set(RDB2NIMBRA_CLIENT_HEADER "" CACHE STRING "Header that declares riegl::rdb for RDB2NIMBRA_CLIENT")
 set(RDB2NIMBRA_MODEL "" CACHE STRING "Target or package in place of the embedded data model")
-set(RDB2NIMBRA_MODEL_HEADER "" CACHE STRING "Header that declares the data model for RDB2NIMBRA_MODEL")
 set(RDB2NIMBRA_TRANSFORMATION "" CACHE STRING "Target or package in place of the embedded transformation")
 set(RDB2NIMBRA_TRANSFORMATION_HEADER "" CACHE STRING "Header that declares Proj::transform")
 set(RDB2NIMBRA_CALENDAR "" CACHE STRING "Target or package in place of the embedded calendar")
 set(RDB2NIMBRA_CALENDAR_HEADER "" CACHE STRING "Header that declares Ondrel::getWeekDay")
 
+# The rooms of the embedded data model, all of which another one takes the place of.
+set(RDB2NIMBRA_MODEL_ROOMS platform/torvel/core storage/torvel platform/torvel platform/nimbra)
+
+set(RDB2NIMBRA_REPLACED "")          # the interfaces that are not embedded
+set(RDB2NIMBRA_REPLACEMENT_PACKAGES "") # what the installed package has to find first
+foreach(interface CLIENT MODEL TRANSFORMATION CALENDAR)
+  set(chosen "${RDB2NIMBRA_${interface}}")
+  if(chosen STREQUAL "")
+    continue()
+  endif()
+  list(APPEND RDB2NIMBRA_REPLACED ${interface})
+  if(NOT TARGET ${chosen})
+    string(REGEX REPLACE "::.*" "" package "${chosen}")
+    find_package(${package} REQUIRED)
+    list(APPEND RDB2NIMBRA_REPLACEMENT_PACKAGES ${package})
+    if(NOT TARGET ${chosen})
+      message(FATAL_ERROR "RDB2NIMBRA_${interface}: the package ${package} is here, but it has no target ${chosen}")
+    endif()
+  endif()
+endforeach()
+list(REMOVE_DUPLICATES RDB2NIMBRA_REPLACEMENT_PACKAGES)
+
+# Another data model has headers of the same names. Its folders come before the project's own, and it must have every
+# header of those rooms that the library includes, so that no declaration of ours stands for something of theirs.
+if(MODEL IN_LIST RDB2NIMBRA_REPLACED)
+  # A folder of an imported target would be searched after all others.
+  set_target_properties(${RDB2NIMBRA_MODEL} PROPERTIES SYSTEM OFF)
+  get_target_property(model_folders ${RDB2NIMBRA_MODEL} INTERFACE_INCLUDE_DIRECTORIES)
+  target_include_directories(rdb2nimbra_headers BEFORE INTERFACE "$<BUILD_INTERFACE:${model_folders}>")
+  set(users "")
+  foreach(room storage/quillon storage/nimbra platform/proj rdb timebase waveform pointcloud trajectory)
+    file(GLOB files ${PROJECT_SOURCE_DIR}/${room}/*.h ${PROJECT_SOURCE_DIR}/${room}/*.cpp)
+    list(APPEND users ${files})
+  endforeach()
+  foreach(file IN LISTS users)
+    file(STRINGS ${file} lines REGEX "^#include \"(platform/torvel|platform/nimbra|storage/torvel)/")
+    foreach(line IN LISTS lines)
+      string(REGEX REPLACE ".*\"(.*)\".*" "\\1" header "${line}")
+      unset(found CACHE)
+      find_path(found ${header} PATHS ${model_folders} NO_DEFAULT_PATH NO_CACHE)
+      if(NOT found)
+        message(FATAL_ERROR "RDB2NIMBRA_MODEL: ${RDB2NIMBRA_MODEL} has no header ${header} in ${model_folders}; "
+          "${file} includes it")
+      endif()
+      unset(found)
+    endforeach()
+  endforeach()
+endif()
+
 # Links `target` to the chosen implementation of one interface (CLIENT, MODEL, TRANSFORMATION or CALENDAR), or to
-# the embedded one, and tells its sources which header to include. A name that is no target is taken as a package.
+# the embedded one, and tells its sources which header to include.
 function(rdb2nimbra_platform target interface embedded)
   set(chosen "${RDB2NIMBRA_${interface}}")
   if("${chosen}" STREQUAL "")
     set(chosen ${embedded})
-  elseif(NOT TARGET ${chosen})
-    find_package(${chosen} REQUIRED)
   endif()
   get_target_property(kind ${target} TYPE)
   if(kind STREQUAL "INTERFACE_LIBRARY")

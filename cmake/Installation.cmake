@@ -1,0 +1,46 @@
+# What `cmake --install` puts where, and the CMake package rdb2nimbra with the namespace rdb2nimbra::.
+# Partners: public-headers.txt (a test holds it against what the compiler reads), rdb2nimbra-config.cmake.in
+include(CMakePackageConfigHelpers)
+
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/rdb2nimbra)
+set(libraries rdb2nimbra)
+foreach(pair CLIENT:rdb2nimbra_client MODEL:rdb2nimbra_model TRANSFORMATION:rdb2nimbra_transformation
+    CALENDAR:rdb2nimbra_calendar)
+  string(REPLACE ":" ";" pair ${pair})
+  list(POP_FRONT pair interface embedded)
+  if(NOT interface IN_LIST RDB2NIMBRA_REPLACED)
+    list(APPEND libraries ${embedded})
+  endif()
+endforeach()
+# Libraries find each other in their own folder, programs find them from theirs.
+set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+install(TARGETS ${libraries} rdb_names storage_nimbra storage_quillon rdb2nimbra_headers
+  EXPORT rdb2nimbra-targets
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+
+if(RDB2NIMBRA_TOOLS)
+  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+  set_target_properties(rdbtool nimbra-host PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
+  install(TARGETS rdbtool nimbra-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+endif()
+
+# Headers keep their folders; those of a replaced part come with its replacement.
+file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/public-headers.txt headers)
+if(CLIENT IN_LIST RDB2NIMBRA_REPLACED)
+  list(FILTER headers EXCLUDE REGEX "^platform/rdb/")
+endif()
+if(MODEL IN_LIST RDB2NIMBRA_REPLACED)
+  list(FILTER headers EXCLUDE REGEX "^(platform/torvel|platform/nimbra|storage/torvel)/")
+endif()
+foreach(header IN LISTS headers)
+  get_filename_component(folder ${header} DIRECTORY)
+  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra/${folder})
+endforeach()
+
+install(EXPORT rdb2nimbra-targets NAMESPACE rdb2nimbra:: DESTINATION ${package_folder})
+configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/rdb2nimbra-config.cmake.in
+  ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake INSTALL_DESTINATION ${package_folder})
+write_basic_package_version_file(${PROJECT_BINARY_DIR}/rdb2nimbra-config-version.cmake
+  COMPATIBILITY SameMajorVersion)
+install(FILES ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake ${PROJECT_BINARY_DIR}/rdb2nimbra-config-version.cmake
+  DESTINATION ${package_folder})

@@ -1,0 +1,18 @@
+// Loads a scan and prints its columns: load_scan FILE
+#include <iostream>
+
+#include "include/rdb2nimbra.h"
+
+int main(int, char** arguments) {
+  Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;
+  const std::string failure = Riegl::rdbx2Z4(arguments[1], *grid, 0, true, {});
+  for (const auto& chart : grid->representations()) {
+    for (const auto& [identity, field] : chart->fields()) {
+      for (const auto& piece : field->fragments()) {
+        std::cout << identity->name() << " begins with " << piece.array()->elementText(0) << '\n';
+      }
+    }
+  }
+  std::cerr << failure;
+  return failure.empty() ? 0 : 1;
+}

@@ -1,0 +1,17 @@
+# Runs the example of the README on a small scan, and on a file that is not there:
+#   cmake -DTOOL=<rdbtool> -DPROGRAM=<load_scan> -DFOLDER=<own folder> -P example.cmake
+cmake_minimum_required(VERSION 3.25)
+file(REMOVE_RECURSE ${FOLDER})
+file(MAKE_DIRECTORY ${FOLDER})
+execute_process(COMMAND ${TOOL} synth scan --records 1000 --seed 5 -o ${FOLDER}/scan.rdbx COMMAND_ERROR_IS_FATAL ANY)
+execute_process(COMMAND ${PROGRAM} ${FOLDER}/scan.rdbx OUTPUT_VARIABLE output COMMAND_ERROR_IS_FATAL ANY)
+foreach(column Positions GPSTime)
+  if(NOT output MATCHES "(^|\n)${column} begins with -?[0-9]")
+    message(FATAL_ERROR "The example printed no number for ${column}:\n${output}")
+  endif()
+endforeach()
+execute_process(COMMAND ${PROGRAM} ${FOLDER}/absent.rdbx RESULT_VARIABLE status ERROR_VARIABLE text OUTPUT_QUIET)
+if(NOT status EQUAL 1 OR text STREQUAL "")
+  message(FATAL_ERROR "Expected status 1 and a text for a file that is not there, found ${status} and \"${text}\"")
+endif()
+file(REMOVE_RECURSE ${FOLDER})

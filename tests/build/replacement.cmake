@@ -1,0 +1,70 @@
+# Builds the library on another platform altogether and looks at what came of it:
+#   cmake -DROOT=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DNINJA=.. -DREADELF=.. -P replacement.cmake
+cmake_minimum_required(VERSION 3.25)
+
+function(run what)
+  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
+  if(NOT status EQUAL 0)
+    message(FATAL_ERROR "${what} failed with ${status}:\n${output}")
+  endif()
+  set(output "${output}" PARENT_SCOPE)
+endfunction()
+
+set(common -G Ninja -DCMAKE_MAKE_PROGRAM=${NINJA} -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=Debug
+  -DCMAKE_CXX_FLAGS=-O0 -DCMAKE_CXX_FLAGS_DEBUG=)
+file(REMOVE_RECURSE ${FOLDER})
+run("Configuring the platform" ${CMAKE_COMMAND} -S ${ROOT}/tests/replacement -B ${FOLDER}/platform ${common}
+  -DROOT=${ROOT})
+run("Building the platform" ${CMAKE_COMMAND} --build ${FOLDER}/platform -j 2)
+
+set(choice -DCMAKE_PREFIX_PATH=${FOLDER}/platform
+  -DRDB2NIMBRA_CLIENT=replacement::client -DRDB2NIMBRA_CLIENT_HEADER=replacement/client.h
+  -DRDB2NIMBRA_MODEL=replacement::model
+  -DRDB2NIMBRA_TRANSFORMATION=replacement::transformation
+  -DRDB2NIMBRA_TRANSFORMATION_HEADER=replacement/transformation.h
+  -DRDB2NIMBRA_CALENDAR=replacement_calendar -DRDB2NIMBRA_CALENDAR_HEADER=replacement/calendar.h)
+
+# Programs that need the embedded platform are refused.
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${ROOT} -B ${FOLDER}/refused ${common} ${choice} -DRDB2NIMBRA_TOOLS=ON
+  RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE text)
+string(REGEX REPLACE "[ \n]+" " " text "${text}")
+if(status EQUAL 0 OR NOT text MATCHES "RDB2NIMBRA_TOOLS need the embedded platform")
+  message(FATAL_ERROR "The tools on another platform: expected a refusal, found status ${status} and \"${text}\"")
+endif()
+
+run("Configuring the library" ${CMAKE_COMMAND} -S ${ROOT} -B ${FOLDER}/library ${common} ${choice}
+  -DCMAKE_SHARED_LINKER_FLAGS=-Wl,--no-undefined -DRDB2NIMBRA_TOOLS=OFF -DRDB2NIMBRA_TESTS=OFF
+  -DRDB2NIMBRA_BENCHMARKS=OFF)
+run("Building the library" ${CMAKE_COMMAND} --build ${FOLDER}/library -j 2)
+
+file(GLOB built RELATIVE ${FOLDER}/library/bin ${FOLDER}/library/bin/*.so ${FOLDER}/library/bin/proj.db)
+if(NOT built STREQUAL "librdb2nimbra.so")
+  message(FATAL_ERROR "Expected the library alone and nothing embedded, found ${built}")
+endif()
+run("Looking at the library" ${CMAKE_COMMAND} -DREADELF=${READELF} -DLIBRARY=${FOLDER}/library/bin/librdb2nimbra.so
+  -DEXPECTED=libQt5Core.so.5,libreplacement_calendar.so,libreplacement_client.so,libreplacement_model.so,libreplacement_transformation.so
+  -P ${CMAKE_CURRENT_LIST_DIR}/needed-libraries.cmake)
+
+# No source was compiled with a header of the embedded parts.
+run("Reading the dependencies" ${NINJA} -C ${FOLDER}/library -t deps)
+# Paths may be absolute or relative.
+string(REGEX MATCHALL "[^ \n]*(platform/[a-z]+|storage/torvel)/[^\n]*\\.h" embedded "${output}")
+set(other ${embedded})
+list(FILTER other INCLUDE REGEX "platform/model/platform/nimbra/grid\\.h$")
+list(FILTER embedded EXCLUDE REGEX "platform/model/")
+list(REMOVE_DUPLICATES embedded)
+if(embedded OR NOT other)
+  message(FATAL_ERROR "Expected headers of the replaced platform only, found ${embedded}")
+endif()
+
+# What is installed leads to the replacements.
+run("Installing" ${CMAKE_COMMAND} --install ${FOLDER}/library --prefix ${FOLDER}/prefix)
+file(GLOB_RECURSE package ${FOLDER}/prefix/*/rdb2nimbra-config.cmake)
+file(READ ${package} text)
+if(NOT text MATCHES "replacement replacement_calendar|replacement;replacement_calendar")
+  message(FATAL_ERROR "The installed package does not look for the replacements:\n${text}")
+endif()
+if(EXISTS ${FOLDER}/prefix/include/rdb2nimbra/platform)
+  message(FATAL_ERROR "Headers of the embedded platform were installed beside a replaced one")
+endif()
+file(REMOVE_RECURSE ${FOLDER})

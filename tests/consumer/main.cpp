@@ -1,0 +1,17 @@
+// Loads a database and prints the names of its fields with their element counts: consumer FILE
+#include <iostream>
+
+#include "include/rdb2nimbra.h"
+
+int main(int argumentCount, char** arguments) {
+  Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;
+  const std::string failure = Riegl::rdbx2Z4(argumentCount > 1 ? arguments[1] : "", *grid, 0, false, {});
+  for (const auto& representation : grid->representations()) {
+    for (const auto& slot : representation->fields()) {
+      const auto array = slot.field->array("Fragment_0");
+      std::cout << slot.identity->name() << ' ' << (array ? array->elementCount() : 0) << '\n';
+    }
+  }
+  std::cerr << failure;
+  return failure.empty() ? 0 : 1;
+}

@@ -1,0 +1,13 @@
+// The header that a replaced transformation is known by.
+// Partner: tests/replacement/transformation.cpp
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "storage/quillon/physical_space.h"
+
+namespace Proj {
+std::string transform(const std::string& from, const std::string& to,
+                      std::vector<Quillon::PhysicalSpace::point>& points, bool reserved);
+} // namespace Proj
