@@ -1,0 +1,45 @@
+// Any bytes as a database file: every item and every column is read, or an Error says why not.
+#include <vector>
+
+#include "platform/rdb/rdb.h"
+#include "tests/fuzz/input_file.h"
+
+namespace {
+
+constexpr unsigned int recordsAtOnce = 16;
+
+void readEverything(const std::string& path) {
+  using namespace riegl::rdb;
+  Pointcloud database{Context()};
+  pointcloud::OpenSettings settings;
+  settings.threadCount = 1;
+  database.open(path, settings);
+  for (const std::string& name : database.metaData().list()) {
+    fuzz::require(database.metaData().exists(name), "an item that is listed exists");
+    database.metaData().get(name);
+  }
+  pointcloud::QuerySelect query = database.select();
+  std::vector<std::vector<double>> buffers;
+  for (const std::string& name : database.pointAttribute().list()) {
+    buffers.emplace_back(std::size_t{recordsAtOnce} * database.pointAttribute().get(name).length);
+    query.bind(name, pointcloud::DataType::FLOAT64, buffers.back().data());
+  }
+  // A file without columns may claim any number of records.
+  std::uint64_t records = 0;
+  for (unsigned int read = 1; read != 0 && records < 10000; records += read) {
+    read = query.next(recordsAtOnce);
+    fuzz::require(read <= recordsAtOnce, "no more records than asked for");
+  }
+  fuzz::require(records <= database.recordCount(), "no more records than the database has");
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
+  try {
+    readEverything(fuzz::inputFile(bytes, count));
+  } catch (const riegl::rdb::Error& error) {
+    fuzz::require(error.what()[0] != '\0', "an error says what happened");
+  }
+  return 0;
+}

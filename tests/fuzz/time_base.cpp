@@ -1,0 +1,18 @@
+// Any text as the item of the time base.
+#include <stdexcept>
+
+#include "tests/fuzz/fuzz_target.h"
+#include "timebase/date.h"
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
+  try {
+    const Riegl::TimeBaseDate date = Riegl::parseDate(fuzz::silentText(bytes, count));
+    const bool refused = date.day == -1 && date.month == -1 && date.year == -1;
+    fuzz::require(!refused || !date.isUTC, "a text that is refused tells no time system");
+  } catch (const std::invalid_argument& error) {
+    fuzz::require(std::string(error.what()) == "stoi", "only a number can raise");
+  } catch (const std::out_of_range& error) {
+    fuzz::require(std::string(error.what()) == "stoi", "only a number can raise");
+  }
+  return 0;
+}
