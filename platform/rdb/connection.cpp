@@ -5,9 +5,11 @@
 #include "platform/rdb/file_format.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstring>
 #include <iomanip>
+#include <new>
 #include <sstream>
 #include <sys/stat.h>
 #include <system_error>
@@ -16,6 +18,7 @@ namespace riegl::rdb::embedded {
 namespace {
 
 constexpr const char* cannotOpen = "cannot open the database";
+constexpr const char* cannotRead = "cannot read the database";
 constexpr const char* otherFormat = "the file is not a database of this kind";
 
 std::string systemText(int number) {
@@ -58,6 +61,35 @@ std::string plainPath(const std::string& path) {
   return path.front() == '/' ? path : "./" + path;
 }
 
+// For a file that nobody writes to: SQLite neither locks it nor makes files beside it.
+std::string immutableAddress(const std::string& path) {
+  std::ostringstream address;
+  address << "file:" << std::hex << std::uppercase << std::setfill('0');
+  for (const char character : path) {
+    if (std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '/') {
+      address << character;
+    } else {
+      address << '%' << std::setw(2) << int{static_cast<unsigned char>(character)};
+    }
+  }
+  address << "?immutable=1";
+  return address.str();
+}
+
+// SQLite opens what stands beside a database under these names, and would wait for ever at a named pipe.
+bool holdsChanges(const char* neighbour) {
+  struct stat status {};
+  if (stat(neighbour, &status) != 0) {
+    return false;
+  }
+  if (!S_ISREG(status.st_mode)) {
+    throw Error(ErrorKind::cannotOpen, cannotOpen,
+                std::string(neighbour) + ": expected a regular file or none, found " +
+                    kindOf(status.st_mode));
+  }
+  return status.st_size != 0;
+}
+
 } // namespace
 
 FileIdentity requireRegularFile(const std::string& path) {
@@ -83,17 +115,30 @@ FileIdentity requireRegularFile(const std::string& path) {
 
 Connection::Connection(const std::string& path) : filePath(path), file(requireRegularFile(path)) {
   mostSteps = 10'000'000 + file.bytes;
-  openFile();
+  openFile(plainPath(filePath), 0);
+  lookBeside();
   checkHeader();
   harden();
   checkSchema();
 }
 
-void Connection::openFile() {
+// A file in the mode for concurrent writers is opened like any other while its log holds changes; without a
+// log, a reader would make one and leave it behind.
+void Connection::lookBeside() {
+  const char* const name = sqlite3_db_filename(handle(), "main");
+  const std::string resolved = name;
+  const bool hasLog = holdsChanges(sqlite3_filename_wal(name));
+  holdsChanges(sqlite3_filename_journal(name));
+  if (const auto header = readHeader(); header[19] == 2 && !hasLog) {
+    openFile(immutableAddress(resolved), SQLITE_OPEN_URI);
+  }
+}
+
+void Connection::openFile(const std::string& name, int flags) {
   sqlite3* opened = nullptr;
   const int status =
-      sqlite3_open_v2(plainPath(filePath).c_str(), &opened,
-                      SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE, nullptr);
+      sqlite3_open_v2(name.c_str(), &opened,
+                      flags | SQLITE_OPEN_READONLY | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE, nullptr);
   database.reset(opened);
   if (status != SQLITE_OK) {
     const int reason = opened == nullptr ? 0 : sqlite3_system_errno(opened);
@@ -208,6 +253,20 @@ void Connection::checkSchema() {
         throw failure(object, status);
       }
     }
+    refuseMadeUpValues(wanted.table, object);
+  }
+}
+
+// What isn't stored has no bound that the file's size would give: a generated value, or a long default in every
+// row that leaves it out.
+void Connection::refuseMadeUpValues(const char* table, const std::string& object) {
+  Statement made(
+      *this, "SELECT name FROM pragma_table_xinfo(?1) WHERE hidden <> 0 OR length(dflt_value) > 16", object);
+  made.bind(1, std::string(table));
+  if (made.step()) {
+    throw Error(ErrorKind::wrongFormat, otherFormat,
+                object + ": expected stored values, found a rule that makes them in column \"" +
+                    made.text(0) + "\"");
   }
 }
 
@@ -218,10 +277,25 @@ int Connection::countSteps(void* self) {
 }
 
 Error Connection::failure(const std::string& object, int status) const {
-  const bool looped = (status & 0xff) == SQLITE_INTERRUPT;
-  return {ErrorKind::damaged, "cannot read the database",
-          object + ": expected sound content, found: " +
-              (looped ? std::string("more entries than the file can hold") : sqlite3_errstr(status))};
+  switch (status & 0xff) {
+  case SQLITE_NOMEM:
+    throw std::bad_alloc();
+  case SQLITE_BUSY:
+    return {ErrorKind::cannotOpen, cannotOpen,
+            filePath + ": expected a file that nobody is changing, found it locked; try again when the other "
+                       "program is done"};
+  case SQLITE_READONLY:
+    return {ErrorKind::cannotOpen, cannotOpen,
+            filePath +
+                ": expected a finished file, found a journal of a change that was broken off beside it; "
+                "a program that may write to the file can undo it"};
+  case SQLITE_INTERRUPT:
+    return {ErrorKind::damaged, cannotRead,
+            object + ": expected sound content, found: more entries than the file can hold"};
+  default:
+    return {ErrorKind::damaged, cannotRead,
+            object + ": expected sound content, found: " + sqlite3_errstr(status)};
+  }
 }
 
 Statement::Statement(Connection& owner, const char* sql, std::string object)
@@ -265,6 +339,9 @@ void Statement::reset() {
 std::string Statement::text(int column) const {
   const auto* const characters = reinterpret_cast<const char*>(sqlite3_column_text(statement.get(), column));
   const int bytes = sqlite3_column_bytes(statement.get(), column);
+  if (characters == nullptr && type(column) == SQLITE_TEXT) {
+    throw std::bad_alloc(); // a text that is there has characters, be it none
+  }
   return characters == nullptr ? std::string() : std::string(characters, static_cast<std::size_t>(bytes));
 }
 

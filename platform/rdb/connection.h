@@ -37,7 +37,7 @@ class Connection {
   const FileIdentity& identity() const { return file; }
   /// Starts the count of steps anew that keeps a statement on a damaged file from running for ever.
   void beginStatement() { steps = 0; }
-  /// The Error for a failed call of SQLite while `object` was read.
+  /// The Error for a failed call of SQLite while `object` was read. \errors std::bad_alloc if memory has run out
   Error failure(const std::string& object, int status) const;
 
  private:
@@ -45,11 +45,13 @@ class Connection {
     void operator()(sqlite3* handle) const { sqlite3_close_v2(handle); }
   };
   static int countSteps(void* self);
-  void openFile();
+  void openFile(const std::string& name, int flags);
+  void lookBeside();
   std::array<unsigned char, 100> readHeader() const;
   void checkHeader() const;
   void harden();
   void checkSchema();
+  void refuseMadeUpValues(const char* table, const std::string& object);
 
   std::string filePath;
   FileIdentity file;

@@ -63,6 +63,12 @@ std::string requireText(const Statement& row, int column, const std::string& obj
   return row.text(column);
 }
 
+// Damaged rows may share the pages that hold a text, so that all together claim more than the file has.
+std::uint64_t textBytesOf(const pointcloud::PointAttribute& attribute) {
+  return attribute.name.size() + attribute.unit.size() + attribute.title.size() +
+         attribute.description.size();
+}
+
 // Those that this thread may run on; the machine's where the system doesn't tell.
 unsigned int usableProcessors() {
 #ifdef CPU_COUNT
@@ -119,13 +125,18 @@ void Database::readAttributes() {
   const std::string object = "table \"attribute\" of " + path();
   Statement row(readers.front()->connection(),
                 "SELECT id, name, type, length, scale, \"offset\", unit, title, description FROM attribute "
-                "ORDER BY id",
+                "NOT INDEXED", // in the order of the table: sorting would hold every text in memory
                 object);
+  const std::uint64_t mostTextBytes = readers.front()->connection().identity().bytes;
+  std::uint64_t textBytes = 0;
   while (row.step()) {
     if (row.type(0) != SQLITE_INTEGER || (!catalogue.empty() && row.integer(0) <= catalogue.back().id)) {
       wrong(object, "ids that rise from row to row", shown(row, 0));
     }
     Column column = columnFrom(row);
+    if (textBytes += textBytesOf(column.attribute); textBytes > mostTextBytes) {
+      wrong(object, "at most as much text as the file has bytes, " + std::to_string(mostTextBytes), "more");
+    }
     if (!indexByName.emplace(column.attribute.name, catalogue.size()).second) {
       wrong(object, "every name once", "\"" + column.attribute.name + "\" twice");
     }
@@ -182,8 +193,10 @@ void Database::checkExtent() const {
 void Database::readBlockIndex(Column& column) {
   const std::string object = "column \"" + column.attribute.name + "\" of " + path();
   const std::uint64_t expected = division.blockCount();
-  Statement row(readers.front()->connection(),
-                "SELECT number, rowid FROM block WHERE attribute = ?1 ORDER BY number", object);
+  Statement row(
+      readers.front()->connection(),
+      "SELECT number, rowid FROM block WHERE attribute = ?1 AND typeof(number) = 'integer' ORDER BY number",
+      object);
   row.bind(1, column.id);
   while (row.step()) {
     const std::uint64_t number = column.blockRowIds.size();

@@ -105,6 +105,16 @@ INSTANTIATE_TEST_SUITE_P(Transformation, GarbagePoint,
                            return name;
                          });
 
+TEST_P(GarbagePoint, PrintsNothing) {
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  Points points{Point(GetParam().x, GetParam().y, GetParam().z), Point(16, 48, 300)};
+  for (const char* code : {"epsg:32633", "epsg:31468", "epsg:999999", ""}) {
+    Proj::transform(degrees, code, points, false);
+  }
+  EXPECT_EQ(testing::internal::GetCapturedStderr() + testing::internal::GetCapturedStdout(), "");
+}
+
 TEST_F(Transformation, TakesDenormalNumbersAsZero) {
   const double tiny = std::numeric_limits<double>::denorm_min();
   expectNear(inSystem("epsg:4978", {Point(tiny, tiny, tiny)})[0], 6378137, 0, 0, 1e-6);

@@ -149,6 +149,67 @@ TEST_F(Mutated, ChangedFileHeadIsAnErrorOrHarmless) {
   EXPECT_GT(errors, 50);
 }
 
+/// Attributes whose descriptions of 200,000 bytes lie in the same pages: the cell of each is changed to lead to
+/// the pages of the first one.
+class SharedText : public Mutated {
+ protected:
+  void SetUp() override {
+    Mutated::SetUp();
+    execute(path,
+            "UPDATE database SET records = 0; DELETE FROM block; DELETE FROM attribute; VACUUM;"
+            "INSERT INTO attribute (name, type, description) VALUES ('shared00', 'int8', hex(zeroblob(" +
+                std::to_string(longText / 2) + ")))");
+    for (int i = 1; i <= 40; ++i) {
+      execute(path, "INSERT INTO attribute (name, type, description) VALUES ('" + nameOf(i) +
+                        "', 'int8', hex(zeroblob(" + std::to_string(shortText / 2) + ")))");
+    }
+    sound = bytesOf(path);
+  }
+  static std::string nameOf(int i) { return "shared" + std::to_string(i / 10) + std::to_string(i % 10); }
+  /// Behind the cell's size and row: eleven bytes of types, then the name.
+  std::size_t nameAt(int i) const {
+    const std::string name = nameOf(i) + "int8";
+    const auto found = std::search(sound.begin(), sound.end(), name.begin(), name.end());
+    return static_cast<std::size_t>(found - sound.begin());
+  }
+  /// SQLite's number of three bytes, seven bits each.
+  static void putNumber(std::vector<char>& bytes, std::size_t at, std::size_t number) {
+    bytes[at] = static_cast<char>((number >> 14) | 0x80);
+    bytes[at + 1] = static_cast<char>(((number >> 7) & 0x7f) | 0x80);
+    bytes[at + 2] = static_cast<char>(number & 0x7f);
+  }
+  std::vector<char> shared() const {
+    std::vector<char> bytes = sound;
+    for (int i = 1; i <= 40; ++i) {
+      putNumber(bytes, nameAt(i) - headBytes - 4, payload(longText));
+      putNumber(bytes, nameAt(i) - 3, 2 * longText + 13);
+      std::copy_n(sound.begin() + static_cast<std::ptrdiff_t>(pointerAt(0)), 4,
+                  bytes.begin() + static_cast<std::ptrdiff_t>(pointerAt(i)));
+    }
+    return bytes;
+  }
+  std::size_t pointerAt(int i) const { return nameAt(i) - headBytes + localBytes; }
+
+  static std::size_t payload(std::size_t text) { return headBytes + bodyBytes + text; }
+  static constexpr std::size_t longText = 20'000 + 508 * 354; // the same rest in the last page
+  static constexpr std::size_t shortText = 20'000;
+  static constexpr std::size_t headBytes = 12; // its own size, ten types, the last of three bytes
+  static constexpr std::size_t bodyBytes = 12; // the name and the type
+  static constexpr std::size_t localBytes = 39 + (headBytes + bodyBytes + shortText - 39) % 508;
+};
+
+TEST_F(SharedText, IsReadAsOftenAsTheFileCouldHoldIt) {
+  writeBytes(path, shared());
+  mostBytesInUse = bytesInUse.load();
+  const std::size_t before = bytesInUse;
+  EXPECT_EQ(
+      errorOf(directory, [this] { open(path); }),
+      "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected at most as much "
+      "text as the file has bytes, " +
+          std::to_string(sound.size()) + ", found more)");
+  EXPECT_LT(mostBytesInUse - before, 3 * sound.size());
+}
+
 TEST_F(Mutated, MemoryOfTheClientIsCounted) {
   const std::size_t before = bytesInUse;
   const auto database = open(path);

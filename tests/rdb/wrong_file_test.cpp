@@ -173,6 +173,41 @@ const Case cases[] = {
      "attributes, found 10 records)"},
     {"ItemAsBlob", "UPDATE metadata SET value = x'00'",
      "the database is damaged (item \"riegl.time_base\" of scan.rdbx: expected a text, found a blob)"},
+    {"ChecksumOf33Bits", "UPDATE block SET checksum = 4294967296 WHERE attribute = 2 AND number = 1",
+     "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected a checksum of 32 bits, "
+     "found 4294967296)"},
+    {"BlockNumberAsText", "UPDATE block SET number = 'two' WHERE attribute = 2 AND number = 2",
+     "the catalogue of the database is wrong (column \"riegl.class\" of scan.rdbx: expected 3 blocks, found "
+     "2)"},
+    {"GeneratedNumbers",
+     "ALTER TABLE database ADD COLUMN more INTEGER AS (length(hex(zeroblob(records * 100000))))",
+     "the file is not a database of this kind (table \"database\" of scan.rdbx: expected stored values, "
+     "found "
+     "a rule that makes them in column \"more\")"},
+    {"GeneratedText",
+     "ALTER TABLE attribute DROP COLUMN title; ALTER TABLE attribute ADD COLUMN title TEXT AS "
+     "(printf('%.*c', "
+     "900000, 'x'))",
+     "the file is not a database of this kind (table \"attribute\" of scan.rdbx: expected stored values, "
+     "found a rule that makes them in column \"title\")"},
+    {"LongDefault",
+     "ALTER TABLE attribute DROP COLUMN title; ALTER TABLE attribute ADD COLUMN title TEXT DEFAULT "
+     "'0123456789abcdef0123456789abcdef'",
+     "the file is not a database of this kind (table \"attribute\" of scan.rdbx: expected stored values, "
+     "found a rule that makes them in column \"title\")"},
+    {"ViewUnderATablesEntry",
+     "PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = 'CREATE VIEW database AS WITH RECURSIVE r "
+     "AS "
+     "(SELECT 1 AS records UNION ALL SELECT records FROM r) SELECT records, 4 AS block_rows FROM r' WHERE "
+     "name "
+     "= 'database'",
+     "cannot read the database (scan.rdbx: expected sound content, found: database disk image is malformed)"},
+    {"VirtualTableUnderATablesEntry",
+     "PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = 'CREATE VIRTUAL TABLE database USING "
+     "fts5(records, block_rows)' WHERE name = 'database'",
+     "the file is not a database of this kind (table \"database\" of scan.rdbx: expected a column "
+     "\"records\", "
+     "found none)"},
     {"BlockTableWithoutRowIds",
      "DROP TABLE block; CREATE TABLE block (attribute INTEGER, number INTEGER, checksum INTEGER, data BLOB, "
      "PRIMARY "

@@ -1,5 +1,6 @@
 // Pins every call of a load to the client, the transformation and the calendar, in order and with arguments.
 #include "tests/trajectory/scripted_load.h"
+#include "trajectory/trajectory_columns.h"
 
 namespace {
 
@@ -161,6 +162,72 @@ TEST_F(ScriptedLoad, KeepsTheBlocksBeforeAFailedTransformation) {
   for (const std::string& name : support::fieldNames(grid)) {
     EXPECT_EQ(support::fragmentNames(support::field(grid, name)), Calls{"flight_Fragment_0"}) << name;
   }
+}
+
+TEST_F(ScriptedLoad, GoesOnWhenAnAttributeIsGoneAfterTheFirstBlock) {
+  script.blocks = {3};
+  callback = [this](const auto&, const std::string& name, const bool&) {
+    if (name == "PofPathLength") {
+      script.columns.erase("riegl.pof_pitch");
+    }
+  };
+  EXPECT_EQ(load(), "");
+  EXPECT_EQ(script.callsThatBegin("exists").size(), 8u + 3u); // asked again, up to the one that is gone
+  EXPECT_EQ(script.callsThatBegin("next").size(), 2u);
+}
+
+TEST_F(ScriptedLoad, CallsAFreshCopyOfTheCallbackForEveryBlock) {
+  std::vector<int> seen;
+  callback = [&seen, calls = 0](const auto&, const std::string&, const bool&) mutable {
+    seen.push_back(++calls);
+  };
+  script.blocks = {3, 3};
+  EXPECT_EQ(load(), "");
+  EXPECT_EQ(seen, (std::vector<int>{1, 2, 3, 4, 5, 6, 1, 2, 3, 4, 5, 6}));
+}
+
+TEST_F(ScriptedLoad, NamesFragmentsOfAFileWithoutAStemByTheirNumber) {
+  path = "/data/";
+  script.blocks = {3, 3};
+  EXPECT_EQ(load(), "");
+  EXPECT_EQ(support::fragmentNames(support::field(grid, "Yaw")), (Calls{"_Fragment_0", "_Fragment_1"}));
+}
+
+TEST_F(ScriptedLoad, ReplacesTheLeapSecondFlagWithEveryBlock) {
+  std::vector<const void*> flags;
+  callback = [&](const auto&, const std::string& name, const bool&) {
+    if (name == "Roll") { // right behind the publication of the time column
+      const auto& attributes = support::field(grid, "GPSTime")->attributes();
+      flags.push_back(&*attributes.getAttribute("LeapSecondsAdded?"));
+    }
+  };
+  script.blocks = {3, 3};
+  EXPECT_EQ(load(), "");
+  ASSERT_EQ(flags.size(), 2u);
+  EXPECT_NE(flags[0], flags[1]);
+}
+
+TEST_F(ScriptedLoad, GivesTheTimeColumnANewAgeWithEveryBlock) {
+  std::vector<std::uint64_t> ages;
+  callback = [&](const auto&, const std::string& name, const bool&) {
+    if (name == "Roll") {
+      ages.push_back(support::field(grid, "GPSTime")->lastChange());
+    }
+  };
+  script.blocks = {3, 3};
+  EXPECT_EQ(load(), "");
+  EXPECT_THAT(ages, testing::ElementsAre(testing::Gt(0u), testing::Gt(ages.at(0))));
+}
+
+TEST(Columns, WithoutABufferArePassedOver) {
+  Nimbra::Grid grid;
+  const Nimbra::Field::Pointer time = grid["GPSTime"];
+  const auto fragment = time->makeFragmentID("block");
+  Riegl::TrajectoryColumns columns;
+  Riegl::publishColumns(columns, fragment, 3, true, [](const auto&, const std::string& name, const bool&) {
+    ADD_FAILURE() << "called back for " << name;
+  });
+  EXPECT_TRUE(support::fragmentNames(time).empty());
 }
 
 TEST_F(ScriptedLoad, SetsTheFolderOfTheProjectionData) {

@@ -34,12 +34,7 @@ class ScriptedLoad : public testing::Test {
 
   std::string load() {
     script.calls.clear();
-    return Riegl::pofx2nimbra(
-        "/data/flight.pofx", grid, 32633,
-        [this](const auto&, const std::string& name, const bool&) {
-          script.calls.push_back("callback(" + name + ")");
-        },
-        leverArm, nullptr);
+    return Riegl::pofx2nimbra(path, grid, 32633, callback, leverArm, nullptr);
   }
 
   static void append(Calls& calls, const Calls& more) { calls.insert(calls.end(), more.begin(), more.end()); }
@@ -47,7 +42,11 @@ class ScriptedLoad : public testing::Test {
   scripted::Script& script;
   support::ConsoleLines console;
   Nimbra::Grid grid;
+  std::string path = "/data/flight.pofx";
   std::string leverArm;
+  Riegl::ChunkCallback callback = [this](const auto&, const std::string& name, const bool&) {
+    script.calls.push_back("callback(" + name + ")");
+  };
 };
 
 } // namespace flight
