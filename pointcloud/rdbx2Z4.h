@@ -12,10 +12,9 @@ namespace Riegl {
 /// Loads a point-cloud database (`.rdbx`, or `.sodx` with the waveform attributes) onto a grid: every column
 /// becomes a field, every block of 5000000 records a fragment that all fields share.
 ///
-/// \param path               of the database, UTF-8; exactly the extension ".sodx" adds the waveform
-/// attributes \param grid               receives representations, fields and fragments; it is never cleared,
-/// and what a failed
-///                           load has put there stays. The caller must not use it meanwhile.
+/// \param path               of the database, UTF-8; exactly the extension ".sodx" adds the waveform attributes
+/// \param grid               receives representations, fields and fragments; it is never cleared, and what a
+///                           failed load has put there stays. The caller must not use it meanwhile.
 /// \param reserved           read nowhere
 /// \param loadAllAttributes  also loads the thirteen columns that are left out otherwise
 /// \param progress           read nowhere

@@ -24,8 +24,7 @@ using RdbxSlot =
                  BufferReference<unsigned short>, BufferReference<int>, BufferReference<unsigned int>,
                  BufferReference<unsigned long long>, BufferReference<unsigned char>>;
 
-/// The record of columns of a load. All slots start empty; a slot that was filled once is filled for every
-/// block.
+/// The record of columns of a load. All slots start empty; one that was filled once is filled for every block.
 struct RdbxColumns {
   std::array<RdbxSlot, rdbxRowCount> slots;
 

@@ -6,8 +6,7 @@
 // - "riegl.target_count" feeds two fields; the client writes to the buffer that was bound last.
 // - "riegl.xyz" and "riegl.pof_xyz" go to one field, the later one stays.
 // - The intersections of hydrography have three values a record in a column of one; the buffer has room for
-// them
-//   and the field keeps the first ones.
+//   them, and the field keeps the first ones.
 #include "pointcloud/rdbx_rows.h"
 
 #include "rdb/names.h"

@@ -27,8 +27,8 @@ std::string asText(Number value) {
 /// Whole days of a stamp, rounded down; a stamp too far out for an int, or no number, gives the lowest one.
 int wholeDays(double seconds) {
   const double days = seconds * inverseDayLength;
-  constexpr double bound = std::numeric_limits<int>::max();
-  if (!(days > -bound && days < bound)) {
+  constexpr double lowest = std::numeric_limits<int>::min();
+  if (!(days >= lowest && days < -lowest)) {
     return std::numeric_limits<int>::min();
   }
   const int truncated = static_cast<int>(days);

@@ -100,6 +100,37 @@ TEST_F(ColumnBuffer, FlagsAUtcTimeColumnWithZeroAndReplacesTheFlagWithEveryBlock
   EXPECT_EQ(support::attributeValues<unsigned char>(attributes, "LeapSecondsAdded?").at(0), 0);
 }
 
+TEST_F(ColumnBuffer, WritesTheFlagAnewWithEveryBlock) {
+  buffer<double>("GPSTime", 2)->publishBlock(fragment("Fragment_0"), 2, utc, nullptr);
+  const auto first = field(grid, "GPSTime")->attributes().getAttribute("LeapSecondsAdded?");
+  const auto age = field(grid, "GPSTime")->lastChange();
+  buffer<double>("GPSTime", 2)->publishBlock(fragment("Fragment_1"), 2, utc, nullptr);
+  EXPECT_NE(field(grid, "GPSTime")->attributes().getAttribute("LeapSecondsAdded?").get(), first.get());
+  EXPECT_EQ(field(grid, "GPSTime")->lastChange(), age + 1);
+}
+
+TEST_F(ColumnBuffer, OfAnyNameIsShownToTheCallback) {
+  const auto column = buffer<float>("Amplitude", 2);
+  std::vector<std::string> seen;
+  column->publishBlock(fragment("Fragment_0"), 2, utc,
+                       [&seen](const auto& chunk, const std::string& name, const bool& isUTC) {
+                         EXPECT_TRUE(isUTC);
+                         static_cast<float*>(chunk->data())[0] = 8;
+                         seen.push_back(name);
+                       });
+  EXPECT_EQ(seen, std::vector<std::string>{"Amplitude"});
+  EXPECT_EQ(support::values<float>(field(grid, "Amplitude"), "Fragment_0"), (std::vector<float>{8, 0}));
+}
+
+TEST_F(ColumnBuffer, IsAsLongOnTheGridAsTheCallbackLeavesIt) {
+  using Values = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
+  const auto column = buffer<double>("Column", 5);
+  column->publishBlock(fragment("Fragment_0"), 4, utc, [](const auto& chunk, const auto&, const auto&) {
+    Values(chunk)->values().resize(2);
+  });
+  EXPECT_EQ(field(grid, "Column")->array("Fragment_0")->elementCount(), 2U);
+}
+
 TEST_F(ColumnBuffer, OfAnyOtherNameHasNoFlag) {
   for (const char* name : {"ShotTimeStamp", "Timestamp_pof", "GPSTime2"}) {
     buffer<double>(name, 2)->publishBlock(fragment("Fragment_0"), 2, gps, nullptr);
@@ -146,6 +177,15 @@ TEST_F(ColumnBuffer, SetsSingleValuesOfThreeKindsAndANewAge) {
   EXPECT_EQ(support::attributeValues<float>(attributes, "narrow"), std::vector<float>{2.5F});
   EXPECT_EQ(support::attributeValues<std::string>(attributes, "text"), std::vector<std::string>{"three"});
   EXPECT_EQ(field(grid, "Positions")->lastChange(), Torvel::Ageable::GlobalTime.load());
+}
+
+TEST_F(ColumnBuffer, TakesOneStepOfTheClockForEachValueItSets) {
+  const auto column = buffer<double>("Column", 1);
+  const std::uint64_t before = Torvel::Ageable::GlobalTime;
+  for (std::uint64_t step = 1; step <= 3; ++step) {
+    column->setAttribute("number", 1.5);
+    EXPECT_EQ(field(grid, "Column")->lastChange(), before + step);
+  }
 }
 
 TEST_F(ColumnBuffer, BeyondAnyMemoryRaisesTheVectorsException) {

@@ -1,6 +1,8 @@
 // The order of client calls and of side effects on the grid in a point-cloud load.
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "pointcloud/rdbx2Z4.h"
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
@@ -109,6 +111,72 @@ TEST(PointCloudLoad, SecondOneIntoTheSameGridStartsAgainAtFragmentZero) {
   }
   EXPECT_EQ(support::fragmentNames(field(grid, "Amplitude")), Texts{"Fragment_0"});
   EXPECT_EQ(field(grid, "Amplitude")->array("Fragment_0")->elementCount(), 2U);
+}
+
+TEST(PointCloudLoad, SecondOneIntoTheSameGridMeetsTheFieldsOfTheFirst) {
+  Nimbra::Grid grid;
+  const Nimbra::Field* amplitude = nullptr;
+  for (const std::vector<unsigned int>& blocks : {std::vector<unsigned int>{3, 3}, {2}}) {
+    scripted::Script& script = scripted::newScript();
+    script.columns["riegl.amplitude"] = nullptr;
+    script.blocks = blocks;
+    ASSERT_EQ(load(grid), "");
+    EXPECT_TRUE(amplitude == nullptr || amplitude == field(grid, "Amplitude").get());
+    amplitude = field(grid, "Amplitude").get();
+  }
+  EXPECT_EQ(support::fragmentNames(field(grid, "Amplitude")), (Texts{"Fragment_0", "Fragment_1"}));
+  EXPECT_EQ(support::representationNames(grid), (Texts{scanner, chart}));
+  EXPECT_EQ(field(grid, "Positions")->fragmentIDCollection().get(),
+            field(grid, "Positions", scanner)->fragmentIDCollection().get());
+}
+
+TEST(PointCloudLoad, LeavesWhatTheGridHeldBefore) {
+  scripted::newScript();
+  Nimbra::Grid grid;
+  Nimbra::Representation& own = grid.makeCartesianRepresentation(3, "Own", 0);
+  const Nimbra::Field::Pointer marks = own.makeField(own.makeFieldID("Marks"), nullptr, nullptr);
+  ASSERT_EQ(load(grid), "");
+  EXPECT_EQ(support::representationNames(grid), (Texts{"Own", scanner, chart}));
+  EXPECT_EQ(field(grid, "Marks", "Own").get(), marks.get());
+}
+
+TEST(PointCloudLoad, CountsItsFragmentsInPlainDecimal) {
+  scripted::newScript().blocks.assign(11, 1);
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  const Texts names = support::fragmentNames(field(grid, "Positions"));
+  ASSERT_EQ(names.size(), 11U);
+  EXPECT_EQ(names[9], "Fragment_9");
+  EXPECT_EQ(names[10], "Fragment_10");
+}
+
+TEST(PointCloudLoad, ReleasesItsBuffersAheadOfTheQuery) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.amplitude"] = nullptr;
+  std::map<std::string, std::int64_t> bytesAtTheEndOf;
+  script.atEnd = [&bytesAtTheEndOf](const std::string& object) {
+    bytesAtTheEndOf[object] = Torvel::ChunkBase::TotalMemsize;
+  };
+  const std::int64_t bytesBefore = Torvel::ChunkBase::TotalMemsize;
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  EXPECT_EQ(bytesAtTheEndOf.at("QuerySelect"), bytesBefore);
+}
+
+TEST(ShotLoad, ReadsItsWaveformMetadataBehindTheLastRowAndAheadOfTheFirstRead) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.pof_path_length"] = nullptr;
+  script.blocks = {2};
+  Nimbra::Grid grid;
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(load(grid, "shots.sodx"), "Error: Key not found");
+  testing::internal::GetCapturedStderr();
+  const auto placeOf = [&script](const std::string& call) {
+    return std::find(script.calls.begin(), script.calls.end(), call) - script.calls.begin();
+  };
+  EXPECT_EQ(placeOf("metaData() const"), placeOf("bind(riegl.pof_path_length,10,0)") + 1);
+  EXPECT_TRUE(script.callsThatBegin("next(").empty());
+  EXPECT_TRUE(field(grid, "PathLength_pof"));
 }
 
 TEST(PointCloudLoad, OfTwoTimeColumnsEndsAfterTheFirstReadWithoutData) {

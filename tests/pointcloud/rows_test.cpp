@@ -1,6 +1,8 @@
 // Every column of the import, one by one, through the scripted client.
 #include <gtest/gtest.h>
 
+#include <numeric>
+
 #include "pointcloud/rdbx2Z4.h"
 #include "tests/pointcloud/expected_rows.h"
 #include "tests/scripted/script.h"
@@ -161,21 +163,37 @@ TEST(Rows, OfTheReturnCountFillTheBufferThatWasBoundLast) {
   EXPECT_EQ(support::values<unsigned char>(field(grid, "TargetCount"), "Fragment_0"), (Bytes{7, 7}));
 }
 
-TEST(Rows, OfHydrographyTakeThreeValuesARecordAndKeepTheFirstOnes) {
+class Hydrography : public testing::TestWithParam<std::pair<const char*, const char*>> {};
+
+TEST_P(Hydrography, TakesThreeValuesARecordAndKeepsTheFirstOnes) {
   scripted::Script& script = scripted::newScript();
-  script.columns["riegl.hydro_intersection_point"] = [](void* buffer, unsigned int count, std::uint64_t) {
-    auto* const values = static_cast<double*>(buffer);
-    for (unsigned int i = 0; i < 3 * count; ++i) {
-      values[i] = i;
-    }
+  script.columns[GetParam().first] = [](void* buffer, unsigned int count, std::uint64_t) {
+    std::iota(static_cast<double*>(buffer), static_cast<double*>(buffer) + 3 * count, 0.0);
   };
   script.blocks = {5000000};
   Nimbra::Grid grid;
   ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
-  const auto kept = support::chunkOf<double>(field(grid, "HydroIntersectionPoint"), "Fragment_0");
+  const auto kept = support::chunkOf<double>(field(grid, GetParam().second), "Fragment_0");
   ASSERT_EQ(kept->size(), 5000000U);
+  EXPECT_GE(kept->values().capacity(), 15000000U);
   EXPECT_EQ(kept->values()[4], 4.0);
   EXPECT_EQ(kept->values().back(), 4999999.0);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfPointAndNormal, Hydrography,
+    testing::Values(std::pair("riegl.hydro_intersection_point", "HydroIntersectionPoint"),
+                    std::pair("riegl.hydro_intersection_normal", "HydroIntersectionNormal")));
+
+TEST(Rows, OfTheRawRangeFillTheBufferThatIsPublished) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.raw_range"] = [](void* buffer, unsigned int count, std::uint64_t) {
+    std::fill_n(static_cast<double*>(buffer), count, 7.5);
+  };
+  script.blocks = {2};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  EXPECT_EQ(support::values<double>(field(grid, "RawRange"), "Fragment_0"), (std::vector<double>{7.5, 7.5}));
 }
 
 TEST(Rows, OfBothCoordinateSystemsLeaveThePlatformsArrayLast) {

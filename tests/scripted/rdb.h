@@ -37,6 +37,9 @@ class Lifetime {
   ~Lifetime() {
     --scripted::script().liveObjects;
     scripted::script().calls.push_back("~" + name);
+    if (scripted::script().atEnd) {
+      scripted::script().atEnd(name);
+    }
   }
 
  private:

@@ -29,6 +29,7 @@ struct Script {
   std::vector<std::string> calls; ///< every operation with its arguments, destructors as "~Name"
   int raisingCalls = 0;           ///< operations so far that could raise
   int liveObjects = 0;            ///< client objects that are not destroyed yet
+  std::function<void(const std::string& object)> atEnd; ///< called when an object is destroyed; may be empty
 
   /// Records an operation that can fail, and fails it where the script says so.
   void enter(const std::string& call);

@@ -1,6 +1,8 @@
 // The date of a time base: every form, every line on the console.
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 #include "tests/support/console_lines.h"
 #include "timebase/date.h"
 
@@ -52,12 +54,15 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Unknown", epoch("2015-10-27", R"(,"system":"unknown")"), false, 27, 10, 2015, silent},
         Case{"LowerCaseUtc", epoch("2015-10-27", R"(,"system":"utc")"), false, 27, 10, 2015, silent},
         Case{"UtcWithBlank", epoch("2015-10-27", R"(,"system":"UTC ")"), false, 27, 10, 2015, silent},
+        Case{"UtcWithNul", epoch("2015-10-27", R"(,"system":"UTC\u0000")"), false, 27, 10, 2015, silent},
         Case{"SystemIsANumber", epoch("2015-10-27", R"(,"system":1)"), false, 27, 10, 2015, silent},
         Case{"SystemIsNull", epoch("2015-10-27", R"(,"system":null)"), false, 27, 10, 2015, silent},
         Case{"NoSystem", epoch("2015-10-27", ""), true, 27, 10, 2015, noSystem},
         Case{"TestDate", epoch("2019-02-08T00:00:00+00:00"), true, 9, 2, 2019, testDate},
         Case{"TestDateNoSystem", epoch("2019-02-08T00:00:00+00:00", ""), true, 9, 2, 2019, testDateNoSystem},
         Case{"DayAfterTestDate", epoch("2019-02-09T00:00:00+00:00"), true, 9, 2, 2019, silent},
+        Case{"TestDateOfAnotherYear", epoch("2018-02-08"), true, 8, 2, 2018, silent},
+        Case{"TestDateOfAnotherMonth", epoch("2019-03-08"), true, 8, 3, 2019, silent},
         Case{"NegativeZone", epoch("2015-10-27T00:00:00-05:00"), false, -1, -1, -1, notThreeTokens},
         Case{"TrailingDash", epoch("2019-02-"), false, -1, -1, -1, notThreeTokens},
         Case{"ThreeTokensAndTrailingDash", epoch("2019-02-03-"), true, 3, 2, 2019, silent},
@@ -96,6 +101,17 @@ TEST(TimeBaseText, WithATokenThatIsNoNumberRaisesStoi) {
 
 TEST(TimeBaseText, WithANumberTooLargeRaisesStoi) {
   EXPECT_EQ(raisedText<std::out_of_range>(epoch("2019-02-99999999999")), "stoi");
+}
+
+TEST(TimeBaseText, IsConvertedFromTheYearToTheDay) {
+  EXPECT_EQ(raisedText<std::out_of_range>(epoch("99999999999-x-x")), "stoi");
+  EXPECT_EQ(raisedText<std::invalid_argument>(epoch("2019-x-99999999999")), "stoi");
+}
+
+TEST(TimeBaseDate, HoldsTheFlagThenDayMonthAndYear) {
+  const auto [isUTC, day, month, year] = Riegl::TimeBaseDate{true, 1, 2, 3};
+  const Riegl::TimeBaseDate date = Riegl::parseDate(epoch("3-2-1"));
+  EXPECT_EQ(std::tie(isUTC, day, month, year), std::tie(date.isUTC, date.day, date.month, date.year));
 }
 
 } // namespace

@@ -73,15 +73,24 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Exactly86400IsDayOne", {86400, 86400}, 1, true, {86400, 86400}, ""},
         Case{"JustBelow86400IsDayZero", {86399.999, 86399.999}, 0, true, {86399.999, 86399.999}, ""},
         Case{"NegativeDay", {-20, -10}, 2, true, {172780, 172790}, ""},
+        Case{"TheLastDayOfAll",
+             {185542587100900, 185542587100900},
+             3,
+             true,
+             {185542587100900, 185542587100900},
+             mismatch("3", "185542587100900")},
+        Case{"OneAddendForWeekdayAndLeapSeconds", {2950.1, 2950.1}, 3, false, {262132.1, 262132.1}, ""},
         Case{"OneValue", {5}, 1, true, {86405}, ""}),
     [](const auto& tested) { return tested.param.name; });
 
-TEST(TimeColumn, OfHugeOrMissingStampsIsJudgedWithoutACrash) {
+TEST(TimeColumn, OfHugeOrMissingStampsIsTakenAsOneBeforeDayOne) {
   const double infinite = std::numeric_limits<double>::infinity();
-  for (const double stamp : {1e300, -1e300, infinite, -infinite, std::nan("")}) {
-    const auto chunk = chunkOf(Stamps{stamp, stamp});
+  for (const double stamp : {1e300, -1e300, 1e15, -1e15, infinite, -infinite, std::nan("")}) {
+    const auto chunk = chunkOf(Stamps{stamp, 10, stamp});
     std::string error;
     Riegl::modifyGPSTime(error, 2, chunk, "GPSTime", true);
+    EXPECT_EQ(error, "") << stamp;
+    EXPECT_EQ(chunk->values()[1], 172810) << stamp;
   }
 }
 

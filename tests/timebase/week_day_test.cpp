@@ -45,6 +45,24 @@ TEST(TimeSystem, IsUtcOnSundayWhereTheDatabaseSaysNothing) {
   EXPECT_EQ(scripted::script().calls, std::vector<std::string>{"MetaData::exists(riegl.time_base)"});
 }
 
+TEST(TimeSystem, AsksForTheTimeBaseWithAnEmptyFallback) {
+  scripted::newScript().metadata["riegl.time_base"] = R"({"epoch":"2015-10-27","system":"UTC"})";
+  Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData());
+  EXPECT_EQ(scripted::script().calls, (std::vector<std::string>{"MetaData::exists(riegl.time_base)",
+                                                                "MetaData::get(riegl.time_base,)"}));
+}
+
+TEST(TimeSystem, HoldsTheFlagThenTheWeekDay) {
+  const auto [isUTC, weekDay] = Riegl::TimeSystemInfo{false, 5};
+  EXPECT_FALSE(isUTC);
+  EXPECT_EQ(weekDay, 5);
+}
+
+TEST(TimeSystem, LetsTheExceptionOfANumberPass) {
+  scripted::newScript().metadata["riegl.time_base"] = R"({"epoch":"x-10-27"})";
+  EXPECT_THROW(Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData()), std::invalid_argument);
+}
+
 TEST(TimeSystem, LetsTheClientsErrorPass) {
   scripted::newScript().raiseAt = 1;
   EXPECT_THROW(Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData()), riegl::rdb::Error);
