@@ -20,7 +20,9 @@ struct CoordinateSystems {
 };
 
 /// Forms both texts, and sets the environment variable PROJ_LIB to the folder of the running program, where
-/// the projection data stand. \param epsgCode  of the target; not checked
+/// the projection data stand.
+///
+/// \param epsgCode  of the target; not checked
 CoordinateSystems prepareConversion(int epsgCode);
 
 /// What the client reads the positions into: three arrays that serve every block of a load.
@@ -32,7 +34,8 @@ class GeodeticPositions {
   explicit GeodeticPositions(std::size_t recordCount);
 
   /// Binds latitude, longitude and height, in this order, for all blocks to come.
-  /// \param query  writes to the arrays until it ends \errors  what the client raises
+  /// \param query  writes to the arrays until it ends
+  /// \errors  what the client raises
   void bind(riegl::rdb::pointcloud::QuerySelect& query);
 
   /// Writes (longitude, latitude, height) of the first `count` records to the first `count` points.

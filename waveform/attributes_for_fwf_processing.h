@@ -53,7 +53,9 @@ class AttributesForFWFProcessing {
   RDB2NIMBRA_EXPORT std::string speak() const;
 
   /// Replaces the time reference by one that the caller knows better, and says so with a fixed line on the
-  /// console. \param value  the final value of `t_ref`; its sign is not changed
+  /// console.
+  ///
+  /// \param value  the final value of `t_ref`; its sign is not changed
   RDB2NIMBRA_EXPORT void overwrite_t_ref(const double& value);
 
   /// Fills the record from the metadata of an open database. A record that was filled before is read anew;
@@ -61,9 +63,8 @@ class AttributesForFWFProcessing {
   /// database has none.
   ///
   /// \returns the empty text; or "Error: Key not found" where the atmosphere, the waveform, the device's
-  /// serial
-  ///          number or the time base can't be read: then the members up to there are filled, and the later
-  ///          ones have their earlier values
+  ///          serial number or the time base can't be read: then the members up to there are filled, and the
+  ///          later ones have their earlier values
   /// \errors  riegl::rdb::Error of the client passes through. Metadata that is no JSON object is reported on
   ///          std::cerr, the rest on the console.
   RDB2NIMBRA_EXPORT std::string getAttributesViaJson(const riegl::rdb::Pointcloud& pointcloud);
@@ -72,11 +73,10 @@ class AttributesForFWFProcessing {
   /// arrays are shared, all else is copied.
   ///
   /// \param waveformGrid   receives the sample interval and the scanner's identity, if `waveformField` is
-  /// valid \param pointGrid      receives the scanner's identity, the unambiguous range and, if there is a
-  /// table that
+  ///                       valid
+  /// \param pointGrid      receives the scanner's identity, the unambiguous range and, if there is a table that
   ///                       isn't empty, the reflectance calculation
-  /// \param waveformField  receives the sample interval and the system wave; if it is null, the first grid
-  /// and
+  /// \param waveformField  receives the sample interval and the system wave; if it is null, the first grid and
   ///                       both fields are left alone
   /// \param tRefField      receives the time reference, if `waveformField` is valid
   /// \param rdbSegment     stored on both grids

@@ -29,9 +29,9 @@ using ExponentialDecompositionMap = std::map<std::string, ExponentialDecompositi
 /// one gives 0). Elements of other kinds are skipped, and as many zeros stand at the end of the table.
 ///
 /// \param table  receives a new chunk with as many elements as the array; untouched where there is none to
-/// read \returns true; or false with a line on the console, where the text is no JSON object, where one of
-/// the two
-///          members is missing, and where the table, then set and complete, is larger than 256000 bytes
+///               read
+/// \returns true; or false with a line on the console, where the text is no JSON object, where one of
+///          the two members is missing, and where the table, then set and complete, is larger than 256000 bytes
 /// \errors  std::bad_alloc passes through
 bool parse_reflectance_table(const std::string& json,
                              Torvel::StrongPtr<Torvel::Chunk<float>, Torvel::ChunkBase>& table);

@@ -51,9 +51,10 @@ class TORVEL_API Field : public Ownable<CreativeArrayBase, CreativeArrayBaseCont
   const Torvel::StrongPtr<FragmentID, FragmentID>& makeFragmentID(const std::string& name);
 
   /// Makes `array` the data of that fragment; the field holds it strongly from here on. A second array under
-  /// one fragment takes the place of the first. \param cache   decides how the array is held; an empty one
-  /// means that the field holds it itself \param origin  where the data came from, for caches that can fetch
-  /// it again; may be empty
+  /// one fragment takes the place of the first.
+  ///
+  /// \param cache   decides how the array is held; an empty one means that the field holds it itself
+  /// \param origin  where the data came from, for caches that can fetch it again; may be empty
   void setPersistentData(const MemBase::Pointer& array,
                          const Torvel::StrongPtr<FragmentID, FragmentID>& fragment,
                          const Torvel::StrongPtr<Torvel::Cache, Torvel::CacheBase>& cache,

@@ -54,8 +54,9 @@ class TORVEL_API Representation : public Torvel::ReferenceBase<Representation> {
 
   /// The slot of a field. A slot that holds a field already is handed back as it is, whatever else is passed;
   /// a new field lies over `collection`, or over a collection of its own where that is null. Where `array`
-  /// isn't null it becomes the data of the new field's fragment "". \errors  std::invalid_argument where
-  /// `identity` is no identity of this representation
+  /// isn't null it becomes the data of the new field's fragment "".
+  ///
+  /// \errors  std::invalid_argument where `identity` is no identity of this representation
   FieldProxy makeField(const Torvel::WeakPtr<FieldID, FieldID>& identity,
                        const Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection>& collection,
                        const MemBase::Pointer& array);

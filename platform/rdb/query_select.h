@@ -17,8 +17,8 @@ class Pointcloud;
 namespace pointcloud {
 
 /// Reads columns block by block into buffers of the caller. Copies share one state, the position included;
-/// the state keeps the file open, so that a query stays valid after its Pointcloud is gone. \threads one
-/// thread at a time for all queries of one Pointcloud; distinct Pointclouds are independent
+/// the state keeps the file open, so that a query stays valid after its Pointcloud is gone.
+/// \threads one thread at a time for all queries of one Pointcloud; distinct Pointclouds are independent
 class RDB_API QuerySelect {
  public:
   QuerySelect();

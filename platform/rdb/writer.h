@@ -37,8 +37,8 @@ struct WriterSettings {
 /// Writes into a temporary file beside `path`, in one transaction; finish() renames it over `path`. Without
 /// finish() the temporary file is removed and `path` stays untouched. A symbolic link is followed: the file
 /// that it points to is replaced, not the link. A process killed half-way leaves "<path>.<pid>-<n>.partial".
-/// \errors  riegl::rdb::Error from every operation; after a failed write or finish the writer is of no
-/// further use \threads one thread at a time; distinct writers are independent
+/// \errors  riegl::rdb::Error from every operation; after a failed write or finish the writer is of no further use
+/// \threads one thread at a time; distinct writers are independent
 class RDB_API Writer {
  public:
   explicit Writer(const std::string& path, WriterSettings settings = {});
