@@ -5,9 +5,11 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <filesystem>
 
 #include "bench/support/child.h"
 #include "bench/support/database.h"
+#include "bench/support/fresh_memory.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -28,31 +30,50 @@ int reportLoad(const std::string& path) {
   return 0;
 }
 
+/// In the child: reads the database file, as bytes, into fresh memory and prints the seconds.
+int reportRead(const std::string& path) {
+  const auto start = std::chrono::steady_clock::now();
+  const auto bytes = static_cast<std::size_t>(std::filesystem::file_size(path));
+  const bench::FreshMemory memory(bytes);
+  bench::readWhole(path, memory.bytes(), bytes);
+  const std::chrono::duration<double> spent = std::chrono::steady_clock::now() - start;
+  std::printf("%.6f\n", spent.count());
+  return 0;
+}
+
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  return values[values.size() / 2];
+}
+
 void printLine(unsigned int rows, std::size_t columnCount, int repetitions) {
   const support::TempDir directory;
   const std::string path = directory.path("growth.rdbx");
   const std::vector<bench::Column> columns = columnsFor(columnCount);
   bench::writeDatabase(path, rows, columns);
-  std::vector<double> seconds;
+  std::vector<double> loads;
+  std::vector<double> reads;
   double peakBytes = 0;
   for (int i = 0; i <= repetitions; ++i) {
-    const std::vector<double> figures = bench::numbers({bench::thisProgram(), "load", path});
+    const std::vector<double> load = bench::numbers({bench::thisProgram(), "load", path});
+    const std::vector<double> read = bench::numbers({bench::thisProgram(), "read", path});
     if (i > 0) { // the first brings the file into the page cache
-      seconds.push_back(figures.at(0));
+      loads.push_back(load.at(0));
+      reads.push_back(read.at(0));
     }
-    peakBytes = std::max(peakBytes, figures.at(1));
+    peakBytes = std::max(peakBytes, load.at(1));
   }
-  std::sort(seconds.begin(), seconds.end());
-  const double median = seconds[seconds.size() / 2];
+  const double seconds = median(loads);
   const double bytes = static_cast<double>(rows) * static_cast<double>(bench::recordBytes(columns));
-  std::printf("| %u | %zu | %zu | %.4f | %.3f | %.0f |\n", rows, columns.size(), bench::recordBytes(columns),
-              median, bytes / median / 1e9, peakBytes / 1e6);
+  std::printf("| %u | %zu | %zu | %.4f | %.3f | %.2f | %.0f |\n", rows, columns.size(),
+              bench::recordBytes(columns), seconds, bytes / seconds / 1e9, seconds / median(reads),
+              peakBytes / 1e6);
   std::fflush(stdout);
 }
 
 void printTable(unsigned int mostRows, int repetitions) {
-  std::printf("| Records | Columns | Bytes a record | Seconds | GB a second | Peak MB "
-              "|\n|--:|--:|--:|--:|--:|--:|\n");
+  std::printf("| Records | Columns | Bytes a record | Seconds | GB a second | Over pread | Peak MB |\n"
+              "|--:|--:|--:|--:|--:|--:|--:|\n");
   for (const unsigned int rows :
        {1000U, 10000U, 100000U, 1000000U, 5000000U, 5000001U, 10000000U, 20000000U, 50000000U, 100000000U}) {
     if (rows <= mostRows) {
@@ -71,6 +92,9 @@ void printTable(unsigned int mostRows, int repetitions) {
 int run(int argc, char** argv) {
   if (argc == 3 && std::strcmp(argv[1], "load") == 0) {
     return reportLoad(argv[2]);
+  }
+  if (argc == 3 && std::strcmp(argv[1], "read") == 0) {
+    return reportRead(argv[2]);
   }
   if (argc == 2 && std::strcmp(argv[1], "--small") == 0) {
     printTable(10000, 1);

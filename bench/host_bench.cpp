@@ -1,5 +1,4 @@
 // `nimbra-host load --json` without values against a process that loads the same file and does nothing else.
-#include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -11,10 +10,8 @@
 
 namespace {
 
-double millisecondsOf(const std::vector<std::string>& command) {
-  const auto start = std::chrono::steady_clock::now();
-  bench::output(command);
-  return std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - start).count();
+bench::Spent spentBy(const std::vector<std::string>& command) {
+  return bench::spentBy([&] { bench::output(command); });
 }
 
 /// In the child: the load, and how many values of "GPSTime" there are afterwards.
@@ -42,8 +39,7 @@ bench::Finding host() {
                      picture.find("\"count\": " + count.substr(8)) != std::string::npos,
                  "records in " + picture);
   bench::require(bench::numbers(alone).at(0) == rows, "records of the load alone");
-  return bench::compareMeasured([&] { return millisecondsOf(withHost); },
-                                [&] { return millisecondsOf(alone); });
+  return bench::compareMeasured([&] { return spentBy(withHost); }, [&] { return spentBy(alone); });
 }
 
 } // namespace

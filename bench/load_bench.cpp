@@ -1,12 +1,7 @@
 // The point-cloud load of 66 bytes a record against reading the same bytes into fresh memory.
 // docs/benchmarks.md has the targets.
-#include <algorithm>
-#include <cerrno>
-#include <fcntl.h>
 #include <memory>
 #include <optional>
-#include <system_error>
-#include <unistd.h>
 
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
@@ -15,8 +10,6 @@
 #include "tests/support/temp_dir.h"
 
 namespace {
-
-constexpr std::size_t bytesAtOnce = std::size_t{8} << 20;
 
 /// The scan as a database, and its columns one after the other in a bare file.
 class Scan {
@@ -41,24 +34,11 @@ const Scan& scan() {
   return made;
 }
 
-void readWhole(const std::string& path, unsigned char* to, std::size_t bytes) {
-  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  for (std::size_t done = 0; done < bytes;) {
-    const ssize_t got =
-        pread(descriptor, to + done, std::min(bytesAtOnce, bytes - done), static_cast<off_t>(done));
-    if (got <= 0) {
-      throw std::system_error(errno, std::generic_category(), "reading " + path);
-    }
-    done += static_cast<std::size_t>(got);
-  }
-  close(descriptor);
-}
-
 void requireSameBytes() {
   Nimbra::Grid grid;
   bench::load(scan().database, grid);
   const bench::FreshMemory memory(scan().bytes());
-  readWhole(scan().bare, memory.bytes(), scan().bytes());
+  bench::readWhole(scan().bare, memory.bytes(), scan().bytes());
   const unsigned char* expected = memory.bytes();
   for (const bench::Column& column : scan().columns) {
     bench::require(bench::holds(grid, column, expected, scan().rows), column.attribute);
@@ -76,7 +56,7 @@ bench::Finding compareLoad() {
   const bench::Side baseline{.run =
                                  [&] {
                                    memory = std::make_unique<bench::FreshMemory>(scan().bytes());
-                                   readWhole(scan().bare, memory->bytes(), scan().bytes());
+                                   bench::readWhole(scan().bare, memory->bytes(), scan().bytes());
                                  },
                              .clear = [&] { memory.reset(); }};
   return bench::compare(path, baseline);

@@ -7,6 +7,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <sys/resource.h>
 #include <vector>
 
 namespace bench {
@@ -17,13 +18,28 @@ bool small = false;
 bool failed = false;
 int repetitions = 9;
 
-double timeOf(const Side& side) {
+/// Processor time of this process and of the children that have ended.
+double processorMs() {
+  double total = 0;
+  for (const int who : {RUSAGE_SELF, RUSAGE_CHILDREN}) {
+    rusage usage{};
+    getrusage(who, &usage);
+    for (const timeval& part : {usage.ru_utime, usage.ru_stime}) {
+      total += static_cast<double>(part.tv_sec) * 1000 + static_cast<double>(part.tv_usec) / 1000;
+    }
+  }
+  return total;
+}
+
+Spent timeOf(const Side& side) {
   side.prepare();
-  const auto start = std::chrono::steady_clock::now();
-  side.run();
-  const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - start;
+  const Spent spent = spentBy(side.run);
   side.clear();
-  return spent.count();
+  return spent;
+}
+
+double least(const std::vector<double>& values) {
+  return *std::min_element(values.begin(), values.end());
 }
 
 double median(std::vector<double> values) {
@@ -55,6 +71,8 @@ void runOne(benchmark::State& state, const std::function<Finding()>& measure) {
       const Finding finding = measure();
       state.SetIterationTime(finding.pathMs / 1000);
       state.counters["ratio"] = finding.ratio();
+      state.counters["best_ratio"] = finding.bestRatio;
+      state.counters["processor_ratio"] = finding.processorRatio;
       state.counters["path_ms"] = finding.pathMs;
       state.counters["baseline_ms"] = finding.baselineMs;
       state.SetLabel(finding.text());
@@ -68,9 +86,13 @@ void runOne(benchmark::State& state, const std::function<Finding()>& measure) {
 } // namespace
 
 std::string Finding::text() const {
-  char text[128];
-  std::snprintf(text, sizeof text, "%.4g ms / %.4g ms = %.4g (%.4g..%.4g)", pathMs, baselineMs, ratio(),
-                leastRatio, greatestRatio);
+  char text[192];
+  const int length = std::snprintf(text, sizeof text, "%.4g ms / %.4g ms = %.4g (%.4g..%.4g), best runs %.4g",
+                                   pathMs, baselineMs, ratio(), leastRatio, greatestRatio, bestRatio);
+  if (processorRatio > 0) {
+    std::snprintf(text + length, sizeof text - static_cast<std::size_t>(length), ", processor time %.4g",
+                  processorRatio);
+  }
   return text;
 }
 
@@ -78,19 +100,34 @@ Finding compare(const Side& path, const Side& baseline) {
   return compareMeasured([&] { return timeOf(path); }, [&] { return timeOf(baseline); });
 }
 
-Finding compareMeasured(const std::function<double()>& path, const std::function<double()>& baseline) {
+Finding compareMeasured(const std::function<Spent()>& path, const std::function<Spent()>& baseline) {
   path();
   baseline();
-  std::vector<double> paths;
-  std::vector<double> baselines;
-  std::vector<double> ratios;
+  std::vector<double> paths, baselines, ratios, pathProcessor, baselineProcessor;
   for (int i = 0; i < repetitions; ++i) {
-    paths.push_back(path());
-    baselines.push_back(baseline());
-    ratios.push_back(paths.back() / baselines.back());
+    const Spent byPath = path();
+    const Spent byBaseline = baseline();
+    paths.push_back(byPath.clockMs);
+    baselines.push_back(byBaseline.clockMs);
+    ratios.push_back(byPath.clockMs / byBaseline.clockMs);
+    pathProcessor.push_back(byPath.processorMs);
+    baselineProcessor.push_back(byBaseline.processorMs);
   }
-  const auto [least, greatest] = std::minmax_element(ratios.begin(), ratios.end());
-  return {median(paths), median(baselines), *least, *greatest};
+  const double processor = median(baselineProcessor);
+  return {median(paths),
+          median(baselines),
+          least(ratios),
+          *std::max_element(ratios.begin(), ratios.end()),
+          least(paths) / least(baselines),
+          processor > 0 ? median(pathProcessor) / processor : 0};
+}
+
+Spent spentBy(const std::function<void()>& work) {
+  const double processorBefore = processorMs();
+  const auto start = std::chrono::steady_clock::now();
+  work();
+  const std::chrono::duration<double, std::milli> spent = std::chrono::steady_clock::now() - start;
+  return {spent.count(), processorMs() - processorBefore};
 }
 
 void require(bool equal, const std::string& what) {

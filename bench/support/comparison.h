@@ -17,12 +17,21 @@ struct Side {
   std::function<void()> prepare = [] {};
 };
 
-/// What a comparison found, in milliseconds. The ratios are those of neighbouring runs.
+/// What one run took: by the clock, and of all processors together (0 where that isn't known).
+struct Spent {
+  double clockMs = 0;
+  double processorMs = 0;
+};
+
+/// What a comparison found, in milliseconds of the clock. Least and greatest are ratios of neighbouring runs. On a
+/// machine that does other work too, the ratios of the best runs and of processor times say more than the medians.
 struct Finding {
   double pathMs = 0;
   double baselineMs = 0;
   double leastRatio = 0;
   double greatestRatio = 0;
+  double bestRatio = 0;      ///< shortest run of the path over shortest run of the baseline
+  double processorRatio = 0; ///< of the medians of processor time; 0 where that isn't known
 
   double ratio() const { return pathMs / baselineMs; }
   std::string text() const;
@@ -32,8 +41,11 @@ struct Finding {
 /// run of each that does not count.
 Finding compare(const Side& path, const Side& baseline);
 
-/// The same for sides that take their own time, in milliseconds; for instance those of other processes.
-Finding compareMeasured(const std::function<double()>& path, const std::function<double()>& baseline);
+/// The same for sides that take their own time; for instance that of another process.
+Finding compareMeasured(const std::function<Spent()>& path, const std::function<Spent()>& baseline);
+
+/// Runs something and takes its time, that of processes which it starts and waits for included.
+Spent spentBy(const std::function<void()>& work);
 
 /// Raises std::runtime_error where the two sides of a comparison don't give the same result.
 void require(bool equal, const std::string& what);

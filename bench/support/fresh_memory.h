@@ -1,11 +1,15 @@
-// Memory as a careful program would take it for a large read: untouched, on huge pages.
+// Memory as a careful program would take it for a large read, untouched and on huge pages, and that read.
 #pragma once
 
+#include <algorithm>
 #include <cerrno>
 #include <cstddef>
 #include <cstdint>
+#include <fcntl.h>
+#include <string>
 #include <sys/mman.h>
 #include <system_error>
+#include <unistd.h>
 
 namespace bench {
 
@@ -33,5 +37,20 @@ class FreshMemory {
   std::size_t mapped;
   void* place;
 };
+
+/// Reads the first `bytes` bytes of a file, in large pieces and through the page cache.
+inline void readWhole(const std::string& path, unsigned char* to, std::size_t bytes) {
+  constexpr std::size_t bytesAtOnce = std::size_t{8} << 20;
+  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  for (std::size_t done = 0; done < bytes;) {
+    const ssize_t got =
+        pread(descriptor, to + done, std::min(bytesAtOnce, bytes - done), static_cast<off_t>(done));
+    if (got <= 0) {
+      throw std::system_error(errno, std::generic_category(), "reading " + path);
+    }
+    done += static_cast<std::size_t>(got);
+  }
+  close(descriptor);
+}
 
 } // namespace bench
