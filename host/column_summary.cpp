@@ -44,7 +44,7 @@ struct Range {
     std::size_t i = 0;
     while (!least && i < elements.size()) {
       const Scalar value = component(elements[i++], number);
-      if (value == value) {
+      if (value == value) { // NOLINT(misc-redundant-expression): false for not-a-number
         least = greatest = value;
       }
     }

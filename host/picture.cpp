@@ -206,7 +206,7 @@ class Canvas {
     image.format = PNG_FORMAT_RGB;
     const bool written = png_image_write_to_file(&image, file.c_str(), 0, pixels.data(), 0, nullptr) != 0 &&
                          !PNG_IMAGE_FAILED(image);
-    const std::string reason = written ? "" : "cannot write " + file + ": " + image.message;
+    std::string reason = written ? "" : "cannot write " + file + ": " + image.message;
     png_image_free(&image);
     return reason;
   }

@@ -64,13 +64,13 @@ std::string load(const std::string& path, Nimbra::Grid& grid, const bool& loadAl
 
   // Released ahead of the query: the buffers are gone before what wrote into them.
   RdbxColumns columns;
-  const std::string failure = bindRdbxColumns(database, columns, query, grid, loadAllAttributes, isSodx);
+  std::string failure = bindRdbxColumns(database, columns, query, grid, loadAllAttributes, isSodx);
   if (!failure.empty()) {
     return failure;
   }
   std::uint32_t fragmentIndex = 0;
   while (const unsigned int count = query.next(recordsPerBlock)) {
-    const std::string passFailure =
+    std::string passFailure =
         publishPass(columns, "Fragment_" + std::to_string(fragmentIndex), count, timeSystem);
     if (!passFailure.empty()) {
       return passFailure;

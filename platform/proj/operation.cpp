@@ -64,6 +64,7 @@ void Operation::openContext() {
   // Set on the context, since PROJ itself would prefer PROJ_DATA to PROJ_LIB.
   const std::vector<std::string> folders = dataFolders(data);
   std::vector<const char*> names;
+  names.reserve(folders.size());
   for (const std::string& folder : folders) {
     names.push_back(folder.c_str());
   }

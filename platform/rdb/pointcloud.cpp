@@ -15,7 +15,8 @@ struct Pointcloud::State {
   pointcloud::PointAttributes pointAttribute{};
 };
 
-Pointcloud::Pointcloud(Context context) : state(new State{std::move(context)}) {}
+// NOLINTNEXTLINE(performance-unnecessary-value-param): the interface takes the handle by value
+Pointcloud::Pointcloud(Context context) : state(new State{context}) {}
 
 Pointcloud::~Pointcloud() = default;
 
