@@ -21,7 +21,7 @@ struct Vectors {
 
 /// Splits at every colon and keeps empty tokens, the last one too; a NUL byte ends the line.
 std::vector<std::string> splitAtColons(const std::string& line) {
-  const std::string text(line.c_str());
+  const std::string text(line.c_str()); // NOLINT(readability-redundant-string-cstr): ends at a NUL
   std::vector<std::string> tokens;
   std::size_t start = 0;
   for (std::size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', start)) {
