@@ -218,7 +218,7 @@ void Connection::harden() {
   // A transaction for the whole life: rows found when opening stay where they are until the last is read.
   for (const char* pragma :
        {"PRAGMA trusted_schema=OFF", "PRAGMA cell_size_check=ON", "PRAGMA temp_store=MEMORY",
-        "PRAGMA mmap_size=0", "PRAGMA cache_size=32", "BEGIN"}) {
+        "PRAGMA mmap_size=0", "PRAGMA cache_size=6", "BEGIN"}) {
     const int status = sqlite3_exec(db, pragma, nullptr, nullptr, nullptr);
     if (status != SQLITE_OK) {
       throw failure(filePath, status);
