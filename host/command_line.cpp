@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <charconv>
+#include <filesystem>
 #include <iostream>
 
 #include "host/json_report.h"
@@ -92,6 +93,9 @@ void note(std::ostream& err, const char* option, const char* kind) {
 
 /// Says which options a file of this kind leaves unused.
 void noteUnusedOptions(const Wishes& wishes, std::ostream& err) {
+  if (!wishes.size.empty() && wishes.picture.file.empty()) {
+    err << "nimbra-host: note: --size has no effect without --picture\n";
+  }
   if (isTrajectory(wishes.load.file)) {
     if (wishes.load.loadAllAttributes) {
       note(err, "--all-attributes", "trajectory");
@@ -113,6 +117,18 @@ PictureSubject subjectOf(const std::string& file) {
   return isTrajectory(file) ? PictureSubject::path
          : isShots(file)    ? PictureSubject::shots
                             : PictureSubject::cloud;
+}
+
+/// Why the picture can't go where it is wanted: it would take the place of what is loaded. Empty if it can.
+std::string whyNoPicture(const Wishes& wishes) {
+  const std::string& picture = wishes.picture.file;
+  for (const std::string& input : {wishes.load.file, wishes.load.leverArmFile}) {
+    std::error_code absent;
+    if (!picture.empty() && !input.empty() && std::filesystem::equivalent(picture, input, absent)) {
+      return "--picture: expected a file other than " + input + ", found the same file";
+    }
+  }
+  return {};
 }
 
 /// Loads, draws and reports.
@@ -149,6 +165,11 @@ Status run(Wishes& wishes, std::ostream& out, std::ostream& err) {
   if (!obstacle.empty()) {
     err << "nimbra-host: cannot read " << wishes.load.file << ": " << obstacle << "\n";
     return unreadable;
+  }
+  const std::string clash = whyNoPicture(wishes);
+  if (!clash.empty()) {
+    err << "nimbra-host: " << clash << "\n";
+    return wrongUse;
   }
   noteUnusedOptions(wishes, err);
   wishes.load.epsgCode = wishes.epsgCode.value_or(0);

@@ -239,6 +239,23 @@ TEST_F(Program, PictureThatCannotBeWrittenIsStatusOne) {
   EXPECT_THAT(run.err, HasSubstr(": picture not drawn: cannot write "));
 }
 
+TEST_F(Program, PictureDoesNotTakeThePlaceOfAnInput) {
+  const std::string cloud = givenCloud(3);
+  const std::string arm = givenText("arm.txt", "leverarm:1:2:3\n");
+  const std::string flight = "load --epsg 32633 --lever-arm " + arm + " " + givenTrajectory(1);
+  EXPECT_EQ(runProgram("load --picture " + cloud + " " + cloud).err,
+            "nimbra-host: --picture: expected a file other than " + cloud + ", found the same file\n");
+  EXPECT_EQ(runProgram(flight + " --picture " + arm).status, 2);
+  EXPECT_EQ(runProgram("load " + cloud).status, 0);
+  EXPECT_EQ(std::filesystem::file_size(arm), 15U);
+}
+
+TEST_F(Program, SizeWithoutAPictureIsNoted) {
+  const ProgramRun run = runProgram("load --size 10x10 " + givenCloud(1));
+  EXPECT_EQ(run.status, 0);
+  EXPECT_EQ(run.err, "nimbra-host: note: --size has no effect without --picture\n");
+}
+
 TEST_F(Program, OutputThatCannotBeWrittenIsStatusOne) {
   const std::string load = "load --json --values all " + givenCloud(100000);
   for (const char* const redirection : {">/dev/full", ">&-", "| head -c 10 >/dev/null"}) {
