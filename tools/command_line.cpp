@@ -13,7 +13,6 @@
 #include <functional>
 #include <iostream>
 #include <limits>
-#include <map>
 #include <memory>
 #include <optional>
 
@@ -30,6 +29,12 @@ struct Session {
   ExitStatus status = ExitStatus::done;
 };
 
+/// Refuses what the parser would take in its own way: a minus sign wraps around, a leading zero means octal.
+std::string decimalProblem(const std::string& text) {
+  const bool digits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
+  return digits && (text == "0" || text.front() != '0') ? "" : "expected a whole number, found " + text;
+}
+
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
   command.add_option("-o,--output", output, "database to make")->required();
   command.add_option("--block-rows", settings.blockRows, "records a block")
@@ -39,8 +44,12 @@ void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& 
 }
 
 void addSynthOptions(CLI::App& command, SynthRequest& request) {
-  command.add_option("--records", request.records, "records to make")->required();
-  command.add_option("--seed", request.seed, "number that everything follows from")->capture_default_str();
+  command.add_option("--records", request.records, "records to make")
+      ->required()
+      ->check(CLI::Validator(decimalProblem, ""));
+  command.add_option("--seed", request.seed, "number that everything follows from")
+      ->check(CLI::Validator(decimalProblem, ""))
+      ->capture_default_str();
   command
       .add_option("--without", request.without, "metadata to leave out: item or item:key, may be repeated")
       ->allow_extra_args(false);
@@ -73,15 +82,21 @@ void addSynth(CLI::App& app) {
   addSynthKind(*synth, SynthKind::trajectory, "trajectory", "the flight (.pofx)");
 }
 
+ImportFormat formatNamed(const std::string& name) {
+  if (name != "las" && name != "sbet") {
+    throw wrongUse("--format: expected las or sbet, found " + name);
+  }
+  return name == "las" ? ImportFormat::las : ImportFormat::sbet;
+}
+
 void addImport(CLI::App& app, Session& session) {
   const auto request = std::make_shared<ImportRequest>();
   const auto date = std::make_shared<std::string>();
-  static const std::map<std::string, ImportFormat> formats = {{"las", ImportFormat::las},
-                                                              {"sbet", ImportFormat::sbet}};
   CLI::App* command = app.add_subcommand("import", "make a database of a LAS file or an SBET trajectory");
   command->add_option("input", request->input, "file to read")->required();
-  command->add_option("--format", request->format, "las or sbet (default: told from the file)")
-      ->transform(CLI::CheckedTransformer(formats));
+  command->add_option_function<std::string>(
+      "--format", [request](const std::string& name) { request->format = formatNamed(name); },
+      "las or sbet (default: told from the file)");
   command->add_option("--date", *date, "a day in the week of the survey, YYYY-MM-DD");
   addWriterOptions(*command, request->writer, request->output);
   command->callback([request, date, &session] {
@@ -148,9 +163,8 @@ int answerFailure(std::ostream& err) {
   }
 }
 
-} // namespace
-
-int runTool(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
+/// Does what the arguments ask for. \returns the exit status
+int answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
   Session session{out, err};
   CLI::App app("Makes, imports, describes, verifies and damages databases.", "rdbtool");
   app.require_subcommand(1);
@@ -170,6 +184,17 @@ int runTool(int argumentCount, const char* const* arguments, std::ostream& out, 
     return answerFailure(err);
   }
   return statusNumber(session.status);
+}
+
+} // namespace
+
+int runTool(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
+  const int status = answer(argumentCount, arguments, out, err);
+  if (out.flush()) {
+    return status;
+  }
+  err << "rdbtool: standard output: expected a place for the output, found that it cannot be written\n";
+  return status == statusNumber(ExitStatus::done) ? statusNumber(ExitStatus::failed) : status;
 }
 
 } // namespace rdbtool

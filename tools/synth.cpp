@@ -108,21 +108,52 @@ void checkDay(const SynthRequest& request, const Survey& survey) {
   }
 }
 
-void writeLeverArm(const std::string& path) {
-  const std::string partial = path + ".partial";
-  std::ofstream file(partial, std::ios::trunc);
-  file << "leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n";
-  file.close();
-  std::error_code problem;
-  if (file) {
-    std::filesystem::rename(partial, path, problem);
+/// A lever-arm file that is written beside its place and takes it when the database stands. An empty path is
+/// no file.
+class LeverArmFile {
+ public:
+  explicit LeverArmFile(const std::string& target) : path(target), partial(target + ".partial") {
+    if (path.empty()) {
+      return;
+    }
+    std::ofstream file(partial, std::ios::trunc);
+    file << "leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n";
+    file.close();
+    std::error_code unseen;
+    if (!file || std::filesystem::is_directory(path, unseen)) {
+      discard();
+      refuse();
+    }
   }
-  if (!file || problem) {
+  LeverArmFile(const LeverArmFile&) = delete;
+  LeverArmFile& operator=(const LeverArmFile&) = delete;
+  ~LeverArmFile() {
+    if (!path.empty()) {
+      discard();
+    }
+  }
+
+  void finish() const {
+    std::error_code problem;
+    if (!path.empty()) {
+      std::filesystem::rename(partial, path, problem);
+    }
+    if (problem) {
+      refuse();
+    }
+  }
+
+ private:
+  void discard() const {
     std::error_code ignored;
     std::filesystem::remove(partial, ignored);
+  }
+  [[noreturn]] void refuse() const {
     throw failed(path + ": expected a place for the lever-arm file, found that it cannot be written");
   }
-}
+
+  std::string path, partial;
+};
 
 } // namespace
 
@@ -135,6 +166,7 @@ void synthesise(const SynthRequest& request) {
   const Survey survey(request.seed, request.pulseRateHz);
   checkDay(request, survey);
   const auto metadata = syntheticMetadata(request.kind, survey, request.without);
+  const LeverArmFile leverArm(request.leverArmFile);
   Writer writer(request.output, request.writer);
   for (const auto& [name, value] : metadata) {
     writer.setMetadata(name, value);
@@ -151,9 +183,7 @@ void synthesise(const SynthRequest& request) {
     break;
   }
   writer.finish();
-  if (!request.leverArmFile.empty()) {
-    writeLeverArm(request.leverArmFile);
-  }
+  leverArm.finish();
 }
 
 } // namespace rdbtool

@@ -62,6 +62,35 @@ TEST_F(Program, InvalidContentEndsWithOne) {
   expectRefused({"damage", data.path("garbage.rdbx"), "--set-records", "1"}, 1);
 }
 
+TEST_F(Program, OutputThatIsLostEndsWithOne) {
+  ASSERT_EQ(run({"import", las, "-o", out}).status, 0);
+  for (const char* const command : {" info ", " info --json ", " verify ", " info --help "}) {
+    const std::string line = std::string(RDBTOOL_PROGRAM) + command + out + " >/dev/full";
+    const support::Run result = support::runProgram("/bin/sh", {"-c", line}, data.root().string());
+    EXPECT_EQ(result.status, 1) << command;
+    EXPECT_THAT(result.err, StartsWith("rdbtool: standard output: ")) << command;
+  }
+}
+
+TEST_F(Program, NumbersAreDecimalAndWithoutASign) {
+  for (const char* const number : {"-1", "010", "0x10", "+1", "1e3", ""}) {
+    const std::string expected = std::string("expected a whole number, found ") + number + "\n";
+    const support::Run records = run({"synth", "scan", "--records", number, "-o", out});
+    EXPECT_EQ(records.status, 2) << number;
+    EXPECT_EQ(records.err, "rdbtool: --records: " + expected);
+    EXPECT_EQ(run({"synth", "scan", "--records", "1", "--seed", number, "-o", out}).err,
+              "rdbtool: --seed: " + expected);
+  }
+}
+
+TEST_F(Program, AnUnknownFormatIsNamed) {
+  for (const char* const name : {"foo", "0", "LAS"}) {
+    const support::Run result = run({"import", las, "--format", name, "-o", out});
+    EXPECT_EQ(result.status, 2) << name;
+    EXPECT_EQ(result.err, std::string("rdbtool: --format: expected las or sbet, found ") + name + "\n");
+  }
+}
+
 TEST_F(Program, WrongUseEndsWithTwo) {
   const std::vector<std::vector<std::string>> commands = {
       {},

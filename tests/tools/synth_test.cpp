@@ -148,6 +148,17 @@ TEST_F(Synth, TheLeverArmFileDoesNotTakeTheDatabasesPlace) {
   EXPECT_THAT(result.err, HasSubstr("expected an output other than"));
 }
 
+TEST_F(Synth, ALeverArmFileThatCannotBeWrittenLeavesNoDatabase) {
+  std::filesystem::create_directory(folder.path("taken"));
+  for (const char* const name : {"none/arm.txt", "taken"}) {
+    const support::Run result = run("trajectory", 2, "t.pofx", {"--lever-arm", folder.path(name)});
+    EXPECT_EQ(result.status, 1) << name;
+    EXPECT_THAT(result.err, HasSubstr("expected a place for the lever-arm file")) << name;
+    EXPECT_FALSE(std::filesystem::exists(folder.path("t.pofx"))) << name;
+    EXPECT_FALSE(std::filesystem::exists(folder.path("taken.partial"))) << name;
+  }
+}
+
 TEST_F(Synth, TheTimeBaseIsUtc) {
   for (const char* kind : {"scan", "shots", "trajectory"}) {
     EXPECT_THAT(made(kind, 1).item("riegl.time_base"),
