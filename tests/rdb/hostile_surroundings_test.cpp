@@ -101,6 +101,13 @@ TEST_F(BesideTheFile, NobodyChangesAFileThatIsOpen) {
   EXPECT_EQ(database->metaData().get("riegl.time_base", ""), "{}");
 }
 
+TEST_F(BesideTheFile, NobodyChangesAFileWithoutRecordsThatIsOpen) {
+  execute(path, "UPDATE database SET records = 0; DELETE FROM block");
+  const auto database = open(path);
+  EXPECT_THROW(execute(path, "UPDATE metadata SET value = 'other'"), std::runtime_error);
+  EXPECT_EQ(database->metaData().get("riegl.time_base", ""), "{}");
+}
+
 TEST_F(BesideTheFile, LinkLeadsToTheFile) {
   std::filesystem::create_symlink(path, directory.path("link"));
   EXPECT_EQ(open(directory.path("link"))->recordCount(), 10U);

@@ -173,6 +173,14 @@ const Case cases[] = {
      "attributes, found 10 records)"},
     {"ItemAsBlob", "UPDATE metadata SET value = x'00'",
      "the database is damaged (item \"riegl.time_base\" of scan.rdbx: expected a text, found a blob)"},
+    {"SameIdTwice",
+     "CREATE TABLE copy (id INTEGER, name TEXT, type TEXT, length INTEGER, scale REAL, \"offset\" REAL, unit "
+     "TEXT, title TEXT, description TEXT); INSERT INTO copy SELECT * FROM attribute; UPDATE copy SET id = 1; "
+     "DROP "
+     "TABLE attribute; ALTER TABLE copy RENAME TO attribute",
+     "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected ids that rise from "
+     "row "
+     "to row, found 1)"},
     {"ChecksumOf33Bits", "UPDATE block SET checksum = 4294967296 WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected a checksum of 32 bits, "
      "found 4294967296)"},
