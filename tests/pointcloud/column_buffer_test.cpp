@@ -189,8 +189,8 @@ TEST_F(ColumnBuffer, TakesOneStepOfTheClockForEachValueItSets) {
 }
 
 TEST_F(ColumnBuffer, BeyondAnyMemoryRaisesTheVectorsException) {
-#ifdef __SANITIZE_ADDRESS__
-  GTEST_SKIP() << "the address sanitizer ends the process where an allocation of this size would raise";
+#if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
+  GTEST_SKIP() << "sanitizers end the process where an allocation of this size would raise";
 #endif
   EXPECT_THROW(buffer<Quillon::PhysicalSpace::point>("Huge", 0xffffffffU), std::exception);
 }
