@@ -22,12 +22,20 @@ const char* typeText(int type) {
   }
 }
 
+// Where the table of the blocks begins; a connection is made only for a file that has it.
+std::int64_t rootOfBlocks(Connection& connection) {
+  Statement entry(connection, "SELECT rootpage FROM sqlite_schema WHERE name = 'block'",
+                  "table \"block\" of " + connection.path());
+  return entry.step() ? entry.integer(0) : 0;
+}
+
 } // namespace
 
 BlockReader::BlockReader(const std::string& path)
     : link(path),
       head(link, "SELECT attribute, number, checksum, typeof(data), length(data) FROM block WHERE rowid = ?1",
-           "table \"block\" of " + path) {}
+           "table \"block\" of " + path),
+      pages(link.handle(), rootOfBlocks(link)) {}
 
 BlockReader::~BlockReader() {
   sqlite3_blob_close(blob);
@@ -39,6 +47,7 @@ void BlockReader::damaged(const std::string& expected, const std::string& found)
 }
 
 void BlockReader::open(const Column& column, const BlockLayout& layout, std::uint64_t number) {
+  isPastSqlite = false;
   object = "column \"" + column.attribute.name + "\" of " + link.path() + ", block " + std::to_string(number);
   const std::int64_t rowId = column.blockRowIds[number];
   head.reset();
@@ -72,6 +81,8 @@ void BlockReader::open(const Column& column, const BlockLayout& layout, std::uin
   }
   head.reset();
   openBlob(rowId);
+  openRowId = rowId;
+  openBytes = bytes;
 }
 
 void BlockReader::openBlob(std::int64_t rowId) {
@@ -86,7 +97,16 @@ void BlockReader::openBlob(std::int64_t rowId) {
   }
 }
 
+bool BlockReader::readPastSqlite() {
+  isPastSqlite = RDB2NIMBRA_DIRECT_PAGES != 0 && expectedChecksum && pages.find(openRowId, openBytes);
+  return isPastSqlite;
+}
+
 void BlockReader::read(void* to, std::size_t bytes, std::size_t offset) {
+  if (isPastSqlite && pages.read(static_cast<unsigned char*>(to), bytes)) {
+    return;
+  }
+  isPastSqlite = false;
   const int status = sqlite3_blob_read(blob, to, static_cast<int>(bytes), static_cast<int>(offset));
   if (status != SQLITE_OK) {
     sqlite3_blob_close(blob);

@@ -4,6 +4,7 @@
 
 #include "platform/rdb/block_layout.h"
 #include "platform/rdb/connection.h"
+#include "platform/rdb/overflow_pages.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -28,6 +29,11 @@ class BlockReader {
   void open(const Column& column, const BlockLayout& layout, std::uint64_t number);
   /// The checksum that the open block carries.
   const std::optional<std::uint32_t>& checksum() const { return expectedChecksum; }
+  /// From here to the next `open` or `readThroughSqlite`, reads of the open block go past SQLite's page cache
+  /// as far as they can; it is to be read from its first byte on, in order. What they give counts only if the
+  /// block's checksum says so. \return false if nothing changes: no checksum, or a block that can't be read so
+  bool readPastSqlite();
+  void readThroughSqlite() { isPastSqlite = false; }
   /// Reads bytes of the open block.
   void read(void* to, std::size_t bytes, std::size_t offset);
   /// Raises the Error for a checksum other than the block's.
@@ -42,8 +48,12 @@ class BlockReader {
 
   Connection link;
   Statement head;
+  OverflowPages pages;
+  bool isPastSqlite = false;
   sqlite3_blob* blob = nullptr;
   std::optional<std::uint32_t> expectedChecksum;
+  std::int64_t openRowId = 0;
+  std::uint64_t openBytes = 0;
   std::string object;
 };
 

@@ -95,6 +95,24 @@ void deliverRecords(BlockPass& pass, BlockReader& reader, const Target& target, 
   }
 }
 
+/// Delivers a job's records; the checksum of the whole block if it `verifies`.
+std::uint32_t deliver(const ReadJob& job, const BlockLayout& layout, BlockReader& reader, bool verifies) {
+  const Target& target = *job.target;
+  const auto storedBytes = static_cast<std::size_t>(target.column->recordBytes());
+  BlockPass pass(reader, verifies);
+  pass.skipTo(job.firstRow * storedBytes);
+  unsigned char* const to = target.buffer + job.firstRecord * target.stride;
+  if (target.conversion == nullptr && target.stride == storedBytes) {
+    deliverStoredBytes(pass, to, job.rows * storedBytes);
+  } else {
+    deliverRecords(pass, reader, target, to, job.rows);
+  }
+  if (verifies) {
+    pass.skipTo(layout.rows(job.block) * storedBytes);
+  }
+  return pass.found();
+}
+
 /// The failure of the lowest job so far.
 class FirstFailure {
  public:
@@ -142,21 +160,17 @@ std::uint64_t ReadJobs::storedBytes() const {
 }
 
 void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
-  const Target& target = *job.target;
-  const auto storedBytes = static_cast<std::size_t>(target.column->recordBytes());
-  reader.open(*target.column, layout, job.block);
-  const bool verifies = reader.checksum().has_value() && job.block != target.verified;
-  BlockPass pass(reader, verifies);
-  pass.skipTo(job.firstRow * storedBytes);
-  unsigned char* const to = target.buffer + job.firstRecord * target.stride;
-  if (target.conversion == nullptr && target.stride == storedBytes) {
-    deliverStoredBytes(pass, to, job.rows * storedBytes);
-  } else {
-    deliverRecords(pass, reader, target, to, job.rows);
+  reader.open(*job.target->column, layout, job.block);
+  const bool verifies = reader.checksum().has_value() && job.block != job.target->verified;
+  if (verifies && reader.readPastSqlite()) {
+    if (deliver(job, layout, reader, verifies) == reader.checksum()) {
+      return;
+    }
+    reader.readThroughSqlite(); // whose verdict stands
   }
+  const std::uint32_t found = deliver(job, layout, reader, verifies);
   if (verifies) {
-    pass.skipTo(layout.rows(job.block) * storedBytes);
-    reader.requireChecksum(pass.found());
+    reader.requireChecksum(found);
   }
 }
 
