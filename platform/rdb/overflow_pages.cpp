@@ -131,12 +131,17 @@ void OverflowPages::readFileHead() {
   pageCount = static_cast<std::uint64_t>(fileBytes) / pageBytes;
 }
 
-/// Reads from inside one page of the file; the one place that does.
+/// Reads from inside one page of the file, or from the copy of the inner page that was searched last; the one place
+/// that does.
 bool OverflowPages::take(std::uint64_t page, std::uint64_t offset, void* to, std::size_t bytes) {
   const std::uint64_t lockPage = lockByte / pageBytes + 1;
   if (page < 2 || page > pageCount || page == lockPage || offset > usableBytes ||
       bytes > usableBytes - offset) {
     return false;
+  }
+  if (page == innerNumber) {
+    std::memcpy(to, innerPage.data() + offset, bytes);
+    return true;
   }
   const std::uint64_t position = (page - 1) * pageBytes + offset;
   return file->pMethods->xRead(file, to, static_cast<int>(bytes), static_cast<sqlite3_int64>(position)) ==
@@ -149,7 +154,18 @@ bool OverflowPages::openTreePage(std::uint64_t number, TreePage& page) {
     return false;
   }
   page = {number, head[0] == 13 ? 8U : 12U, bigEndian(&head[3], 2), bigEndian(&head[8], 4)};
-  return page.cells != 0;
+  return page.cells != 0 && (page.isLeaf() || number == innerNumber || keepInner(number));
+}
+
+// A search in an inner page asks for a dozen cells, and the root is searched for every block.
+bool OverflowPages::keepInner(std::uint64_t number) {
+  innerNumber = 0;
+  innerPage.resize(usableBytes);
+  if (!take(number, 0, innerPage.data(), innerPage.size())) {
+    return false;
+  }
+  innerNumber = number;
+  return true;
 }
 
 bool OverflowPages::readCell(const TreePage& page, std::uint64_t index, Cell& cell) {

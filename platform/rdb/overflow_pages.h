@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <limits>
 #include <sqlite3.h>
+#include <vector>
 
 namespace riegl::rdb::embedded {
 
@@ -56,6 +57,7 @@ class OverflowPages {
   void readFileHead();
   bool take(std::uint64_t page, std::uint64_t offset, void* to, std::size_t bytes);
   bool openTreePage(std::uint64_t number, TreePage& page);
+  bool keepInner(std::uint64_t number);
   bool readCell(const TreePage& page, std::uint64_t index, Cell& cell);
   bool search(const TreePage& page, std::int64_t rowId, Place& place);
   bool descend(std::int64_t rowId, TreePage& leaf);
@@ -68,6 +70,10 @@ class OverflowPages {
   std::uint64_t pageBytes = 0;
   std::uint64_t usableBytes = 0; ///< of a page; 0 if the file is not to be read so
   std::uint64_t pageCount = 0;   ///< that lie in the file whole
+
+  // A copy of the inner page that was searched last: nobody changes the file while the transaction is open.
+  std::uint64_t innerNumber = 0;
+  std::vector<unsigned char> innerPage;
 
   // The leaf found last and the keys (after, upTo] that belong there; rows are mostly asked for in order.
   std::uint64_t leafNumber = 0;
