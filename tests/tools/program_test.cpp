@@ -161,7 +161,7 @@ TEST_F(Program, InfoAsJsonIsOneObject) {
   EXPECT_EQ(run({"info", "--json", out}).out, R"({
   "file": ")" + out + R"(",
   "records": 7,
-  "block_rows": 125000,
+  "block_rows": 1000000,
   "attributes": [
     {
       "name": "riegl.scan_angle",
