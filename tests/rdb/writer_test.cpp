@@ -86,7 +86,7 @@ TEST_F(Writing, RefusesSpecsThatCannotBeRead) {
             what + "a finite scale other than 0, found 0.000000)");
   EXPECT_EQ(errorOfSpec({"a", StoredType::int8, 1, 1, 1.0 / 0.0}), what + "a finite offset, found inf)");
   EXPECT_EQ(errorOfSpec({"a", StoredType::float64, 1000}),
-            what + "blocks of at most 900000000 bytes, found 1000000000)");
+            what + "blocks of at most 900000000 bytes, found 8000000000)");
 }
 
 TEST_F(Writing, RefusesWrongUse) {
