@@ -10,6 +10,7 @@
 #include "bench/support/child.h"
 #include "bench/support/database.h"
 #include "bench/support/fresh_memory.h"
+#include "bench/support/program.h"
 #include "tests/support/temp_dir.h"
 
 namespace {
@@ -107,10 +108,5 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& failure) {
-    std::fprintf(stderr, "growth_bench: %s\n", failure.what());
-    return 1;
-  }
+  return bench::runProgram("growth_bench", run, argc, argv);
 }

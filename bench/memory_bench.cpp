@@ -6,6 +6,7 @@
 
 #include "bench/support/child.h"
 #include "bench/support/database.h"
+#include "bench/support/program.h"
 #include "rdb/block_size.h"
 #include "tests/support/temp_dir.h"
 
@@ -88,10 +89,5 @@ int run(int argc, char** argv) {
 } // namespace
 
 int main(int argc, char** argv) {
-  try {
-    return run(argc, argv);
-  } catch (const std::exception& failure) {
-    std::fprintf(stderr, "memory_bench: %s\n", failure.what());
-    return 1;
-  }
+  return bench::runProgram("memory_bench", run, argc, argv);
 }

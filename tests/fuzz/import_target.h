@@ -1,0 +1,37 @@
+// What the fuzz targets of the imports have in common: a whole database comes of any bytes, or a refusal and no file.
+#pragma once
+
+#include <filesystem>
+#include <sstream>
+
+#include "platform/rdb/error.h"
+#include "tests/fuzz/input_file.h"
+#include "tools/import.h"
+#include "tools/tool_error.h"
+
+namespace fuzz {
+
+/// Imports the bytes as a file and holds the outcome to its promise.
+/// \param import  called with the request and a stream for its notes
+template <class Import>
+int importAnyBytes(const std::uint8_t* bytes, std::size_t count, Import import) {
+  rdbtool::ImportRequest request;
+  request.input = inputFile(bytes, count);
+  request.output = folder().path("output");
+  std::filesystem::remove(request.output);
+  bool imported = false;
+  std::ostringstream notes;
+  try {
+    import(request, notes);
+    imported = true;
+  } catch (const rdbtool::ToolError& refusal) {
+    require(refusal.what()[0] != '\0', "a refusal says why");
+  } catch (const riegl::rdb::Error& refusal) {
+    require(refusal.what()[0] != '\0', "a refusal says why");
+  }
+  require(std::filesystem::exists(request.output) == imported,
+          "a file stands where, and only where, all is well");
+  return 0;
+}
+
+} // namespace fuzz
