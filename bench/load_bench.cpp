@@ -1,5 +1,6 @@
 // The point-cloud load of 66 bytes a record against reading the same bytes into fresh memory.
 // docs/benchmarks.md has the targets.
+#include <future>
 #include <memory>
 #include <optional>
 
@@ -46,6 +47,24 @@ void requireSameBytes() {
   }
 }
 
+/// Reading the bare file into fresh memory, on one thread or two.
+bench::Side bareReading(std::unique_ptr<bench::FreshMemory>& memory, std::size_t threads) {
+  return {.run =
+              [&memory, threads] {
+                memory = std::make_unique<bench::FreshMemory>(scan().bytes());
+                std::vector<std::future<void>> others;
+                for (std::size_t thread = 1; thread < threads; ++thread) {
+                  others.push_back(std::async(std::launch::async, bench::readPieces, scan().bare,
+                                              memory->bytes(), scan().bytes(), thread, threads));
+                }
+                bench::readPieces(scan().bare, memory->bytes(), scan().bytes(), 0, threads);
+                for (std::future<void>& other : others) {
+                  other.get();
+                }
+              },
+          .clear = [&memory] { memory.reset(); }};
+}
+
 bench::Finding compareLoad() {
   requireSameBytes();
   std::optional<Nimbra::Grid> grid;
@@ -53,13 +72,13 @@ bench::Finding compareLoad() {
   const bench::Side path{.run = [&] { bench::load(scan().database, *grid); },
                          .clear = [&] { grid.reset(); },
                          .prepare = [&] { grid.emplace(); }};
-  const bench::Side baseline{.run =
-                                 [&] {
-                                   memory = std::make_unique<bench::FreshMemory>(scan().bytes());
-                                   bench::readWhole(scan().bare, memory->bytes(), scan().bytes());
-                                 },
-                             .clear = [&] { memory.reset(); }};
-  return bench::compare(path, baseline);
+  return bench::compare(path, bareReading(memory, 1));
+}
+
+/// What a second thread can gain on this machine, whatever a program does with it.
+bench::Finding compareReading() {
+  std::unique_ptr<bench::FreshMemory> memory;
+  return bench::compare(bareReading(memory, 2), bareReading(memory, 1));
 }
 
 } // namespace
@@ -70,5 +89,6 @@ int main(int argc, char** argv) {
     return compareLoad();
   });
   bench::addComparison("rdbx2Z4, two client threads / pread on one", compareLoad);
+  bench::addComparison("pread on two threads / pread on one", compareReading);
   return bench::runComparisons(argc, argv);
 }

@@ -38,19 +38,28 @@ class FreshMemory {
   void* place;
 };
 
-/// Reads the first `bytes` bytes of a file, in large pieces and through the page cache.
-inline void readWhole(const std::string& path, unsigned char* to, std::size_t bytes) {
-  constexpr std::size_t bytesAtOnce = std::size_t{8} << 20;
+/// Reads the pieces `first`, `first + every`, `first + 2 * every` and so on of a file's first `bytes` bytes to their
+/// places, through the page cache. A piece is large.
+inline void readPieces(const std::string& path, unsigned char* to, std::size_t bytes, std::size_t first,
+                       std::size_t every) {
+  constexpr std::size_t pieceBytes = std::size_t{8} << 20;
   const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
-  for (std::size_t done = 0; done < bytes;) {
-    const ssize_t got =
-        pread(descriptor, to + done, std::min(bytesAtOnce, bytes - done), static_cast<off_t>(done));
-    if (got <= 0) {
-      throw std::system_error(errno, std::generic_category(), "reading " + path);
+  for (std::size_t piece = first; piece * pieceBytes < bytes; piece += every) {
+    const std::size_t end = std::min(bytes, (piece + 1) * pieceBytes);
+    for (std::size_t done = piece * pieceBytes; done < end;) {
+      const ssize_t got = pread(descriptor, to + done, end - done, static_cast<off_t>(done));
+      if (got <= 0) {
+        throw std::system_error(errno, std::generic_category(), "reading " + path);
+      }
+      done += static_cast<std::size_t>(got);
     }
-    done += static_cast<std::size_t>(got);
   }
   close(descriptor);
+}
+
+/// Reads the first `bytes` bytes of a file on this thread.
+inline void readWhole(const std::string& path, unsigned char* to, std::size_t bytes) {
+  readPieces(path, to, bytes, 0, 1);
 }
 
 } // namespace bench
