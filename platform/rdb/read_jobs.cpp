@@ -3,6 +3,7 @@
 #include "platform/rdb/read_jobs.h"
 
 #include "platform/rdb/checksum.h"
+#include "platform/rdb/populate.h"
 
 #include <algorithm>
 #include <atomic>
@@ -57,6 +58,7 @@ class BlockPass {
 void deliverStoredBytes(BlockPass& pass, unsigned char* to, std::size_t bytes) {
   while (bytes > 0) {
     const std::size_t part = std::min(bytes, chunkBytes);
+    populate(to, part);
     pass.read(to, part);
     to += part;
     bytes -= part;
