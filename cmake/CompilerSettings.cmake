@@ -21,12 +21,17 @@ set(RDB2NIMBRA_SANITIZE "" CACHE STRING "Value of -fsanitize=, empty for none")
 option(RDB2NIMBRA_COVERAGE "Instrument for line coverage" OFF)
 option(RDB2NIMBRA_FUZZ_ENGINE "Link the fuzz targets with clang's engine (preset fuzz)" OFF)
 
+option(RDB2NIMBRA_PORTABLE_ELEMENTS "Make fresh vectors as any standard library can (fresh_elements.h)" OFF)
+
 # What whoever includes a header of the project needs, here and in an installed tree: no warnings in it.
 add_library(rdb2nimbra_headers INTERFACE)
 target_compile_features(rdb2nimbra_headers INTERFACE cxx_std_20)
 target_include_directories(rdb2nimbra_headers INTERFACE
   $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
   $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra>)
+if(RDB2NIMBRA_PORTABLE_ELEMENTS)
+  target_compile_definitions(rdb2nimbra_headers INTERFACE RDB2NIMBRA_PORTABLE_ELEMENTS)
+endif()
 
 # How the project's own sources are compiled; linked PRIVATE everywhere, so that no consumer gets its warnings.
 add_library(rdb2nimbra_settings INTERFACE)

@@ -3,10 +3,11 @@
 // Why: a caller's buffer is fresh memory. Where huge pages don't fit, at both of its ends, each small page costs a
 // fault in the midst of the kernel's copy, which is dearer than a page asked for: nine of ten faults go, and 3 %
 // of a load on one thread.
-// What it leans on: MADV_POPULATE_WRITE of Linux 5.14. Elsewhere, and where the kernel declines, nothing happens here.
+// What it leans on: MADV_POPULATE_WRITE of Linux 5.14. Elsewhere, where the kernel declines, and without
+// RDB2NIMBRA_POPULATE_PAGES (a choice of the configure step) nothing happens here.
 #include "platform/rdb/populate.h"
 
-#if __has_include(<sys/mman.h>)
+#if RDB2NIMBRA_POPULATE_PAGES && __has_include(<sys/mman.h>)
 #include <cstdint>
 #include <sys/mman.h>
 #include <unistd.h>

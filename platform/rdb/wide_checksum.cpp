@@ -9,17 +9,18 @@
 // exclusive or, of which a processor does several a cycle. So of each piece the first half is added to the second,
 // and only the second is folded. a, b and c were found by search; the compiler checks them below. b is small, so
 // that a byte's three readings follow one another closely and come from the first-level cache.
+// Without RDB2NIMBRA_WIDE_CHECKSUM (a choice of the configure step), and on other processors, libdeflate does it all.
 #include "platform/rdb/wide_checksum.h"
 
 #include <array>
 #include <libdeflate.h>
-#ifdef __x86_64__
+#if RDB2NIMBRA_WIDE_CHECKSUM && defined(__x86_64__)
 #include <immintrin.h>
 #endif
 
 namespace riegl::rdb::embedded {
 
-#ifdef __x86_64__
+#if RDB2NIMBRA_WIDE_CHECKSUM && defined(__x86_64__)
 namespace {
 
 #define WIDE __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,vpclmulqdq,pclmul")))
