@@ -170,10 +170,10 @@ class WeakPtr : public DynPtr<T, B> {
 
   template <class U>
   void assign(const DynPtr<U, B>& other) {
-    WeakPtr incoming(other);
+    WeakPtr incoming(other); // goes with what this one held, under the number that it was held by
+    std::swap(this->id, incoming.id);
     std::swap(this->record, incoming.record);
     std::swap(this->cached, incoming.cached);
-    this->id = nextPointerID();
   }
 };
 
@@ -227,10 +227,10 @@ class StrongPtr : public DynPtr<T, B> {
 
   template <class U>
   void assign(const DynPtr<U, B>& other) {
-    StrongPtr incoming(other);
+    StrongPtr incoming(other); // goes with what this one held, under the number that it was held by
+    std::swap(this->id, incoming.id);
     std::swap(this->record, incoming.record);
     std::swap(this->cached, incoming.cached);
-    this->id = nextPointerID();
   }
 
   /// weak + 1 and, on a live record, strong + 1. The first strong hold finishes the construction of an object

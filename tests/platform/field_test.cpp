@@ -2,6 +2,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
+#include <vector>
+
 #include "storage/nimbra/mem_array.h"
 #include "tests/support/grid.h"
 
@@ -89,6 +93,24 @@ TEST_F(Fields, WithoutACacheTheFieldHoldsTheArrayItself) {
   EXPECT_TRUE(field->array("Fragment_0"));
 }
 
+/// Holds a copy in place of what it is given.
+class CopyingCache final : public Torvel::Cache {
+  using Object = Torvel::StrongPtr<Torvel::Cacheable, Torvel::Cacheable>;
+
+ public:
+  Object keep(const Object& object) override {
+    return Torvel::StrongPtr<MemBase, Torvel::Cacheable>(object)->deepCopy();
+  }
+};
+
+TEST_F(Fields, HoldWhatTheCacheKeepsForThem) {
+  const MemBase::Pointer array = oneDouble();
+  const Torvel::StrongPtr<Torvel::Cache, Torvel::CacheBase> cache(new CopyingCache);
+  field->setPersistentData(array, field->makeFragmentID("Fragment_0"), cache, "");
+  EXPECT_TRUE(field->array("Fragment_0"));
+  EXPECT_NE(field->array("Fragment_0").get(), array.get());
+}
+
 TEST_F(Fields, LetTheirMemoryGoWhenTheyEnd) {
   const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
   Field::Pointer other(new Field(nullptr));
@@ -133,6 +155,16 @@ TEST(FieldClasses, DeriveAsTheModelTells) {
   static_assert(std::is_base_of_v<Torvel::Ageable, Torvel::Creature>);
   Field field(nullptr);
   EXPECT_EQ(static_cast<void*>(&field), static_cast<void*>(static_cast<Family*>(&field)));
+}
+
+TEST(FieldClasses, BasesOfAFieldStandInTheToldOrder) {
+  Field field(nullptr);
+  const std::vector<const void*> places{
+      static_cast<Field::Family*>(&field),
+      static_cast<Nimbra::Ownable<Field, Nimbra::ChildrenProperties>*>(&field),
+      static_cast<Torvel::Intercube*>(&field), static_cast<Nimbra::FragmentIDCollectionProvider*>(&field),
+      &field.attributes()};
+  EXPECT_TRUE(std::is_sorted(places.begin(), places.end(), std::less<>()));
 }
 
 } // namespace

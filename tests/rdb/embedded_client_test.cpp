@@ -3,6 +3,7 @@
 #include "platform/rdb/writer.h"
 
 #include "tests/rdb/client_suite.h"
+#include "tests/storage/virtual_slot.h"
 
 namespace {
 
@@ -36,6 +37,13 @@ struct Embedded {
     return path;
   }
 };
+
+TEST(ClientError, VirtualsStandInTheToldOrder) {
+  using support::slotOf;
+  EXPECT_EQ(slotOf(&riegl::rdb::Error::what), 2); // the destructors take two slots
+  EXPECT_EQ(slotOf(&riegl::rdb::Error::code), 3);
+  EXPECT_EQ(slotOf(&riegl::rdb::Error::details), 4);
+}
 
 using Clients = testing::Types<Embedded<StoredType::uint8, std::uint8_t, 125000>,
                                Embedded<StoredType::int16, std::int16_t, 65537>,

@@ -1,6 +1,8 @@
 // The record of each element type, row by row.
 #include <gtest/gtest.h>
 
+#include <vector>
+
 #include "storage/nimbra/element_records.h"
 
 namespace {
@@ -55,6 +57,17 @@ INSTANTIATE_TEST_SUITE_P(
             "void", 0},
         Row{"int", elementRecord<int>(), 1, 4, 0, 0, "int", 4, "void", 0},
         Row{"unsigned int", elementRecord<unsigned int>(), 1, 4, 0, 0, "unsigned int", 4, "void", 0}));
+
+TEST(ElementRecord, FieldsStandInTheToldOrder) {
+  const auto [components, elementBytes, vectorFlagA, vectorFlagB, componentBytes, typeName, componentName,
+              chartName, dimensions] = elementRecord<Quillon::ColourRGBA>();
+  EXPECT_EQ(
+      (std::vector<int>{components, elementBytes, vectorFlagA, vectorFlagB, componentBytes, dimensions}),
+      (std::vector<int>{4, 4, 1, 0, 1, 4}));
+  EXPECT_EQ(typeName, Torvel::Typename(typeid(Quillon::ColourRGBA)));
+  EXPECT_EQ(componentName, "unsigned char");
+  EXPECT_EQ(chartName, "Quillon::RGBA");
+}
 
 TEST(ElementTypes, AreElevenPlainSequencesOfScalars) {
   static_assert(std::tuple_size_v<Nimbra::ElementTypes> == 11);

@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <functional>
 #include <limits>
 #include <stdexcept>
 
@@ -37,6 +39,25 @@ TEST(MemArrays, ShorterExtentLeavesTheRestAsTail) {
   EXPECT_EQ(array->count, 100U);
   EXPECT_EQ(array->limit, 100U);
   EXPECT_EQ(array->memorySize(), 800U);
+}
+
+TEST(MemArrays, ForeignChunkHasToFitTheExtent) {
+  const Array array(new MemArray<1, double>(samples<double>(100), 95, nullptr));
+  EXPECT_TRUE(array->arrayOver(samples<double>(95), nullptr));
+  EXPECT_EQ(array->arrayOver(samples<double>(100), nullptr).get(), nullptr);
+}
+
+TEST(MemArrays, ReplacedContentsHaveToFitTheChunk) {
+  const Array array(new MemArray<1, double>(samples<double>(100), 95, nullptr));
+  EXPECT_FALSE(array->replaceContents(samples<double>(95)));
+  EXPECT_TRUE(array->replaceContents(samples<double>(100)));
+}
+
+TEST(MemArrays, DeepCopyKeepsExtentAndTail) {
+  const Array array(new MemArray<1, double>(samples<double>(100), 95, nullptr));
+  const Array copy(array->deepCopy());
+  EXPECT_EQ(copy->elementCount(), 95U);
+  EXPECT_EQ(copy->tail, 5U);
 }
 
 TEST(MemArrays, FirstAndLastOfOneElementAreTheSame) {
@@ -153,6 +174,15 @@ TEST(MemArrays, TextOfEachScalarIsANumber) {
   EXPECT_EQ(textOf<double>(std::numeric_limits<double>::infinity()), "inf");
 }
 
+TEST(MemArrays, TextIsThatOfTheChunkWhateverTheViewShows) {
+  const Array array(new MemArray<1, double>(samples<double>(4), 2, nullptr));
+  array->start = 1;
+  array->stride = 2;
+  EXPECT_EQ(array->elementText(1), "1");
+  EXPECT_EQ(array->elementText(3), "3");
+  EXPECT_EQ(array->elementText(4), "");
+}
+
 TEST(MemArrays, TextOfAComposedElementHasABlankBetweenComponents) {
   Quillon::ColourRGBA colour;
   std::copy_n(std::array<unsigned char, 4>{255, 0, 127, 1}.begin(), 4, colour.begin());
@@ -187,6 +217,29 @@ TEST(MemArrays, RemembersItsCreatorWithoutHoldingIt) {
   EXPECT_EQ(array->createdBy().get(), maker.get());
   maker = nullptr;
   EXPECT_EQ(array->createdBy().get(), nullptr);
+}
+
+TEST(MemArrays, NewOnesRememberTheCreatorThatIsPassed) {
+  const Torvel::StrongPtr<Maker, Torvel::Creature> maker(new Maker);
+  const Array array(new MemArray<1, double>(samples<double>(4), 4, nullptr));
+  for (const MemBase::Pointer& made :
+       {array->newArray({2}, maker), array->copyHyperslabAt({0}, {2}, maker),
+        array->copyHyperslab({0}, {2}, maker), array->arrayOver(samples<double>(4), maker),
+        array->shallowView(0, maker)}) {
+    EXPECT_EQ(made->createdBy().get(), maker.get());
+  }
+}
+
+TEST(MemArrays, PartsStandInTheToldOrder) {
+  MemArray<1, double> array(1, nullptr);
+  const Referencing& working = array;
+  const std::vector<const void*> places{static_cast<const Nimbra::MemArrayBase<1>*>(&working),
+                                        static_cast<const Nimbra::MultiArray<1, double>*>(&working),
+                                        &array.data,
+                                        &array.creator,
+                                        &array.size,
+                                        static_cast<const Nimbra::TypedArray<double>*>(&working)};
+  EXPECT_TRUE(std::is_sorted(places.begin(), places.end(), std::less<>()));
 }
 
 TEST(MemArrays, CountOfArraysGrowsOnlyWhereTheFlagIsSet) {

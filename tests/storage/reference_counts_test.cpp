@@ -153,6 +153,14 @@ TEST(ReferenceCounts, AssignmentGivesANewNumber) {
   EXPECT_EQ(second.serialNumber(), before);
 }
 
+TEST(ReferenceCounts, AssignmentGivesAWeakPointerANewNumber) {
+  const Strong strong(new Item);
+  Weak first(strong);
+  const Weak second(strong);
+  first = second;
+  EXPECT_GT(first.serialNumber(), second.serialNumber());
+}
+
 TEST(ReferenceCounts, ObjectsOfAFamilyAreNumberedInOrder) {
   const Item first;
   const SpecialItem second;

@@ -163,6 +163,18 @@ TYPED_TEST(EveryType, TypeObjectKnowsItsType) {
   EXPECT_EQ(this->type->typeName, Torvel::Typename(typeid(TypeParam)));
 }
 
+/// What a module that shares nothing with this one has in place of a type's identity.
+class OtherIdentity : public std::type_info {
+ public:
+  explicit OtherIdentity(const char* name) : std::type_info(name) {}
+};
+
+TYPED_TEST(EveryType, TypeObjectKnowsItsTypeByAnotherCopyOfTheName) {
+  const std::string name = typeid(TypeParam).name();
+  EXPECT_TRUE(this->type->isElementType(OtherIdentity(name.c_str())));
+  EXPECT_FALSE(this->type->isElementType(OtherIdentity((name + "x").c_str())));
+}
+
 TYPED_TEST(EveryType, TypeObjectMakesChunks) {
   const auto chunk = this->type->create(3);
   EXPECT_EQ(chunk->elementCount(), 3U);

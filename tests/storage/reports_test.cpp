@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <new>
+#include <optional>
 #include <sstream>
 
 #include "tests/storage/counted_item.h"
@@ -113,12 +114,12 @@ TEST(Reports, NewHoldDuringTheReleaseCancelsTheDestruction) {
 }
 
 std::string textOfInvalidWeak(std::uint64_t number, const std::string& counts, const void* record,
-                              const void* object) {
-  return "reference scheme: weak hold of Torvel::WeakPtr<counted::Item, counted::Item> number " +
-         std::to_string(number) +
-         " (Torvel::DynPtr<counted::Item, counted::Item> on counted::Item in family counted::Item) is "
-         "released, but the weak count isn't positive: " +
-         counts + ", record " + place(record) + ", object " + place(object);
+                              const void* object, const std::string& pointer = "WeakPtr",
+                              const std::string& kind = "Item") {
+  return "reference scheme: weak hold of Torvel::" + pointer + "<counted::Item, counted::Item> number " +
+         std::to_string(number) + " (Torvel::DynPtr<counted::Item, counted::Item> on counted::" + kind +
+         " in family counted::Item) is released, but the weak count isn't positive: " + counts + ", record " +
+         place(record) + ", object " + place(object);
 }
 
 TEST(Reports, WeakReleaseWithoutAWeakCountOnALiveObject) {
@@ -153,6 +154,48 @@ TEST(Reports, WeakReleaseWithoutAWeakCountOnADeadObject) {
   EXPECT_THAT(console.lines(),
               ElementsAre(textOfInvalidWeak(number, "strong -111, weak 0", counts, nullptr)));
   delete counts; // nobody brought the weak count to 0
+}
+
+TEST(Reports, WeakReleaseWithoutAWeakCountNamesTheKindOfALiveObject) {
+  const ConsoleLines console;
+  counted::SpecialItem item;
+  auto& counts = const_cast<counted::Record&>(item.counts());
+  auto weak = std::make_optional<Weak>(&item);
+  const std::uint64_t number = weak->serialNumber();
+  counts.lowerWeak();
+  counts.lowerWeak();
+  weak.reset();
+  EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item,
+                                                             "WeakPtr", "SpecialItem")));
+  counts.raiseWeak();
+  counts.raiseWeak();
+}
+
+TEST(Reports, WeakReleaseWithoutAWeakCountNamesAStrongPointer) {
+  const ConsoleLines console;
+  auto strong = std::make_optional<Strong>(new Item);
+  counted::Record* const counts = &record(*strong);
+  const std::uint64_t number = strong->serialNumber();
+  counts->lowerWeak();
+  counts->lowerWeak();
+  strong.reset();
+  EXPECT_THAT(console.lines(),
+              ElementsAre(textOfInvalidWeak(number, "strong -111, weak -1", counts, nullptr, "StrongPtr")));
+  delete counts; // nobody brought the weak count to 0
+}
+
+TEST(Reports, WeakReleaseByAnAssignmentNamesTheNumberThatThePointerHad) {
+  const ConsoleLines console;
+  Item item;
+  auto& counts = const_cast<counted::Record&>(item.counts());
+  Weak weak(&item);
+  const std::uint64_t number = weak.serialNumber();
+  counts.lowerWeak();
+  counts.lowerWeak();
+  weak = nullptr;
+  EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
+  counts.raiseWeak();
+  counts.raiseWeak();
 }
 
 TEST(Reports, SpeakerIsOneObject) {
