@@ -115,6 +115,13 @@ TEST(MemArrays, ShallowViewKeepsExtentAndTail) {
   EXPECT_EQ(view->available(), 95U);
 }
 
+TEST(MemArrays, ShallowViewLiesWhereItsSourceLies) {
+  const Array array = doubles({0, 1, 2, 3});
+  array->data += 2;
+  const ReferencingPointer view(array->shallowView(0, nullptr));
+  EXPECT_EQ(view->data, array->data);
+}
+
 struct SourceView {
   const char* name;
   Nimbra::HyperslabParameters source;
