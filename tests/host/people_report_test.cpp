@@ -40,6 +40,15 @@ HandMade tinyLoad() {
   return load;
 }
 
+nimbrahost::WaveformOutcome readWaveform(const std::string& result) {
+  nimbrahost::WaveformOutcome waveform{.result = result};
+  waveform.waveformGrid = new Nimbra::Grid;
+  waveform.pointGrid = new Nimbra::Grid;
+  waveform.waveformField = new Nimbra::Field(nullptr);
+  waveform.tRefField = new Nimbra::Field(nullptr);
+  return waveform;
+}
+
 TEST(PeopleReport, TinyGridIsLaidOutInColumns) {
   EXPECT_EQ(
       textOf(tinyLoad()),
@@ -134,6 +143,43 @@ TEST(PeopleReport, EveryFailureIsALineOfItsOwn) {
                        "nimbra-host: scan.rdbx: time not rebased: spans two days\n"
                        "nimbra-host: scan.rdbx: waveform metadata not read: Error: Key not found\n"
                        "nimbra-host: scan.rdbx: picture not drawn: disk full\n");
+}
+
+TEST(PeopleReport, WaveformShowsWhatWasReadAndItsFourCarriers) {
+  HandMade load;
+  load.outcome.waveform = readWaveform("");
+  load.outcome.waveform->speak = "refl_delta 0.5\nampl_unit 0.01\n";
+  load.outcome.waveform->pointGrid->attributes().setAttribute("RDB_Segment", hosttest::chunkWith<int>({7}));
+  EXPECT_THAT(
+      textOf(load),
+      testing::EndsWith("\nWaveform processing\n  refl_delta 0.5\n  ampl_unit 0.01\n"
+                        "  Waveform grid: 0 attributes\n"
+                        "  Point grid: 1 attribute\n    @ RDB_Segment             int                7\n"
+                        "  Waveform field: 0 attributes\n  Time reference field: 0 attributes\n"));
+}
+
+TEST(PeopleReport, WaveformThatWasNotReadIsToldWithItsReason) {
+  HandMade load;
+  load.outcome.waveform = readWaveform("Error: Key not found");
+  EXPECT_THAT(textOf(load), HasSubstr("\nWaveform processing\n  failed: Error: Key not found\n"));
+}
+
+TEST(PeopleReport, PictureIsALineWithItsPointsAndItsScale) {
+  const HandMade load;
+  std::ostringstream stream;
+  nimbrahost::OutputBuffer output(stream);
+  const nimbrahost::PictureOutcome picture{.file = "a.png", .pointCount = 12345, .unitsPerPixel = 0.25};
+  EXPECT_TRUE(writePeopleReport(output, load.request, load.outcome, {0}, &picture));
+  EXPECT_THAT(stream.str(), HasSubstr("Picture   a.png, 12,345 points, one pixel is 0.25\n"));
+}
+
+TEST(PeopleReport, RebasingIsALineWhereItWasAskedFor) {
+  HandMade load;
+  EXPECT_THAT(textOf(load), testing::Not(HasSubstr("Rebasing")));
+  load.outcome.rebaseError = "";
+  EXPECT_THAT(textOf(load), HasSubstr("Rebasing  done\n"));
+  load.outcome.rebaseError = "spans two days";
+  EXPECT_THAT(textOf(load), HasSubstr("Rebasing  failed: spans two days\n"));
 }
 
 TEST(PeopleReport, ExceptionIsTheResult) {
