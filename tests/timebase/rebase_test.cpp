@@ -73,6 +73,8 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"Exactly86400IsDayOne", {86400, 86400}, 1, true, {86400, 86400}, ""},
         Case{"JustBelow86400IsDayZero", {86399.999, 86399.999}, 0, true, {86399.999, 86399.999}, ""},
         Case{"NegativeDay", {-20, -10}, 2, true, {172780, 172790}, ""},
+        Case{"StartOfTheDayBefore", {-86400, -1}, 1, true, {0, 86399}, ""},
+        Case{"ShiftBeyondAnInt", {10, 20}, 30000, true, {2592000010, 2592000020}, ""},
         Case{"TheLastDayOfAll",
              {185542587100900, 185542587100900},
              3,

@@ -22,7 +22,7 @@ namespace Ondrel {
 int getWeekDay(int year, int month, int day) {
   scripted::script().calls.push_back("getWeekDay(" + std::to_string(year) + "," + std::to_string(month) +
                                      "," + std::to_string(day) + ")");
-  return 0;
+  return recorded::weekDay();
 }
 
 } // namespace Ondrel
@@ -31,6 +31,11 @@ namespace recorded {
 
 Transformation& transformation() {
   static Transformation only;
+  return only;
+}
+
+int& weekDay() {
+  static int only = 0;
   return only;
 }
 

@@ -28,4 +28,7 @@ struct Transformation {
 
 Transformation& transformation();
 
+/// What the calendar answers to every date, 0 at first.
+int& weekDay();
+
 } // namespace recorded
