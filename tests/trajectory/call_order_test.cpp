@@ -2,6 +2,8 @@
 #include "tests/trajectory/scripted_load.h"
 #include "trajectory/trajectory_columns.h"
 
+#include <malloc.h>
+
 namespace {
 
 using namespace flight;
@@ -96,6 +98,13 @@ TEST_F(ScriptedLoad, AsksForNothingBehindTheFirstMissingAttribute) {
   EXPECT_TRUE(grid.representations().empty());
 }
 
+TEST_F(ScriptedLoad, WarnsOfGpsTimeBeforeItAsksForTheAttributes) {
+  script.metadata = {{"riegl.time_base", R"({"epoch":"2023-05-04T00:00:00Z","system":"GPS"})"}};
+  script.columns.clear();
+  EXPECT_EQ(load(), "pofx2nimbra::iniMe: no timestamp");
+  EXPECT_EQ(console.lines().size(), 2u);
+}
+
 TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
   const auto constant = [](double value) {
     return [value](void* buffer, unsigned int count, std::uint64_t) {
@@ -113,7 +122,16 @@ TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
   EXPECT_EQ(points[0], Point(1016, 48, 300));
 }
 
+/// Has the C library fill new memory while it lives, so that nothing is zero by chance.
+struct FilledMemory {
+  FilledMemory() { mallopt(M_PERTURB, 0x5A); }
+  FilledMemory(const FilledMemory&) = delete;
+  FilledMemory& operator=(const FilledMemory&) = delete;
+  ~FilledMemory() { mallopt(M_PERTURB, 0); }
+};
+
 TEST_F(ScriptedLoad, ShowsTheClientZeroFilledArrays) {
+  const FilledMemory memory;
   std::vector<double> first, last;
   const auto look = [&](void* buffer, unsigned int, std::uint64_t) {
     first.push_back(static_cast<double*>(buffer)[0]);
@@ -162,6 +180,13 @@ TEST_F(ScriptedLoad, KeepsTheBlocksBeforeAFailedTransformation) {
   for (const std::string& name : support::fieldNames(grid)) {
     EXPECT_EQ(support::fragmentNames(support::field(grid, name)), Calls{"flight_Fragment_0"}) << name;
   }
+}
+
+TEST_F(ScriptedLoad, MakesNoFragmentForPositionsThatAreNotTransformed) {
+  recorded::transformation().answer = "no such place";
+  script.blocks = {3};
+  EXPECT_NE(load(), "");
+  EXPECT_TRUE(support::field(grid, "GPSTime")->fragmentIDCollection()->fragments().empty());
 }
 
 TEST_F(ScriptedLoad, GoesOnWhenAnAttributeIsGoneAfterTheFirstBlock) {
@@ -228,6 +253,29 @@ TEST(Columns, WithoutABufferArePassedOver) {
     ADD_FAILURE() << "called back for " << name;
   });
   EXPECT_TRUE(support::fragmentNames(time).empty());
+}
+
+TEST(Columns, StandInTheOrderOfTheRecord) {
+  const Riegl::TrajectoryColumns c;
+  const std::vector<const void*> members{&c.pathLength, &c.positions, &c.yaw, &c.pitch, &c.roll, &c.gpsTime};
+  EXPECT_TRUE(std::is_sorted(members.begin(), members.end()));
+}
+
+TEST_F(ScriptedLoad, ReleasesItsBuffersAheadOfTheQuery) {
+  std::map<std::string, std::int64_t> bytesAtTheEndOf;
+  script.atEnd = [&bytesAtTheEndOf](const std::string& object) {
+    bytesAtTheEndOf[object] = Torvel::ChunkBase::TotalMemsize;
+  };
+  const std::int64_t bytesBefore = Torvel::ChunkBase::TotalMemsize;
+  EXPECT_EQ(load(), "");
+  EXPECT_EQ(bytesAtTheEndOf.at("QuerySelect"), bytesBefore);
+}
+
+TEST_F(ScriptedLoad, SetsTheFolderOfTheProjectionDataBehindTheMetadata) {
+  Torvel::setEnv("PROJ_LIB", "/nowhere", true);
+  script.metadata = {{"riegl.time_base", R"({"epoch":"a-b-c"})"}};
+  EXPECT_EQ(load(), "stoi For File /data/flight.pofx");
+  EXPECT_EQ(Torvel::getEnv("PROJ_LIB"), "/nowhere");
 }
 
 TEST_F(ScriptedLoad, SetsTheFolderOfTheProjectionData) {
