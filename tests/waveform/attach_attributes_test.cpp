@@ -145,6 +145,18 @@ TEST(Attaching, SharesTheArrays) {
   EXPECT_EQ(record.refl_tableC.counts()->strong(), 2);
 }
 
+TEST(Attaching, BeginsWithTheSystemWaveAndEndsWithThePointGrid) {
+  DataSet data;
+  data.tRefField = data.waveformField;
+  data.pointGrid = data.waveformGrid;
+  data.attach(fullRecord());
+  EXPECT_EQ(namesOn(data.waveformField).back(), "t_ref");
+  Names onTheGrid = waveformGridNames;
+  onTheGrid.insert(onTheGrid.end(), {"UnambiguousRange", "reflectance_calculation_delta", "ampl_unit",
+                                     "reflectance_calculation_table"});
+  EXPECT_EQ(namesOn(data.pointGrid), onTheGrid);
+}
+
 TEST(SharedArrays, OutliveTheRecord) {
   const DataSet data;
   auto record = std::make_unique<Record>(fullRecord());
