@@ -63,6 +63,12 @@ std::string valuesProblem(const std::string& text) {
   return shownValues(text) ? "" : "expected a number of elements or all, found " + text;
 }
 
+/// Refuses what the parser would take in its own way: a leading zero means octal.
+std::string codeProblem(const std::string& text) {
+  const auto code = wholeNumber<int>(text);
+  return code && std::to_string(*code) == text ? "" : "expected a whole number, found " + text;
+}
+
 std::string sizeProblem(const std::string& text) {
   PictureRequest picture;
   return takeSize(text, picture) ? "" : "expected WIDTHxHEIGHT with sides from 1 to 16384, found " + text;
@@ -73,7 +79,8 @@ void addLoad(CLI::App& app, Wishes& wishes) {
   load->add_option("FILE", wishes.load.file, "database; .pofx is a trajectory, all else a point cloud")
       ->required();
   load->add_flag("--all-attributes", wishes.load.loadAllAttributes, "load the optional columns too");
-  load->add_option("--epsg", wishes.epsgCode, "EPSG code of the system that a trajectory is projected to");
+  load->add_option("--epsg", wishes.epsgCode, "EPSG code of the system that a trajectory is projected to")
+      ->check(CLI::Validator(codeProblem, ""));
   load->add_option("--lever-arm", wishes.load.leverArmFile,
                    "lever-arm and misalignment file of a trajectory");
   load->add_flag("--rebase-time", wishes.load.rebaseTime,

@@ -38,6 +38,7 @@ std::string decimalProblem(const std::string& text) {
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
   command.add_option("-o,--output", output, "database to make")->required();
   command.add_option("--block-rows", settings.blockRows, "records a block")
+      ->check(CLI::Validator(decimalProblem, ""))
       ->check(CLI::Range(std::uint32_t{1}, mostBlockRows))
       ->capture_default_str();
   command.add_flag("!--no-checksums", settings.checksums, "write blocks without a checksum");

@@ -73,7 +73,8 @@ nlohmann::json valuesOf(const ProgramRun& run, const std::string& name) {
 TEST_F(Program, WrongUseIsStatusTwo) {
   for (const char* const arguments :
        {"", "load", "fly", "load a.rdbx --no-such-option", "load a.rdbx b.rdbx", "load a.rdbx --values some",
-        "load a.rdbx --values -1", "load a.rdbx --epsg x", "load a.rdbx --picture a.png --size 0x5",
+        "load a.rdbx --values -1", "load a.rdbx --epsg x", "load a.pofx --epsg 032633",
+        "load a.pofx --epsg 0x10", "load a.rdbx --picture a.png --size 0x5",
         "load a.rdbx --picture a.png --size 5", "load missing.pofx"}) {
     const ProgramRun run = runProgram(arguments);
     EXPECT_EQ(run.status, 2) << arguments;

@@ -81,6 +81,8 @@ TEST_F(Program, NumbersAreDecimalAndWithoutASign) {
     EXPECT_EQ(records.err, "rdbtool: --records: " + expected);
     EXPECT_EQ(run({"synth", "scan", "--records", "1", "--seed", number, "-o", out}).err,
               "rdbtool: --seed: " + expected);
+    EXPECT_EQ(run({"synth", "scan", "--records", "1", "--block-rows", number, "-o", out}).err,
+              "rdbtool: --block-rows: " + expected);
   }
 }
 
