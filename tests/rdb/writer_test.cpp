@@ -156,6 +156,21 @@ TEST_F(Writing, MakesTheDocumentedLayout) {
       "INSERT INTO expect SELECT value = '{}' FROM metadata WHERE name = 'riegl.time_base'");
 }
 
+TEST_F(Writing, MakesTheDocumentedTables) {
+  writeSample(path);
+  // As other programs that write such files find them documented, but for the blanks.
+  execute(path, "CREATE TEMP TABLE expect(holds INTEGER CHECK (holds));"
+                "INSERT INTO expect SELECT group_concat(replace(replace(sql, ' ', ''), char(10), ''), ';') = "
+                "'CREATETABLEdatabase(recordsINTEGERNOTNULL,block_rowsINTEGERNOTNULL);"
+                "CREATETABLEattribute(idINTEGERPRIMARYKEY,nameTEXTNOTNULLUNIQUE,typeTEXTNOTNULL,"
+                "lengthINTEGERNOTNULLDEFAULT1,scaleREALNOTNULLDEFAULT1,offsetREALNOTNULLDEFAULT0,"
+                "unitTEXT,titleTEXT,descriptionTEXT);"
+                "CREATETABLEblock(attributeINTEGERNOTNULLREFERENCESattribute(id),numberINTEGERNOTNULL,"
+                "checksumINTEGER,dataBLOBNOTNULL,PRIMARYKEY(attribute,number));"
+                "CREATETABLEmetadata(nameTEXTPRIMARYKEY,valueTEXTNOTNULL)'"
+                " FROM sqlite_schema WHERE type = 'table'");
+}
+
 /// CRC-32 bit by bit, as its definition says.
 std::uint32_t slowChecksum(const unsigned char* data, std::size_t bytes) {
   std::uint32_t state = 0xffffffff;
