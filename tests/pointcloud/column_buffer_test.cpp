@@ -1,6 +1,8 @@
 // The column buffer: what it holds when it is new, and the order of what publishing does.
 #include <gtest/gtest.h>
 
+#include <functional>
+
 #include "pointcloud/column_buffer.h"
 #include "tests/support/grid.h"
 
@@ -53,6 +55,14 @@ TYPED_TEST(ScalarColumnBuffer, IsFullOfZerosWhenNewAlsoOnADirtyHeap) {
   }
 }
 
+TEST_F(ColumnBuffer, IsFullFromTheStartAndHasNoSpareRoom) {
+  for (const unsigned int capacity : {0U, 3U, 5000000U}) {
+    const auto points = buffer<Quillon::PhysicalSpace::point>("Points", capacity);
+    EXPECT_EQ(points->blockValues().size(), capacity);
+    EXPECT_EQ(points->blockValues().capacity(), capacity);
+  }
+}
+
 TEST_F(ColumnBuffer, MakesItsFieldInTheDefaultPlaceOrInTheScannersSystem) {
   const auto inChart = buffer<double>("A", 1);
   const auto inScanner = buffer<double>("B", 1, false);
@@ -89,6 +99,32 @@ TEST_F(ColumnBuffer, IsCutThenShownToTheCallbackThenPublishedThenFlagged) {
   EXPECT_EQ(
       support::attributeValues<unsigned char>(field(grid, "GPSTime")->attributes(), "LeapSecondsAdded?"),
       std::vector<unsigned char>{1});
+}
+
+/// Calls a function with everything that is kept through it.
+class NotingCache final : public Torvel::Cache {
+ public:
+  explicit NotingCache(std::function<void()> onKeep) : note(std::move(onKeep)) {}
+  Torvel::StrongPtr<Torvel::Cacheable, Torvel::Cacheable>
+  keep(const Torvel::StrongPtr<Torvel::Cacheable, Torvel::Cacheable>& object) override {
+    note();
+    return object;
+  }
+
+ private:
+  const std::function<void()> note;
+};
+
+TEST_F(ColumnBuffer, GoesThroughTheProcessesCacheBehindTheCallbackAndAheadOfTheFlag) {
+  const auto before = Torvel::Cache::MemCache();
+  std::vector<std::size_t> attributesWhenKept;
+  const auto note = [&] { attributesWhenKept.push_back(field(grid, "GPSTime")->attributes().size()); };
+  buffer<double>("GPSTime", 2)
+      ->publishBlock(fragment("Fragment_0"), 2, gps, [&note](const auto&, const auto&, const auto&) {
+        Torvel::Cache::MemCache() = new NotingCache(note);
+      });
+  Torvel::Cache::MemCache() = before;
+  EXPECT_EQ(attributesWhenKept, std::vector<std::size_t>{0});
 }
 
 TEST_F(ColumnBuffer, FlagsAUtcTimeColumnWithZeroAndReplacesTheFlagWithEveryBlock) {
