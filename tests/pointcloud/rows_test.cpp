@@ -1,6 +1,7 @@
 // Every column of the import, one by one, through the scripted client.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <numeric>
 
 #include "pointcloud/rdbx2Z4.h"
@@ -17,6 +18,12 @@ using support::field;
 using support::fieldNames;
 using support::scanner;
 
+/// The call that binds a row's buffer.
+std::string bindOf(const ExpectedRow& row) {
+  const std::string bound = row.attribute == "riegl.rgba" ? "riegl.direction_medium" : row.attribute;
+  return "bind(" + bound + "," + std::to_string(row.dataType) + ",0)";
+}
+
 class EveryRow : public testing::TestWithParam<ExpectedRow> {
  protected:
   /// Loads a database of two records with just the row's attribute (and what its binding needs).
@@ -30,11 +37,7 @@ class EveryRow : public testing::TestWithParam<ExpectedRow> {
     return Riegl::rdbx2Z4("scan.rdbx", grid, 0, all, nullptr);
   }
 
-  std::string expectedBind() const {
-    const std::string bound =
-        GetParam().attribute == "riegl.rgba" ? "riegl.direction_medium" : GetParam().attribute;
-    return "bind(" + bound + "," + std::to_string(GetParam().dataType) + ",0)";
-  }
+  std::string expectedBind() const { return bindOf(GetParam()); }
 
   Nimbra::Field::Pointer theField() const {
     return field(grid, GetParam().field, GetParam().attribute == "riegl.xyz_socs" ? scanner : chart);
@@ -114,20 +117,58 @@ TEST(Rows, MakeTheirFieldsInTheirOrder) {
   EXPECT_EQ(fieldNames(grid, scanner), std::vector<std::string>{"Positions"});
 }
 
-TEST(Rows, AskTheCatalogueAnewForEachRowInOrder) {
+/// What the client is asked by one binding of a database of every attribute.
+std::vector<std::string> callsOfABinding() {
+  std::vector<std::string> calls;
+  for (const ExpectedRow& row : expectedRows()) {
+    const int times = row.attribute == "riegl.raw_range" ? 2 : 1;
+    for (int time = 0; time < times; ++time) {
+      calls.insert(calls.end(), {"pointAttribute()", "exists(" + row.attribute + ")"});
+      if (row.attribute != "riegl.shot_timestamp_hr") {
+        calls.push_back(bindOf(row));
+      }
+    }
+  }
+  return calls;
+}
+
+TEST(Rows, AskTheCatalogueAnewAndAreBoundOneByOne) {
   givenEveryAttribute();
   scripted::script().blocks.clear();
   Nimbra::Grid grid;
   ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
-  std::vector<std::string> expected;
+  const std::vector<std::string>& calls = scripted::script().calls;
+  const auto first = std::find(calls.begin(), calls.end(), "select()") + 1;
+  EXPECT_EQ(std::vector<std::string>(first, std::find(first, calls.end(), "next(5000000)")),
+            callsOfABinding());
+}
+
+TEST(Rows, ArePublishedInTheirOrder) {
+  givenEveryAttribute();
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  std::vector<std::uint64_t> serials;
   for (const ExpectedRow& row : expectedRows()) {
-    expected.push_back("exists(" + row.attribute + ")");
-    if (row.attribute == "riegl.raw_range") {
-      expected.push_back("exists(" + row.attribute + ")");
+    if (row.attribute != "riegl.shot_timestamp_hr" && row.attribute != "riegl.xyz") {
+      const auto made = field(grid, row.field, row.attribute == "riegl.xyz_socs" ? scanner : chart);
+      serials.push_back(made->array("Fragment_0")->serialNumber());
     }
   }
-  EXPECT_EQ(scripted::script().callsThatBegin("exists("), expected);
-  EXPECT_EQ(scripted::script().callsThatBegin("pointAttribute()").size(), expected.size());
+  EXPECT_TRUE(std::is_sorted(serials.begin(), serials.end()));
+}
+
+TEST(Rows, HaveRoomForOneBlockExactly) {
+  scripted::Script& script = scripted::newScript();
+  const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
+  std::int64_t bytes = 0;
+  script.columns["riegl.timestamp"] = nullptr;
+  script.columns["riegl.amplitude"] = [&](void*, unsigned int, std::uint64_t) {
+    bytes = Torvel::ChunkBase::TotalMemsize - before;
+  };
+  script.blocks = {1};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  EXPECT_EQ(bytes, 120000000 + 40000000 + 20000000); // Positions always, GPSTime, Amplitude
 }
 
 TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
