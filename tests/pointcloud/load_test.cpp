@@ -165,12 +165,15 @@ TEST_F(PointCloudFile, GivesColourTheBytesOfTheDirection) {
   EXPECT_EQ(std::vector<unsigned char>(bytes, bytes + 6), (std::vector<unsigned char>{0, 1, 2, 3, 4, 5}));
 }
 
-TEST_F(PointCloudFile, WritesNothingToTheConsole) {
+TEST_F(PointCloudFile, WritesNothingToTheConsoleOrTheStreams) {
   const support::ConsoleLines console;
   givenDatabase(2, {numbered("riegl.timestamp", StoredType::float64)});
-  ASSERT_EQ(load(), "");
+  testing::internal::CaptureStdout();
+  testing::internal::CaptureStderr();
+  EXPECT_EQ(load(), "");
   path = directory.path("missing.rdbx");
   EXPECT_NE(load(), "");
+  EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
   EXPECT_TRUE(console.lines().empty());
 }
 

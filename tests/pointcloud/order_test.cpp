@@ -89,6 +89,29 @@ TEST(PointCloudLoad, MakesTheScannerRepresentationFirstAndSharesOneCollectionOfF
   EXPECT_EQ(inChart->fragmentIDCollection().get(), inScanner->fragmentIDCollection().get());
 }
 
+TEST(PointCloudLoad, MakesRepresentationsOfThreeDimensions) {
+  scripted::newScript();
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  for (const auto& representation : grid.representations()) {
+    EXPECT_EQ(representation->dimensions(), 3) << representation->name();
+  }
+}
+
+TEST(PointCloudLoad, SharesOneFragmentIdentityAmongTheFieldsOfBothRepresentations) {
+  scripted::Script& script = scripted::newScript();
+  for (const char* name : {"riegl.xyz", "riegl.timestamp", "riegl.xyz_socs", "riegl.amplitude"}) {
+    script.columns[name] = nullptr;
+  }
+  script.blocks = {1};
+  Nimbra::Grid grid;
+  ASSERT_EQ(load(grid), "");
+  const auto identity = field(grid, "Positions")->fragments().front().identity;
+  EXPECT_EQ(field(grid, "Positions", scanner)->fragments().front().identity.get(), identity.get());
+  EXPECT_EQ(field(grid, "GPSTime")->fragments().front().identity.get(), identity.get());
+  EXPECT_EQ(field(grid, "Amplitude")->fragments().front().identity.get(), identity.get());
+}
+
 TEST(PointCloudLoad, OfNoRecordsMakesFieldsWithoutFragments) {
   scripted::Script& script = scripted::newScript();
   script.columns["riegl.xyz"] = nullptr;
@@ -128,6 +151,29 @@ TEST(PointCloudLoad, SecondOneIntoTheSameGridMeetsTheFieldsOfTheFirst) {
   EXPECT_EQ(support::representationNames(grid), (Texts{scanner, chart}));
   EXPECT_EQ(field(grid, "Positions")->fragmentIDCollection().get(),
             field(grid, "Positions", scanner)->fragmentIDCollection().get());
+}
+
+TEST(PointCloudLoad, SecondOneIntoTheSameGridPutsANewFieldOfPositionsIntoTheScannersSystem) {
+  Nimbra::Grid grid;
+  scripted::newScript();
+  ASSERT_EQ(load(grid), "");
+  const auto first = field(grid, "Positions", scanner);
+  scripted::newScript();
+  ASSERT_EQ(load(grid), "");
+  EXPECT_NE(field(grid, "Positions", scanner).get(), first.get());
+}
+
+TEST(PointCloudLoad, DoesNotReadItsReservedNumber) {
+  std::vector<Texts> calls;
+  for (const int reserved : {0, 1, -1}) {
+    scripted::Script& script = scripted::newScript();
+    script.columns["riegl.class"] = nullptr;
+    script.blocks = {2};
+    Nimbra::Grid grid;
+    EXPECT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, reserved, false, nullptr), "");
+    calls.push_back(script.calls);
+  }
+  EXPECT_EQ(calls, std::vector<Texts>(3, calls[0]));
 }
 
 TEST(PointCloudLoad, LeavesWhatTheGridHeldBefore) {
@@ -179,6 +225,22 @@ TEST(ShotLoad, ReadsItsWaveformMetadataBehindTheLastRowAndAheadOfTheFirstRead) {
   EXPECT_TRUE(field(grid, "PathLength_pof"));
 }
 
+TEST(ShotLoad, PreparesTheGridAndBindsItsColumnsAsAPointCloudDoes) {
+  std::vector<Texts> bound;
+  for (const char* path : {"a.rdbx", "a.sodx"}) {
+    scripted::Script& script = scripted::newScript();
+    script.columns = {
+        {"riegl.class", nullptr}, {"riegl.echo_count", nullptr}, {"riegl.shot_origin", nullptr}};
+    Nimbra::Grid grid;
+    testing::internal::CaptureStderr();
+    load(grid, path);
+    testing::internal::GetCapturedStderr();
+    bound.push_back(script.callsThatBegin("bind("));
+    EXPECT_EQ(support::representationNames(grid), (Texts{scanner, chart})) << path;
+  }
+  EXPECT_EQ(bound, std::vector<Texts>(2, {"bind(riegl.shot_origin,10,0)", "bind(riegl.echo_count,3,0)"}));
+}
+
 TEST(PointCloudLoad, OfTwoTimeColumnsEndsAfterTheFirstReadWithoutData) {
   scripted::Script& script = scripted::newScript();
   script.columns["riegl.timestamp"] = nullptr;
@@ -200,6 +262,15 @@ struct Kind {
 
 class Extension : public testing::TestWithParam<Kind> {};
 
+TEST_P(Extension, GoesToTheClientInAnUnchangedPath) {
+  scripted::newScript();
+  Nimbra::Grid grid;
+  testing::internal::CaptureStderr();
+  load(grid, GetParam().path);
+  testing::internal::GetCapturedStderr();
+  EXPECT_EQ(scripted::script().callsThatBegin("open("), Texts{"open(" + GetParam().path + ")"});
+}
+
 TEST_P(Extension, DecidesAloneAboutTheWaveformAttributes) {
   scripted::newScript();
   Nimbra::Grid grid;
@@ -216,7 +287,8 @@ INSTANTIATE_TEST_SUITE_P(OfThePath, Extension,
                                          Kind{"a.SODX", false}, Kind{"a.Sodx", false}, Kind{"a.rdbx", false},
                                          Kind{"a", false}, Kind{"a.rdbx.bak", false},
                                          Kind{"a.sodx.rdbx", false}, Kind{".sodx", false},
-                                         Kind{"a.sodx/", false}, Kind{"", false}));
+                                         Kind{"a.sodx/", false}, Kind{"./a//../b.rdbx", false},
+                                         Kind{"", false}));
 
 /// Time stamps that lie on one day in the first two blocks and on two in the third.
 void givenThirdBlockOnTwoDays() {
