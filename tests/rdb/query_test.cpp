@@ -7,6 +7,7 @@
 #include <filesystem>
 #include <gmock/gmock.h>
 #include <numeric>
+#include <tuple>
 
 namespace {
 
@@ -54,6 +55,36 @@ TEST_F(Query, StrideBelowARecordIsRefused) {
             std::to_string(stride) + ")");
   }
 }
+
+class KnownLength : public Query,
+                    public testing::WithParamInterface<std::tuple<const char*, unsigned, unsigned>> {
+ protected:
+  std::string errorOfLength(unsigned length) {
+    const std::string name = std::get<0>(GetParam());
+    writeColumn(path, {name, StoredType::uint8, length}, std::vector<unsigned char>(length));
+    return errorOfBind(name, DataType::FLOAT64, points.data(), 0);
+  }
+};
+
+TEST_P(KnownLength, IsKeptByTheAttributeOfThatName) {
+  const auto [name, least, most] = GetParam();
+  for (unsigned length = 1; length <= 5; ++length) {
+    const std::string refused = "the attribute has another length than its name stands for (column \"" +
+                                std::string(name) + "\" of scan.rdbx: expected " + std::to_string(most) +
+                                " values a record, found " + std::to_string(length) + ")";
+    EXPECT_EQ(errorOfLength(length), least <= length && length <= most ? "no error" : refused);
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Attributes, KnownLength,
+    testing::Values(std::tuple("riegl.xyz", 3, 3), std::tuple("riegl.xyz_socs", 3, 3),
+                    std::tuple("riegl.pof_xyz", 3, 3), std::tuple("riegl.shot_origin", 3, 3),
+                    std::tuple("riegl.shot_direction", 3, 3), std::tuple("riegl.direction_medium", 3, 3),
+                    std::tuple("riegl.hydro_intersection_point", 1, 3),
+                    std::tuple("riegl.hydro_intersection_normal", 1, 3), std::tuple("riegl.timestamp", 1, 1),
+                    std::tuple("riegl.window_echo_impact_corrected", 1, 1), std::tuple("xyz", 1, 5),
+                    std::tuple("riegl.own", 1, 5)));
 
 TEST_F(Query, FilterIsRefused) {
   EXPECT_EQ(
