@@ -1,7 +1,10 @@
 // The column buffer: what it holds when it is new, and the order of what publishing does.
 #include <gtest/gtest.h>
 
+#include <sys/resource.h>
+
 #include <functional>
+#include <new>
 
 #include "pointcloud/column_buffer.h"
 #include "tests/support/grid.h"
@@ -224,11 +227,16 @@ TEST_F(ColumnBuffer, TakesOneStepOfTheClockForEachValueItSets) {
   }
 }
 
-TEST_F(ColumnBuffer, BeyondAnyMemoryRaisesTheVectorsException) {
+TEST_F(ColumnBuffer, BeyondAnyMemoryRaisesTheAllocationException) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "sanitizers end the process where an allocation of this size would raise";
 #endif
-  EXPECT_THROW(buffer<Quillon::PhysicalSpace::point>("Huge", 0xffffffffU), std::exception);
+  rlimit before{};
+  getrlimit(RLIMIT_AS, &before);
+  const rlimit small{rlim_t{16} << 30, before.rlim_max}; // whatever memory the machine has
+  setrlimit(RLIMIT_AS, &small);
+  EXPECT_THROW(buffer<Quillon::PhysicalSpace::point>("Huge", 0xffffffffU), std::bad_alloc);
+  setrlimit(RLIMIT_AS, &before);
 }
 
 } // namespace
