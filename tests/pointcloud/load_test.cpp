@@ -94,6 +94,14 @@ TEST_F(PointCloudFile, OfTheScannersOwnSystemHasItsDataThere) {
   EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 2U);
 }
 
+TEST_F(PointCloudFile, MayHoldAttributesThatNobodyKnows) {
+  givenDatabase(3,
+                {numbered("own.name", StoredType::uint8), numbered("riegl.target_index", StoredType::uint8),
+                 numbered("riegl.unheard_of", StoredType::float64)});
+  ASSERT_EQ(load(true), "");
+  EXPECT_EQ(support::fieldNames(grid), (Texts{"Positions", "TargetIndex"}));
+}
+
 TEST_F(PointCloudFile, IsConvertedFromScaledIntegers) {
   Column angle = column("riegl.scan_angle", StoredType::int16, 1,
                         [](std::uint64_t record, unsigned int) { return record == 0 ? -3000.0 : 1500.0; });

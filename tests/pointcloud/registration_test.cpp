@@ -36,6 +36,17 @@ TEST(LoadingTheLibrary, PublishesElevenTypeObjectsInOrder) {
   EXPECT_EQ(names, typesInOrder);
 }
 
+TEST(LoadingTheLibrary, LetsArraysOfEveryTypeAndRankBeCounted) {
+  const std::vector<std::uint64_t> extents{1, 1, 1, 1};
+  for (const auto& entry : Nimbra::MemBase::registeredCreators()) {
+    for (int rank = 1; rank <= 4; ++rank) {
+      const int before = Nimbra::MemBase::RegisteredTypes;
+      entry.allocator->create(Nimbra::DynamicSize(rank, extents.data()));
+      EXPECT_EQ(Nimbra::MemBase::RegisteredTypes, before + 1) << entry.type->typeName << ", rank " << rank;
+    }
+  }
+}
+
 TEST(LoadingTheLibrary, LetsAnyModuleMakeArraysByType) {
   const auto array = Nimbra::MemBase::createArray(typeid(float), Nimbra::DynamicSize{3, 2});
   ASSERT_TRUE(array);
