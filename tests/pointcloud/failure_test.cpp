@@ -142,6 +142,15 @@ TEST(FailingClient, MayFailForEverAndTheLoadStillEnds) {
   EXPECT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "scripted failure (call 5)");
 }
 
+TEST(FailingClient, RaisesWhatIsNoExceptionThroughTheLoad) {
+  scripted::Script& script = scripted::newScript();
+  script.columns["riegl.amplitude"] = [](void*, unsigned int, std::uint64_t) { throw 7; };
+  script.blocks = {1};
+  Nimbra::Grid grid;
+  EXPECT_THROW(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), int);
+  EXPECT_EQ(script.liveObjects, 0);
+}
+
 TEST(FailingClient, LeavesTheTimeBasesOwnExceptionAsItsText) {
   scripted::Script& script = scripted::newScript();
   script.metadata["riegl.time_base"] = R"({"epoch":"x-10-27"})";

@@ -161,14 +161,14 @@ TEST(Rows, HaveRoomForOneBlockExactly) {
   scripted::Script& script = scripted::newScript();
   const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
   std::int64_t bytes = 0;
-  script.columns["riegl.timestamp"] = nullptr;
+  script.columns["riegl.raw_range"] = nullptr;
   script.columns["riegl.amplitude"] = [&](void*, unsigned int, std::uint64_t) {
     bytes = Torvel::ChunkBase::TotalMemsize - before;
   };
   script.blocks = {1};
   Nimbra::Grid grid;
   ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
-  EXPECT_EQ(bytes, 120000000 + 40000000 + 20000000); // Positions always, GPSTime, Amplitude
+  EXPECT_EQ(bytes, 120000000 + 40000000 + 20000000); // Positions always, RawRange once, Amplitude
 }
 
 TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
@@ -179,6 +179,18 @@ TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
   ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
   EXPECT_TRUE(script.callsThatBegin("bind(riegl.xyz").empty());
   EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 3U);
+}
+
+TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferOfTheirOwnForEveryBlock) {
+  scripted::newScript().blocks = {3, 2};
+  Nimbra::Grid grid;
+  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  const auto first = field(grid, "Positions")->array("Fragment_0");
+  const auto second = field(grid, "Positions")->array("Fragment_1");
+  EXPECT_EQ(support::chunkOf<Quillon::PhysicalSpace::point>(field(grid, "Positions"), "Fragment_0")->size(),
+            3U);
+  EXPECT_EQ(second->elementCount(), 2U);
+  EXPECT_NE(first->rawData(), second->rawData());
 }
 
 TEST(Rows, OfColourWithoutDirectionEndTheLoadByTheClient) {
