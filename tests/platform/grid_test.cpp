@@ -59,6 +59,7 @@ TEST(Grids, DefaultPlaceIsTheStandardChart) {
   const Field::Pointer field = fieldIn(grid["Amplitude"]);
   ASSERT_TRUE(field);
   EXPECT_THAT(representationNames(grid), ElementsAre("StandardCartesianChart3D"));
+  EXPECT_EQ(grid.getCartesianRepresentation("StandardCartesianChart3D")->dimensions(), 3);
   EXPECT_EQ(grid.getCartesianRepresentation("StandardCartesianChart3D")->field("Amplitude").get(),
             field.get());
 }

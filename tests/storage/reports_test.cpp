@@ -5,6 +5,7 @@
 #include <new>
 #include <optional>
 #include <sstream>
+#include <stdexcept>
 
 #include "tests/storage/counted_item.h"
 #include "tests/support/console_lines.h"
@@ -196,6 +197,39 @@ TEST(Reports, WeakReleaseByAnAssignmentNamesTheNumberThatThePointerHad) {
   EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
   counts.raiseWeak();
   counts.raiseWeak();
+}
+
+/// A sink that takes no line, while it lives.
+class FullSink {
+ public:
+  FullSink() : before(Torvel::setLineSink([](const std::string&) { throw std::runtime_error("full"); })) {}
+  FullSink(const FullSink&) = delete;
+  FullSink& operator=(const FullSink&) = delete;
+  ~FullSink() { Torvel::setLineSink(before); }
+
+ private:
+  Torvel::LineSink before;
+};
+
+TEST(Reports, LineThatCannotBeWrittenIsLost) {
+  using Torvel::SpeakPtr;
+  const FullSink sink;
+  const auto& type = typeid(Item);
+  EXPECT_NO_THROW(SpeakPtr::theSpeaker().SelfConstruction(type, nullptr, nullptr));
+  EXPECT_NO_THROW(SpeakPtr::theSpeaker().InvalidWeakPtr(type, type, type, type, 0, 0, nullptr, nullptr, 0));
+  EXPECT_NO_THROW(SpeakPtr::DynPtrInvalid(nullptr, nullptr, 0, 0, type));
+  EXPECT_NO_THROW(SpeakPtr::DestructionCancelled(0, 0, type));
+  EXPECT_NO_THROW(SpeakPtr::WarningUnctionChange(0, 0, type));
+}
+
+TEST(Reports, LineThatCannotBeWrittenEndsNoRelease) {
+  const FullSink sink;
+  auto* const item = new Item;
+  Strong kept;
+  item->hook = [&] { kept = item; };
+  { const Strong strong(item); }
+  EXPECT_EQ(kept.counts()->strong(), 1);
+  item->hook = nullptr;
 }
 
 TEST(Reports, SpeakerIsOneObject) {

@@ -27,6 +27,16 @@ std::string counts(int strong, int weak) {
   return "strong " + std::to_string(strong) + ", weak " + std::to_string(weak);
 }
 
+/// Writes the line that `compose` gives. Reports are made in destructors and end no work: a line that can't be
+/// written is lost.
+template <class Compose>
+void report(Compose compose) noexcept {
+  try {
+    writeLine(compose());
+  } catch (...) { // NOLINT(bugprone-empty-catch): see above
+  }
+}
+
 } // namespace
 
 LineSink setLineSink(LineSink sink) {
@@ -59,40 +69,50 @@ SpeakPtr& SpeakPtr::theSpeaker() {
 }
 
 void SpeakPtr::SelfConstruction(const std::type_info& pointer, const void* self, const void* record) {
-  std::ostringstream line;
-  line << "reference scheme: " << Typename(pointer) << " at " << self
-       << " is constructed from itself (record " << record << ')';
-  writeLine(line.str());
+  report([&] {
+    std::ostringstream line;
+    line << "reference scheme: " << Typename(pointer) << " at " << self
+         << " is constructed from itself (record " << record << ')';
+    return line.str();
+  });
 }
 
 void SpeakPtr::InvalidWeakPtr(const std::type_info& pointer, const std::type_info& base,
                               const std::type_info& object, const std::type_info& family, int strong,
                               int weak, const void* record, const void* live, long long id) {
-  std::ostringstream line;
-  line << "reference scheme: weak hold of " << Typename(pointer) << " number " << id << " (" << Typename(base)
-       << " on " << Typename(object) << " in family " << Typename(family)
-       << ") is released, but the weak count isn't positive: " << counts(strong, weak) << ", record "
-       << record << ", object " << live;
-  writeLine(line.str());
+  report([&] {
+    std::ostringstream line;
+    line << "reference scheme: weak hold of " << Typename(pointer) << " number " << id << " ("
+         << Typename(base) << " on " << Typename(object) << " in family " << Typename(family)
+         << ") is released, but the weak count isn't positive: " << counts(strong, weak) << ", record "
+         << record << ", object " << live;
+    return line.str();
+  });
 }
 
 void SpeakPtr::DynPtrInvalid(const void* record, const void* object, int strong, int weak,
                              const std::type_info& family) {
-  std::ostringstream line;
-  line << "reference scheme: the last strong hold in family " << Typename(family)
-       << " ends on an invalid record: " << counts(strong, weak) << ", record " << record << ", object "
-       << object;
-  writeLine(line.str());
+  report([&] {
+    std::ostringstream line;
+    line << "reference scheme: the last strong hold in family " << Typename(family)
+         << " ends on an invalid record: " << counts(strong, weak) << ", record " << record << ", object "
+         << object;
+    return line.str();
+  });
 }
 
 void SpeakPtr::DestructionCancelled(int strong, int weak, const std::type_info& family) {
-  writeLine("reference scheme: destruction of an object of family " + Typename(family) +
-            " is cancelled, it was taken up again: " + counts(strong, weak));
+  report([&] {
+    return "reference scheme: destruction of an object of family " + Typename(family) +
+           " is cancelled, it was taken up again: " + counts(strong, weak);
+  });
 }
 
 void SpeakPtr::WarningUnctionChange(int strong, int weak, const std::type_info& family) {
-  writeLine("reference scheme: the pre-destruction hook of an object of family " + Typename(family) +
-            " changed its strong count: " + counts(strong, weak));
+  report([&] {
+    return "reference scheme: the pre-destruction hook of an object of family " + Typename(family) +
+           " changed its strong count: " + counts(strong, weak);
+  });
 }
 
 } // namespace Torvel

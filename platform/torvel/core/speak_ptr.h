@@ -10,7 +10,8 @@
 namespace Torvel {
 
 /// The five reports of the reference scheme. Each writes one line to the text sink of the process and
-/// returns: the work that found the fault goes on. \threads every operation may be called from any thread
+/// returns: the work that found the fault goes on, and a line that can't be written is lost.
+/// \threads every operation may be called from any thread
 class TORVEL_API SpeakPtr {
  public:
   virtual ~SpeakPtr();
