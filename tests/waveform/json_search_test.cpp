@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tests/support/output_log.h"
+#include "waveform/json_document.h"
 
 namespace {
 
@@ -222,6 +223,16 @@ TEST(LargeDocument, KeepsALongText) {
   std::string value;
   EXPECT_TRUE(Riegl::parseJsonValue<std::string>(R"({"k": ")" + longText + "\"}", "k", value));
   EXPECT_EQ(value, longText);
+}
+
+// The parser takes lengths as int, of UTF-16 units and of their UTF-8.
+TEST(LongDocument, IsRefusedBeforeItsLengthOverflowsTheParsers) {
+  const std::string tooLong(715827882, ' ');
+  QJsonParseError error{};
+  EXPECT_TRUE(Riegl::parseJsonDocument(tooLong, &error).isNull());
+  EXPECT_EQ(error.error, QJsonParseError::DocumentTooLarge);
+  EXPECT_EQ(error.offset, 0);
+  EXPECT_TRUE(Riegl::parseJsonDocument(tooLong).isNull());
 }
 
 } // namespace
