@@ -3,6 +3,7 @@
 
 #include <chrono>
 #include <climits>
+#include <ostream>
 
 #include <gtest/gtest.h>
 
@@ -16,6 +17,10 @@ int standardWeekDay(std::chrono::year_month_day date) {
 
 struct Day {
   int year, month, day, weekDay;
+
+  friend void PrintTo(const Day& test, std::ostream* stream) {
+    *stream << test.year << '-' << test.month << '-' << test.day;
+  }
 };
 
 class KnownDay : public testing::TestWithParam<Day> {};

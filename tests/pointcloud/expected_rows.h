@@ -1,6 +1,7 @@
 // The columns of the point-cloud import as they have to be, written down apart from the library's own table.
 #pragma once
 
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -12,6 +13,8 @@ struct ExpectedRow {
   std::string type; ///< readable name of the element
   int dataType;
   bool onlyWithAll;
+
+  friend void PrintTo(const ExpectedRow& test, std::ostream* stream) { *stream << test.attribute; }
 };
 
 inline const std::vector<ExpectedRow>& expectedRows() {

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <fstream>
+#include <ostream>
 #include <thread>
 
 #include "pointcloud/rdbx2Z4.h"
@@ -45,6 +46,8 @@ Column numbered(const std::string& name, StoredType type) {
 struct Blocks {
   std::uint64_t records;
   std::vector<std::size_t> lengths;
+
+  friend void PrintTo(const Blocks& test, std::ostream* stream) { *stream << test.records << " records"; }
 };
 
 class BlocksOfAFile : public PointCloudFile, public testing::WithParamInterface<Blocks> {};
@@ -118,6 +121,8 @@ struct TimeBase {
   std::string text;
   double shift;
   int flag;
+
+  friend void PrintTo(const TimeBase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class TimeBaseOfAFile : public PointCloudFile, public testing::WithParamInterface<TimeBase> {};

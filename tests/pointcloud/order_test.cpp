@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "pointcloud/rdbx2Z4.h"
 #include "tests/scripted/script.h"
@@ -258,6 +259,10 @@ TEST(PointCloudLoad, OfTwoTimeColumnsEndsAfterTheFirstReadWithoutData) {
 struct Kind {
   std::string path;
   bool readsWaveforms;
+
+  friend void PrintTo(const Kind& test, std::ostream* stream) {
+    *stream << testing::PrintToString(test.path);
+  }
 };
 
 class Extension : public testing::TestWithParam<Kind> {};

@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <ostream>
 #include <sstream>
 
 namespace {
@@ -13,6 +14,8 @@ using namespace projection;
 struct Area {
   const char* code;
   double west, east, south, north; ///< degrees
+
+  friend void PrintTo(const Area& area, std::ostream* stream) { *stream << area.code; }
 };
 
 Points gridOver(const Area& area) {

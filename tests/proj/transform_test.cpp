@@ -5,6 +5,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <ostream>
 
 namespace {
 
@@ -71,6 +72,8 @@ TEST_F(Transformation, LeavesAnEmptyVectorEmpty) {
 struct Garbage {
   const char* what;
   double x, y, z;
+
+  friend void PrintTo(const Garbage& test, std::ostream* stream) { *stream << test.what; }
 };
 
 const double notANumber = std::numeric_limits<double>::quiet_NaN();

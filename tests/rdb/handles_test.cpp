@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <limits>
+#include <ostream>
 
 #include "platform/rdb/context.h"
 #include "platform/rdb/data_type.h"
@@ -64,6 +65,8 @@ struct Stored {
   const char* name;
   double resolution, minimum, maximum;
   DataType type;
+
+  friend void PrintTo(const Stored& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class StoredAs : public testing::TestWithParam<Stored> {};

@@ -2,6 +2,7 @@
 #include "tests/rdb/database_file.h"
 
 #include <filesystem>
+#include <ostream>
 #include <sys/stat.h>
 
 namespace {
@@ -116,6 +117,10 @@ TEST_F(BesideTheFile, LinkLeadsToTheFile) {
 struct Link {
   const char* target;
   const char* found;
+
+  friend void PrintTo(const Link& test, std::ostream* stream) {
+    *stream << testing::PrintToString(test.target);
+  }
 };
 
 class WrongLink : public BesideTheFile, public testing::WithParamInterface<Link> {};

@@ -13,6 +13,11 @@ using namespace rdbtest;
 /// What happens to reads that SQLite would not make itself, which are those of anything but a whole page.
 enum class Answer { right, failure, shortRead, otherBytes };
 
+void PrintTo(Answer answer, std::ostream* stream) {
+  static constexpr const char* names[] = {"right", "failure", "shortRead", "otherBytes"};
+  *stream << names[static_cast<int>(answer)];
+}
+
 int reads = 0;     ///< such reads so far
 int wrongFrom = 0; ///< index of the first that is answered wrongly
 int wrongTo = 0;   ///< index behind the last one

@@ -1,6 +1,7 @@
 // The record of each element type, row by row.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <vector>
 
 #include "storage/nimbra/element_records.h"
@@ -15,6 +16,8 @@ struct Row {
   int componentBytes;
   const char* domain;
   int dimensions;
+
+  friend void PrintTo(const Row& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class ElementRecords : public testing::TestWithParam<Row> {};

@@ -5,6 +5,7 @@
 #include <cstddef>
 #include <limits>
 #include <numeric>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -68,6 +69,8 @@ struct ViewCase {
   const char* name;
   Nimbra::HyperslabParameters view;
   std::uint64_t available;
+
+  friend void PrintTo(const ViewCase& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class AvailableElements : public testing::TestWithParam<ViewCase> {};

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <functional>
 #include <limits>
+#include <ostream>
 #include <stdexcept>
 
 #include "tests/storage/every_array.h"
@@ -126,6 +127,8 @@ struct SourceView {
   const char* name;
   Nimbra::HyperslabParameters source;
   std::uint64_t extent, tail;
+
+  friend void PrintTo(const SourceView& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class ShallowViews : public testing::TestWithParam<SourceView> {};

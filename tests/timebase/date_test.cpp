@@ -1,6 +1,7 @@
 // The date of a time base: every form, every line on the console.
 #include <gtest/gtest.h>
 
+#include <ostream>
 #include <tuple>
 
 #include "tests/support/console_lines.h"
@@ -28,6 +29,8 @@ struct Case {
   int month;
   int year;
   Lines console;
+
+  friend void PrintTo(const Case& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class TimeBaseText : public testing::TestWithParam<Case> {};

@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <limits>
+#include <ostream>
 
 #include "storage/torvel/chunk.h"
 #include "tests/support/console_lines.h"
@@ -27,6 +28,8 @@ struct Case {
   bool isUTC;
   Stamps after;
   std::string error;
+
+  friend void PrintTo(const Case& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class TimeColumn : public testing::TestWithParam<Case> {};

@@ -1,6 +1,8 @@
 // The time system and the week day of a database, from its metadata.
 #include <gtest/gtest.h>
 
+#include <ostream>
+
 #include "tests/scripted/rdb.h"
 #include "tests/support/console_lines.h"
 #include "timebase/week_day.h"
@@ -13,6 +15,8 @@ struct Case {
   bool isUTC;
   int weekDay;
   std::size_t consoleLines;
+
+  friend void PrintTo(const Case& test, std::ostream* stream) { *stream << test.name; }
 };
 
 class TimeSystem : public testing::TestWithParam<Case> {};

@@ -3,6 +3,7 @@
 #include "tests/trajectory/flight.h"
 
 #include <filesystem>
+#include <ostream>
 
 namespace {
 
@@ -13,6 +14,10 @@ using testing::EndsWith;
 struct Missing {
   std::vector<std::string> attributes;
   const char* text;
+
+  friend void PrintTo(const Missing& test, std::ostream* stream) {
+    *stream << testing::PrintToString(test.attributes);
+  }
 };
 
 class MissingAttribute : public Load, public testing::WithParamInterface<Missing> {};

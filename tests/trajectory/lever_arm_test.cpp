@@ -5,6 +5,7 @@
 #include "tests/support/temp_dir.h"
 
 #include <fstream>
+#include <ostream>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -32,6 +33,10 @@ class LeverArm : public testing::Test {
 struct Accepted {
   std::string text;
   Triple leverArm, misalignment;
+
+  friend void PrintTo(const Accepted& test, std::ostream* stream) {
+    *stream << testing::PrintToString(test.text);
+  }
 };
 
 class AcceptedFile : public LeverArm, public testing::WithParamInterface<Accepted> {};
@@ -62,6 +67,10 @@ INSTANTIATE_TEST_SUITE_P(
 
 struct Refused {
   std::string text, result;
+
+  friend void PrintTo(const Refused& test, std::ostream* stream) {
+    *stream << testing::PrintToString(test.text);
+  }
 };
 
 class RefusedFile : public LeverArm, public testing::WithParamInterface<Refused> {};
@@ -97,6 +106,10 @@ INSTANTIATE_TEST_SUITE_P(
 struct Raising {
   std::string text;
   bool outOfRange;
+
+  friend void PrintTo(const Raising& test, std::ostream* stream) {
+    *stream << testing::PrintToString(test.text);
+  }
 };
 
 class RaisingFile : public LeverArm, public testing::WithParamInterface<Raising> {};

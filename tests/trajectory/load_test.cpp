@@ -1,4 +1,6 @@
 // Pins what stands on the grid after the load of a small trajectory.
+#include <ostream>
+
 #include "tests/trajectory/flight.h"
 
 namespace {
@@ -116,6 +118,10 @@ TEST_F(Load, NeedsNoCallback) {
 struct FileName {
   const char* file;
   const char* fragment;
+
+  friend void PrintTo(const FileName& test, std::ostream* stream) {
+    *stream << testing::PrintToString(std::string(test.file));
+  }
 };
 
 class NamedFile : public Load, public testing::WithParamInterface<FileName> {};
