@@ -223,6 +223,11 @@ TEST_F(Query, CatalogueTellsWhatAnAttributeIs) {
   EXPECT_THAT(database->metaData().list(), ElementsAre("riegl.time_base"));
 }
 
+TEST_F(Query, ItemsAreListedInTheOrderOfTheirBytes) {
+  execute(path, "INSERT INTO metadata VALUES ('b', '{}'), ('B', '{}'), ('a', '{}')");
+  EXPECT_THAT(open(path)->metaData().list(), ElementsAre("B", "a", "b", "riegl.time_base"));
+}
+
 /// 2 million records of two columns: enough for several threads to take part.
 class ManyThreads : public testing::Test {
  protected:
