@@ -10,6 +10,7 @@
 #include "tools/tool_error.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <functional>
 #include <iostream>
 #include <limits>
@@ -29,28 +30,42 @@ struct Session {
   ExitStatus status = ExitStatus::done;
 };
 
-/// Refuses what the parser would take in its own way: a minus sign wraps around, a leading zero means octal.
+/// Refuses what the parser would take in its own way: a minus sign wraps around, a leading zero means octal,
+/// a number that is too large becomes the largest, an empty text no number at all.
+template <typename Number>
 std::string decimalProblem(const std::string& text) {
-  const bool digits = !text.empty() && text.find_first_not_of("0123456789") == std::string::npos;
-  return digits && (text == "0" || text.front() != '0') ? "" : "expected a whole number, found " + text;
+  using Limits = std::numeric_limits<Number>;
+  Number number{};
+  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (problem == std::errc::result_out_of_range && end == text.data() + text.size()) {
+    return "expected a whole number from " + std::to_string(Limits::min()) + " to " +
+           std::to_string(Limits::max()) + ", found " + text;
+  }
+  const bool decimal = problem == std::errc() && std::to_string(number) == text;
+  return decimal ? "" : "expected a whole number, found " + text;
+}
+
+template <typename Number>
+CLI::Option* addNumber(CLI::App& command, const char* name, Number& number, const char* purpose) {
+  return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
+}
+template <typename Number>
+CLI::Option* addNumber(CLI::App& command, const char* name, std::optional<Number>& number,
+                       const char* purpose) {
+  return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
 }
 
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
   command.add_option("-o,--output", output, "database to make")->required();
-  command.add_option("--block-rows", settings.blockRows, "records a block")
-      ->check(CLI::Validator(decimalProblem, ""))
+  addNumber(command, "--block-rows", settings.blockRows, "records a block")
       ->check(CLI::Range(std::uint32_t{1}, mostBlockRows))
       ->capture_default_str();
   command.add_flag("!--no-checksums", settings.checksums, "write blocks without a checksum");
 }
 
 void addSynthOptions(CLI::App& command, SynthRequest& request) {
-  command.add_option("--records", request.records, "records to make")
-      ->required()
-      ->check(CLI::Validator(decimalProblem, ""));
-  command.add_option("--seed", request.seed, "number that everything follows from")
-      ->check(CLI::Validator(decimalProblem, ""))
-      ->capture_default_str();
+  addNumber(command, "--records", request.records, "records to make")->required();
+  addNumber(command, "--seed", request.seed, "number that everything follows from")->capture_default_str();
   command
       .add_option("--without", request.without, "metadata to leave out: item or item:key, may be repeated")
       ->allow_extra_args(false);
@@ -63,14 +78,14 @@ void addSynthKind(CLI::App& synth, SynthKind kind, const char* name, const char*
   CLI::App* command = synth.add_subcommand(name, purpose);
   addSynthOptions(*command, *request);
   if (kind == SynthKind::trajectory) {
-    command->add_option("--trajectory-rate", request->trajectoryRateHz, "records a second")
+    addNumber(*command, "--trajectory-rate", request->trajectoryRateHz, "records a second")
         ->capture_default_str();
     command->add_option("--lever-arm", request->leverArmFile, "lever-arm file to write beside the database");
   } else {
     command->add_option("--columns", request->columns, "columns to write, separated by commas (default: all)")
         ->delimiter(',')
         ->allow_extra_args(false);
-    command->add_option("--pulse-rate", request->pulseRateHz, "shots a second")->capture_default_str();
+    addNumber(*command, "--pulse-rate", request->pulseRateHz, "shots a second")->capture_default_str();
   }
   command->callback([request] { synthesise(*request); });
 }
@@ -127,19 +142,19 @@ void addDamage(CLI::App& app) {
   CLI::App* command = app.add_subcommand("damage", "damage a database in place, for tests");
   command->add_option("file", request->file, "database")->required();
   command->add_option("--attribute", request->attribute, "attribute whose block or type is damaged");
-  command->add_option("--block", request->block, "number of the block, from 0")->capture_default_str();
-  command->add_option("--flip-byte", request->flipByte, "flip the bits of this byte of the block");
-  command->add_option("--shorten-block", request->shortenBytes, "take this many bytes off the block");
+  addNumber(*command, "--block", request->block, "number of the block, from 0")->capture_default_str();
+  addNumber(*command, "--flip-byte", request->flipByte, "flip the bits of this byte of the block");
+  addNumber(*command, "--shorten-block", request->shortenBytes, "take this many bytes off the block");
   command->add_flag("--clear-checksum", request->clearChecksum, "leave the block without a checksum");
   command->add_flag("--drop-block", request->dropBlock, "remove the block");
   command->add_option("--set-type", request->storedType, "type text of the attribute");
-  command->add_option("--set-records", request->records, "count of records");
-  command->add_option("--set-block-rows", request->blockRows, "records a block");
-  command->add_option("--set-application-id", request->applicationId, "application id of the file");
-  command->add_option("--set-version", request->version, "version of the format");
+  addNumber(*command, "--set-records", request->records, "count of records");
+  addNumber(*command, "--set-block-rows", request->blockRows, "records a block");
+  addNumber(*command, "--set-application-id", request->applicationId, "application id of the file");
+  addNumber(*command, "--set-version", request->version, "version of the format");
   command->add_option("--drop-table", request->dropTable, "database, attribute, block or metadata");
-  command->add_option("--flip-file-byte", request->flipFileByte, "flip the bits of this byte of the file");
-  command->add_option("--truncate", request->truncateBytes, "keep only this many bytes of the file");
+  addNumber(*command, "--flip-file-byte", request->flipFileByte, "flip the bits of this byte of the file");
+  addNumber(*command, "--truncate", request->truncateBytes, "keep only this many bytes of the file");
   command->callback([request] { damage(*request); });
 }
 

@@ -86,6 +86,43 @@ TEST_F(Program, NumbersAreDecimalAndWithoutASign) {
   }
 }
 
+TEST_F(Program, EveryNumberIsDecimal) {
+  const std::vector<std::pair<const char*, std::vector<std::string>>> commands = {
+      {"--block-rows", {"import", las, "-o", out}},
+      {"--pulse-rate", {"synth", "scan", "--records", "1", "-o", out}},
+      {"--trajectory-rate", {"synth", "trajectory", "--records", "1", "-o", out}},
+      {"--block", {"damage", las, "--attribute", "riegl.xyz", "--drop-block"}},
+      {"--flip-byte", {"damage", las, "--attribute", "riegl.xyz"}},
+      {"--shorten-block", {"damage", las, "--attribute", "riegl.xyz"}},
+      {"--set-records", {"damage", las}},
+      {"--set-block-rows", {"damage", las}},
+      {"--set-application-id", {"damage", las}},
+      {"--set-version", {"damage", las}},
+      {"--flip-file-byte", {"damage", las}},
+      {"--truncate", {"damage", las}}};
+  for (const auto& [option, command] : commands) {
+    for (const char* const number : {"010", "0x10", "1e3", ""}) {
+      std::vector<std::string> arguments = command;
+      arguments.insert(arguments.end(), {option, number});
+      const support::Run result = run(arguments);
+      EXPECT_EQ(result.status, 2) << option << number;
+      EXPECT_EQ(result.err,
+                std::string("rdbtool: ") + option + ": expected a whole number, found " + number + "\n");
+    }
+  }
+}
+
+TEST_F(Program, ANumberThatIsTooLargeIsNamedAsTyped) {
+  const std::string unsignedRange = "expected a whole number from 0 to 18446744073709551615, found ";
+  const std::string signedRange =
+      "expected a whole number from -9223372036854775808 to 9223372036854775807, found ";
+  EXPECT_EQ(run({"synth", "scan", "--records", "1", "--seed", "18446744073709551616", "-o", out}).err,
+            "rdbtool: --seed: " + unsignedRange + "18446744073709551616\n");
+  EXPECT_EQ(run({"damage", las, "--set-records", "-9223372036854775809"}).err,
+            "rdbtool: --set-records: " + signedRange + "-9223372036854775809\n");
+  EXPECT_EQ(run({"synth", "scan", "--records", "1", "--seed", "18446744073709551615", "-o", out}).status, 0);
+}
+
 TEST_F(Program, AnUnknownFormatIsNamed) {
   for (const char* const name : {"foo", "0", "LAS"}) {
     const support::Run result = run({"import", las, "--format", name, "-o", out});
