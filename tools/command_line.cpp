@@ -16,6 +16,9 @@
 #include <limits>
 #include <memory>
 #include <optional>
+#include <sstream>
+#include <string>
+#include <vector>
 
 namespace rdbtool {
 
@@ -55,6 +58,28 @@ CLI::Option* addNumber(CLI::App& command, const char* name, std::optional<Number
   return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
 }
 
+/// The names in texts that commas separate; a comma too many separates nothing.
+std::vector<std::string> namesIn(const std::vector<std::string>& texts) {
+  std::vector<std::string> names;
+  for (const std::string& text : texts) {
+    std::istringstream rest(text);
+    for (std::string name; std::getline(rest, name, ',');) {
+      if (!name.empty()) {
+        names.push_back(name);
+      }
+    }
+  }
+  return names;
+}
+
+std::string columnsProblem(const std::string& text) {
+  return namesIn({text}).empty() ? "expected names of columns, found \"" + text + "\"" : "";
+}
+
+std::string pathProblem(const std::string& text) {
+  return text.empty() ? "expected the path of a file, found an empty text" : "";
+}
+
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
   command.add_option("-o,--output", output, "database to make")->required();
   addNumber(command, "--block-rows", settings.blockRows, "records a block")
@@ -80,14 +105,18 @@ void addSynthKind(CLI::App& synth, SynthKind kind, const char* name, const char*
   if (kind == SynthKind::trajectory) {
     addNumber(*command, "--trajectory-rate", request->trajectoryRateHz, "records a second")
         ->capture_default_str();
-    command->add_option("--lever-arm", request->leverArmFile, "lever-arm file to write beside the database");
+    command->add_option("--lever-arm", request->leverArmFile, "lever-arm file to write beside the database")
+        ->check(CLI::Validator(pathProblem, ""));
   } else {
     command->add_option("--columns", request->columns, "columns to write, separated by commas (default: all)")
-        ->delimiter(',')
+        ->check(CLI::Validator(columnsProblem, ""))
         ->allow_extra_args(false);
     addNumber(*command, "--pulse-rate", request->pulseRateHz, "shots a second")->capture_default_str();
   }
-  command->callback([request] { synthesise(*request); });
+  command->callback([request] {
+    request->columns = namesIn(request->columns);
+    synthesise(*request);
+  });
 }
 
 void addSynth(CLI::App& app) {
@@ -107,20 +136,16 @@ ImportFormat formatNamed(const std::string& name) {
 
 void addImport(CLI::App& app, Session& session) {
   const auto request = std::make_shared<ImportRequest>();
-  const auto date = std::make_shared<std::string>();
   CLI::App* command = app.add_subcommand("import", "make a database of a LAS file or an SBET trajectory");
   command->add_option("input", request->input, "file to read")->required();
   command->add_option_function<std::string>(
       "--format", [request](const std::string& name) { request->format = formatNamed(name); },
       "las or sbet (default: told from the file)");
-  command->add_option("--date", *date, "a day in the week of the survey, YYYY-MM-DD");
+  command->add_option_function<std::string>(
+      "--date", [request](const std::string& day) { request->date = parseIsoDate(day); },
+      "a day in the week of the survey, YYYY-MM-DD");
   addWriterOptions(*command, request->writer, request->output);
-  command->callback([request, date, &session] {
-    if (!date->empty()) {
-      request->date = parseIsoDate(*date);
-    }
-    importFile(*request, session.err);
-  });
+  command->callback([request, &session] { importFile(*request, session.err); });
 }
 
 void addReports(CLI::App& app, Session& session) {

@@ -141,6 +141,7 @@ TEST_F(Program, WrongUseEndsWithTwo) {
       {"import", las},
       {"import", las, "-o", out, "--format", "laz"},
       {"import", las, "-o", out, "--date", "May"},
+      {"import", las, "-o", out, "--date", ""},
       {"import", las, "-o", las},
       {"import", las, "-o", data.root().string() + "/./in.las"},
       {"info"},

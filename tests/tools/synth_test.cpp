@@ -97,6 +97,11 @@ TEST_F(Synth, ChosenColumnsAloneAreWritten) {
   EXPECT_EQ(rows.typeOf("riegl.deviation"), "int16 x 1");
 }
 
+TEST_F(Synth, CommasTooManySeparateNothing) {
+  EXPECT_THAT(made("scan", 10, {"--columns", ",xyz,,class,", "--columns", "id"}).names(),
+              ElementsAre("riegl.xyz", "riegl.class", "riegl.id"));
+}
+
 TEST_F(Synth, ColoursBringTheDirectionThatALoadNeeds) {
   EXPECT_THAT(made("scan", 10, {"--columns", "rgba"}).names(),
               ElementsAre("riegl.direction_medium", "riegl.rgba"));
@@ -213,6 +218,12 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRequest{"UnknownColumn", "scan", 1, {"--columns", "xyz,height"}, "found \"riegl.height\""},
         WrongRequest{
             "ColumnOfAnotherKind", "shots", 1, {"--columns", "timestamp"}, "found \"riegl.timestamp\""},
+        WrongRequest{
+            "OnlyCommas", "scan", 1, {"--columns", ","}, "--columns: expected names of columns, found \",\""},
+        WrongRequest{
+            "NoColumns", "scan", 1, {"--columns", ""}, "--columns: expected names of columns, found \"\""},
+        WrongRequest{
+            "NoLeverArmFile", "trajectory", 1, {"--lever-arm", ""}, "--lever-arm: expected the path"},
         WrongRequest{"UnknownItem", "scan", 1, {"--without", "riegl.device"}, "found no such item"},
         WrongRequest{"UnknownKey", "shots", 1, {"--without", "riegl.device:delta_st"}, "found no such key"},
         WrongRequest{"RateZero", "scan", 1, {"--pulse-rate", "0"}, "--pulse-rate: expected 1 to 10000000"},
