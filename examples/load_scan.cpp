@@ -3,7 +3,11 @@
 
 #include "include/rdb2nimbra.h"
 
-int main(int, char** arguments) {
+int main(int count, char** arguments) {
+  if (count != 2) {
+    std::cerr << "load_scan FILE\n";
+    return 2;
+  }
   Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;
   const std::string failure = Riegl::rdbx2Z4(arguments[1], *grid, 0, true, {});
   for (const auto& chart : grid->representations()) {

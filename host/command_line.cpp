@@ -69,6 +69,10 @@ std::string codeProblem(const std::string& text) {
   return code && std::to_string(*code) == text ? "" : "expected a whole number, found " + text;
 }
 
+std::string pictureProblem(const std::string& text) {
+  return text.empty() ? "expected the path of a file, found an empty text" : "";
+}
+
 std::string sizeProblem(const std::string& text) {
   PictureRequest picture;
   return takeSize(text, picture) ? "" : "expected WIDTHxHEIGHT with sides from 1 to 16384, found " + text;
@@ -89,7 +93,8 @@ void addLoad(CLI::App& app, Wishes& wishes) {
   load->add_flag("--json", wishes.json, "one JSON object on standard output");
   load->add_option("--values", wishes.values, "how many elements of each column to show: a number or all")
       ->check(CLI::Validator(valuesProblem, "N|all"));
-  load->add_option("--picture", wishes.picture.file, "PNG file to write: a top view of the points");
+  load->add_option("--picture", wishes.picture.file, "PNG file to write: a top view of the points")
+      ->check(CLI::Validator(pictureProblem, ""));
   load->add_option("--size", wishes.size, "size of the picture in pixels (default 1024x768)")
       ->check(CLI::Validator(sizeProblem, "WxH"));
 }

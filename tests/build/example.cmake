@@ -14,4 +14,8 @@ execute_process(COMMAND ${PROGRAM} ${FOLDER}/absent.rdbx RESULT_VARIABLE status 
 if(NOT status EQUAL 1 OR text STREQUAL "")
   message(FATAL_ERROR "Expected status 1 and a text for a file that is not there, found ${status} and \"${text}\"")
 endif()
+execute_process(COMMAND ${PROGRAM} RESULT_VARIABLE status ERROR_VARIABLE text)
+if(NOT status EQUAL 2 OR NOT text STREQUAL "load_scan FILE\n")
+  message(FATAL_ERROR "Expected status 2 and the usage without a file, found ${status} and \"${text}\"")
+endif()
 file(REMOVE_RECURSE ${FOLDER})

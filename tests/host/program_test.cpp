@@ -83,6 +83,13 @@ TEST_F(Program, WrongUseIsStatusTwo) {
   }
 }
 
+TEST_F(Program, PictureWithoutANameIsWrongUse) {
+  const ProgramRun run = runProgram("load --picture '' " + givenCloud(1));
+  EXPECT_EQ(run.status, 2);
+  EXPECT_THAT(run.err,
+              StartsWith("nimbra-host: --picture: expected the path of a file, found an empty text"));
+}
+
 TEST_F(Program, HelpIsNoFailure) {
   const ProgramRun run = runProgram("load --help");
   EXPECT_EQ(run.status, 0);
