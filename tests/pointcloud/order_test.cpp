@@ -5,6 +5,7 @@
 #include <ostream>
 
 #include "pointcloud/rdbx2Z4.h"
+#include "tests/pointcloud/expected_rows.h"
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
 
@@ -212,7 +213,8 @@ TEST(PointCloudLoad, ReleasesItsBuffersAheadOfTheQuery) {
 
 TEST(ShotLoad, ReadsItsWaveformMetadataBehindTheLastRowAndAheadOfTheFirstRead) {
   scripted::Script& script = scripted::newScript();
-  script.columns["riegl.pof_path_length"] = nullptr;
+  const pointcloudTest::ExpectedRow& last = pointcloudTest::expectedRows().back();
+  script.columns[last.attribute] = nullptr;
   script.blocks = {2};
   Nimbra::Grid grid;
   testing::internal::CaptureStderr();
@@ -221,9 +223,10 @@ TEST(ShotLoad, ReadsItsWaveformMetadataBehindTheLastRowAndAheadOfTheFirstRead) {
   const auto placeOf = [&script](const std::string& call) {
     return std::find(script.calls.begin(), script.calls.end(), call) - script.calls.begin();
   };
-  EXPECT_EQ(placeOf("metaData() const"), placeOf("bind(riegl.pof_path_length,10,0)") + 1);
+  EXPECT_EQ(placeOf("metaData() const"),
+            placeOf("bind(" + last.attribute + "," + std::to_string(last.dataType) + ",0)") + 1);
   EXPECT_TRUE(script.callsThatBegin("next(").empty());
-  EXPECT_TRUE(field(grid, "PathLength_pof"));
+  EXPECT_TRUE(field(grid, last.field));
 }
 
 TEST(ShotLoad, PreparesTheGridAndBindsItsColumnsAsAPointCloudDoes) {
