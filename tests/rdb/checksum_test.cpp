@@ -111,7 +111,8 @@ TEST(Checksum, ReadsNothingBeforeTheFirstByteOrBehindTheLast) {
 
 TEST(WideChecksum, IsTheDefinitionsForEveryNumberOfSteps) {
   if (!riegl::rdb::embedded::hasWideMultiplication()) {
-    GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build: the plain way is all there is";
+    GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build: the plain way is "
+                    "all there is";
   }
   const Bytes bytes = randomBytes(400 * riegl::rdb::embedded::checksumStepBytes);
   for (std::size_t steps = 1; steps <= 400; ++steps) {
