@@ -2,6 +2,8 @@
 // Partner: column_batch.h.
 #include "tools/column_batch.h"
 
+#include "tools/interruption.h"
+
 namespace rdbtool {
 
 AttributeSpec attribute(const std::string& name, StoredType type, const std::string& unit, unsigned length) {
@@ -21,6 +23,7 @@ std::size_t ColumnBatch::add(const AttributeSpec& spec) {
 }
 
 void ColumnBatch::write(std::size_t rows) {
+  stopIfInterrupted();
   if (rows == 0) {
     return;
   }

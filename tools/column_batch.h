@@ -51,6 +51,8 @@ class ColumnBatch {
   std::size_t columnCount() const noexcept { return columns.size(); }
 
   /// Appends the first `rows` rows to the database.
+  ///
+  /// \errors  ToolError after an interruption; riegl::rdb::Error from the writer
   void write(std::size_t rows);
 
  private:

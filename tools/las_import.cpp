@@ -2,6 +2,7 @@
 // Partner: import.h; the mapping is told in docs/rdbtool.md.
 #include "tools/import.h"
 #include "tools/input_file.h"
+#include "tools/interruption.h"
 #include "tools/las_extra_bytes.h"
 #include "tools/las_header.h"
 #include "tools/las_projection.h"
@@ -242,6 +243,7 @@ std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
   if (header.layout.gpsTime) {
     mapping = timeMapping(request, header, survey, notes);
   }
+  const InterruptionWatch watch;
   Writer writer(request.output, request.writer);
   PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, survey.wideColours);
   if (header.layout.gpsTime) {

@@ -1,9 +1,12 @@
 // rdbtool: makes, imports, describes, verifies and damages databases.
 // The work is done in command_line.cpp and below.
 #include "tools/command_line.h"
+#include "tools/interruption.h"
 
 #include <iostream>
 
 int main(int argc, char** argv) {
-  return rdbtool::runTool(argc, argv, std::cout, std::cerr);
+  const int status = rdbtool::runTool(argc, argv, std::cout, std::cerr);
+  rdbtool::passInterruptionOn();
+  return status;
 }

@@ -2,6 +2,7 @@
 // Partner: import.h; the mapping is told in docs/rdbtool.md.
 #include "tools/import.h"
 #include "tools/input_file.h"
+#include "tools/interruption.h"
 #include "tools/tool_error.h"
 #include "tools/wgs84.h"
 
@@ -107,6 +108,7 @@ std::uint64_t importSbet(const ImportRequest& request, std::ostream& notes) {
     notes << request.input << ": expected GPS seconds of the week, found a first stamp of " << firstStamp
           << "; the stamps are kept as they are\n";
   }
+  const InterruptionWatch watch;
   Writer writer(request.output, request.writer);
   TrajectoryWriter trajectory(writer);
   const CalendarDate week = request.date.value_or(CalendarDate{});

@@ -3,6 +3,7 @@
 #include "tools/synth.h"
 
 #include "tools/input_file.h"
+#include "tools/interruption.h"
 #include "tools/synth_metadata.h"
 #include "tools/tool_error.h"
 
@@ -166,6 +167,7 @@ void synthesise(const SynthRequest& request) {
   const Survey survey(request.seed, request.pulseRateHz);
   checkDay(request, survey);
   const auto metadata = syntheticMetadata(request.kind, survey, request.without);
+  const InterruptionWatch watch;
   const LeverArmFile leverArm(request.leverArmFile);
   Writer writer(request.output, request.writer);
   for (const auto& [name, value] : metadata) {

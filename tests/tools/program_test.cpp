@@ -6,6 +6,7 @@
 #include "tests/tools/las_file.h"
 #include "tests/tools/tool_run.h"
 
+#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <gmock/gmock.h>
@@ -181,6 +182,16 @@ TEST_F(Program, AFailedImportKeepsTheOutputThatWasThere) {
   std::ofstream(out) << "precious";
   EXPECT_EQ(run({"import", data.path("garbage.las"), "-o", out}).status, 1);
   EXPECT_EQ(std::filesystem::file_size(out), 8u);
+}
+
+TEST_F(Program, AnInterruptedSynthesisLeavesNothing) {
+  const std::string line = std::string(RDBTOOL_PROGRAM) + " synth scan --records 400000000 -o " + out +
+                           " & while kill -0 $! && ! test -e " + out +
+                           ".*.partial; do :; done; kill $!; wait $!";
+  const support::Run result = support::runProgram("/bin/sh", {"-c", line}, data.root().string());
+  EXPECT_EQ(result.status, 128 + SIGTERM);
+  EXPECT_THAT(result.err, StartsWith("rdbtool: interrupted before the database was written\n"));
+  EXPECT_TRUE(std::filesystem::is_empty(folder.root())) << "something was left behind";
 }
 
 TEST_F(Program, InputReachedThroughALinkIsNotWrittenOver) {
