@@ -279,7 +279,7 @@ std::uint64_t drawCloud(Canvas& canvas, const Nimbra::Grid& grid, const Extents&
       }
       Colour colour = heightColour(shareOf(extents.axes[2], point[2]));
       if (paired) {
-        const double brightness = 0.45 + 0.55 * shareOf(range, double(strengths[i][number]));
+        const double brightness = 0.65 + 0.35 * shareOf(range, double(strengths[i][number]));
         std::for_each(colour.begin(), colour.end(), [&](double& channel) { channel *= brightness; });
       }
       canvas.set(canvas.placeOf(point), point[2], colour, side);

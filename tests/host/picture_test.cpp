@@ -100,6 +100,13 @@ TEST_F(Picture, StrongEchoesAreBrighter) {
   EXPECT_GT(raster.brightness(97, 25), raster.brightness(3, 25) * 3 / 2);
 }
 
+TEST_F(Picture, WeakestEchoOfTheLowestPointStandsOutFromTheBackground) {
+  HandMade load;
+  load.column("Positions", square());
+  const Raster raster = draw(load.column<float>("Amplitude", {1, 20, 20, 20}));
+  EXPECT_GT(raster.brightness(26, 48), 2 * raster.brightness(2, 25));
+}
+
 TEST_F(Picture, PointsThatAreNotFiniteAreLeftOut) {
   constexpr double none = std::numeric_limits<double>::quiet_NaN();
   constexpr double infinity = std::numeric_limits<double>::infinity();
