@@ -219,7 +219,8 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
       return app.exit(error, out, err); // help was asked for
     }
-    err << "rdbtool: " << error.what() << "\n";
+    const bool missing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
+    err << "rdbtool: " << error.what() << (missing ? "; --help lists what there is" : "") << "\n";
     return statusNumber(ExitStatus::wrongUse);
   } catch (const std::exception&) {
     return answerFailure(err);

@@ -83,6 +83,10 @@ void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, s
   }
 }
 
+std::string counted(std::uint64_t count, const std::string& thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
 } // namespace
 
 void describe(const std::string& path, bool json, std::ostream& out) {
@@ -99,10 +103,10 @@ bool verifyDatabase(const std::string& path, std::ostream& out) {
   };
   try {
     const embedded::Verification seen = embedded::verify(path, print);
-    out << path << ": " << seen.blocks << " blocks, " << seen.bytes << " bytes, " << seen.findings
-        << (seen.findings == 1 ? " finding" : " findings");
+    out << path << ": " << counted(seen.blocks, "block") << ", " << seen.bytes << " bytes, "
+        << counted(seen.findings, "finding");
     if (seen.withoutChecksum > 0) {
-      out << ", " << seen.withoutChecksum << " blocks without a checksum";
+      out << ", " << counted(seen.withoutChecksum, "block") << " without a checksum";
     }
     out << "\n";
     return seen.findings == 0;

@@ -82,7 +82,14 @@ TEST_F(Damage, AFlippedByteWithoutChecksumIsNotNoticed) {
   damaging({"--attribute", "riegl.xyz", "--flip-byte", "0", "--clear-checksum"});
   const support::Run check = support::runTool({"verify", file});
   EXPECT_EQ(check.status, 0);
-  EXPECT_THAT(check.out, HasSubstr("1 blocks without a checksum"));
+  EXPECT_THAT(check.out, HasSubstr(", 1 block without a checksum\n"));
+  damaging({"--attribute", "riegl.class", "--clear-checksum"});
+  EXPECT_THAT(support::runTool({"verify", file}).out, HasSubstr(", 2 blocks without a checksum\n"));
+}
+
+TEST_F(Damage, OneOfAThingIsTold) {
+  support::runTool({"synth", "scan", "--records", "1", "--columns", "id", "-o", file});
+  EXPECT_EQ(support::runTool({"verify", file}).out, file + ": 1 block, 8 bytes, 0 findings\n");
 }
 
 TEST_F(Damage, EveryFaultIsCounted) {

@@ -154,6 +154,14 @@ TEST_F(Program, WrongUseEndsWithTwo) {
   }
 }
 
+TEST_F(Program, WhatIsMissingIsToldWithTheWayToTheHelp) {
+  for (const std::vector<std::string>& command :
+       std::vector<std::vector<std::string>>{{}, {"frobnicate"}, {"synth"}}) {
+    EXPECT_EQ(run(command).err, "rdbtool: A subcommand is required; --help lists what there is\n");
+  }
+  EXPECT_EQ(run({"import", las}).err, "rdbtool: --output is required; --help lists what there is\n");
+}
+
 TEST_F(Program, InputThatCannotBeReadEndsWithThree) {
   for (const std::string& input : {data.path("absent"), data.root().string()}) {
     expectRefused({"import", input, "-o", out}, 3);
