@@ -1,5 +1,6 @@
-# How a test program is declared: rdb2nimbra_test(<name> SOURCES ... LINKS ... [LABELS ...] [DEFINITIONS ...]
-# [MEMORY]). MEMORY adds the whole program under valgrind, which runs on `ctest -C Memcheck -L memory` only.
+# How a test program is declared: rdb2nimbra_test(<name> SOURCES ... LINKS ... [DEFINITIONS ...] [MEMORY]).
+# `ctest -L rdb` runs the tests of the folder tests/rdb, and so on. MEMORY adds the whole
+# program under valgrind, which runs on `ctest -C Memcheck -L memory` only.
 find_package(GTest REQUIRED)
 include(GoogleTest)
 
@@ -9,15 +10,12 @@ set(RDB2NIMBRA_TEST_DATA ${PROJECT_SOURCE_DIR}/../shared/data CACHE PATH "Folder
 find_program(VALGRIND_PROGRAM valgrind)
 
 function(rdb2nimbra_test name)
-  cmake_parse_arguments(arg "MEMORY" "" "SOURCES;LINKS;LABELS;DEFINITIONS" ${ARGN})
+  cmake_parse_arguments(arg "MEMORY" "" "SOURCES;LINKS;DEFINITIONS" ${ARGN})
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} rdb2nimbra_settings GTest::gmock GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE RDB2NIMBRA_TEST_DATA="${RDB2NIMBRA_TEST_DATA}" ${arg_DEFINITIONS})
-  set(properties TIMEOUT 600)
-  if(arg_LABELS)
-    list(APPEND properties LABELS "${arg_LABELS}")
-  endif()
-  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES ${properties})
+  get_filename_component(area ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+  gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${area} TIMEOUT 600)
   # valgrind cannot raise bad_alloc; it ends the program where an allocation fails.
   if(arg_MEMORY AND VALGRIND_PROGRAM)
     add_test(NAME memory_${name} CONFIGURATIONS Memcheck

@@ -18,6 +18,7 @@ namespace {
 enum Status : int { loaded = 0, failed = 1, wrongUse = 2, unreadable = 3 };
 
 constexpr int largestSide = 16384;
+constexpr auto lostOutput = "nimbra-host: the report could not be written to standard output\n";
 
 /// Everything that was typed.
 struct Wishes {
@@ -158,7 +159,7 @@ Status loadAndShow(const Wishes& wishes, std::ostream& out, std::ostream& err) {
   const bool written = wishes.json ? writeJsonReport(output, wishes.load, outcome, shown, drawn)
                                    : writePeopleReport(output, wishes.load, outcome, shown, drawn);
   if (!written) {
-    err << "nimbra-host: the report could not be written to standard output\n";
+    err << lostOutput;
   }
   if (!wishes.json) {
     reportFailures(wishes.load, outcome, drawn, err);
@@ -197,12 +198,18 @@ int runHost(int argumentCount, const char* const* arguments, std::ostream& out, 
   CLI::App app("Loads a laser-scanner database and shows what stands on the grid.", "nimbra-host");
   Wishes wishes;
   addLoad(app, wishes);
+  app.set_version_flag("--version", "nimbra-host " RDB2NIMBRA_VERSION)
+      ->description("print the version and exit");
   app.require_subcommand(1);
   try {
     app.parse(argumentCount, arguments);
-  } catch (const CLI::Success& help) {
-    app.exit(help, out, err);
-    return out.flush() ? loaded : failed;
+  } catch (const CLI::Success& answer) {
+    app.exit(answer, out, err); // help or the version was asked for
+    if (out.flush()) {
+      return loaded;
+    }
+    err << lostOutput;
+    return failed;
   } catch (const CLI::ParseError& mistake) {
     err << "nimbra-host: " << mistake.what() << "\nTry: nimbra-host load --help\n";
     return wrongUse;

@@ -85,7 +85,8 @@ void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& 
   addNumber(command, "--block-rows", settings.blockRows, "records a block")
       ->check(CLI::Range(std::uint32_t{1}, mostBlockRows))
       ->capture_default_str();
-  command.add_flag("!--no-checksums", settings.checksums, "write blocks without a checksum");
+  command.add_flag_callback(
+      "--no-checksums", [&settings] { settings.checksums = false; }, "write blocks without a checksum");
 }
 
 void addSynthOptions(CLI::App& command, SynthRequest& request) {
@@ -208,6 +209,7 @@ int answerFailure(std::ostream& err) {
 int answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
   Session session{out, err};
   CLI::App app("Makes, imports, describes, verifies and damages databases.", "rdbtool");
+  app.set_version_flag("--version", "rdbtool " RDB2NIMBRA_VERSION)->description("print the version and exit");
   app.require_subcommand(1);
   addSynth(app);
   addImport(app, session);
@@ -217,7 +219,7 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
     app.parse(argumentCount, arguments);
   } catch (const CLI::ParseError& error) {
     if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) {
-      return app.exit(error, out, err); // help was asked for
+      return app.exit(error, out, err); // help or the version was asked for
     }
     const bool missing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
     err << "rdbtool: " << error.what() << (missing ? "; --help lists what there is" : "") << "\n";

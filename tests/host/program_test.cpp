@@ -15,6 +15,7 @@ using hosttest::ProgramRun;
 using hosttest::runProgram;
 using riegl::rdb::embedded::StoredType;
 using testing::HasSubstr;
+using testing::MatchesRegex;
 using testing::StartsWith;
 
 const char* const gpsTimeBase =
@@ -94,6 +95,9 @@ TEST_F(Program, HelpIsNoFailure) {
   const ProgramRun run = runProgram("load --help");
   EXPECT_EQ(run.status, 0);
   EXPECT_THAT(run.out, HasSubstr("--rebase-time"));
+  const ProgramRun version = runProgram("--version");
+  EXPECT_EQ(version.status, 0);
+  EXPECT_THAT(version.out, MatchesRegex("nimbra-host [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST_F(Program, TrajectoryWithoutASystemIsWrongUse) {
@@ -272,6 +276,9 @@ TEST_F(Program, OutputThatCannotBeWrittenIsStatusOne) {
     EXPECT_EQ(run.status, 1) << redirection;
     EXPECT_EQ(run.err, "nimbra-host: the report could not be written to standard output\n") << redirection;
   }
+  const ProgramRun help = runProgram("load --help", ">/dev/full");
+  EXPECT_EQ(help.status, 1);
+  EXPECT_EQ(help.err, "nimbra-host: the report could not be written to standard output\n");
 }
 
 TEST_F(Program, PathWithBytesThatAreNoUtf8StillGivesJson) {

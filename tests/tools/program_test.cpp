@@ -18,6 +18,7 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::MatchesRegex;
 using testing::StartsWith;
 
 class Program : public testing::Test {
@@ -54,6 +55,9 @@ TEST_F(Program, EndsWithZeroWhenDone) {
   EXPECT_EQ(run({"damage", out, "--attribute", "riegl.xyz", "--flip-byte", "0"}).status, 0);
   EXPECT_EQ(run({"--help"}).status, 0);
   EXPECT_EQ(run({"synth", "scan", "--help"}).status, 0);
+  const support::Run version = run({"--version"});
+  EXPECT_EQ(version.status, 0);
+  EXPECT_THAT(version.out, MatchesRegex("rdbtool [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
 TEST_F(Program, InvalidContentEndsWithOne) {
