@@ -5,6 +5,7 @@
 #include "platform/rdb/error.h"
 #include "tools/damage.h"
 #include "tools/import.h"
+#include "tools/output_name.h"
 #include "tools/report.h"
 #include "tools/synth.h"
 #include "tools/tool_error.h"
@@ -98,7 +99,13 @@ void addSynthOptions(CLI::App& command, SynthRequest& request) {
   addWriterOptions(command, request.writer, request.output);
 }
 
-void addSynthKind(CLI::App& synth, SynthKind kind, const char* name, const char* purpose) {
+DatabaseContent contentOf(SynthKind kind) {
+  return kind == SynthKind::trajectory ? DatabaseContent::trajectory
+         : kind == SynthKind::shots    ? DatabaseContent::shots
+                                       : DatabaseContent::points;
+}
+
+void addSynthKind(CLI::App& synth, Session& session, SynthKind kind, const char* name, const char* purpose) {
   const auto request = std::make_shared<SynthRequest>();
   request->kind = kind;
   CLI::App* command = synth.add_subcommand(name, purpose);
@@ -114,18 +121,19 @@ void addSynthKind(CLI::App& synth, SynthKind kind, const char* name, const char*
         ->allow_extra_args(false);
     addNumber(*command, "--pulse-rate", request->pulseRateHz, "shots a second")->capture_default_str();
   }
-  command->callback([request] {
+  command->callback([request, &session] {
     request->columns = namesIn(request->columns);
     synthesise(*request);
+    noteOutputName(contentOf(request->kind), request->output, session.err);
   });
 }
 
-void addSynth(CLI::App& app) {
+void addSynth(CLI::App& app, Session& session) {
   CLI::App* synth = app.add_subcommand("synth", "make a database of a synthetic survey");
   synth->require_subcommand(1);
-  addSynthKind(*synth, SynthKind::scan, "scan", "points, one record an echo (.rdbx)");
-  addSynthKind(*synth, SynthKind::shots, "shots", "laser pulses with waveform metadata (.sodx)");
-  addSynthKind(*synth, SynthKind::trajectory, "trajectory", "the flight (.pofx)");
+  addSynthKind(*synth, session, SynthKind::scan, "scan", "points, one record an echo (.rdbx)");
+  addSynthKind(*synth, session, SynthKind::shots, "shots", "laser pulses with waveform metadata (.sodx)");
+  addSynthKind(*synth, session, SynthKind::trajectory, "trajectory", "the flight (.pofx)");
 }
 
 ImportFormat formatNamed(const std::string& name) {
@@ -211,7 +219,7 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
   CLI::App app("Makes, imports, describes, verifies and damages databases.", "rdbtool");
   app.set_version_flag("--version", "rdbtool " RDB2NIMBRA_VERSION)->description("print the version and exit");
   app.require_subcommand(1);
-  addSynth(app);
+  addSynth(app, session);
   addImport(app, session);
   addReports(app, session);
   addDamage(app);

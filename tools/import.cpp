@@ -4,6 +4,7 @@
 
 #include "tools/input_file.h"
 #include "tools/las_header.h"
+#include "tools/output_name.h"
 #include "tools/tool_error.h"
 
 #include <algorithm>
@@ -42,7 +43,10 @@ std::uint64_t importFile(const ImportRequest& request, std::ostream& notes) {
   requireReadableFile(request.input);
   requireDistinct(request.input, request.output);
   const ImportFormat format = request.format ? *request.format : formatOf(request.input);
-  return format == ImportFormat::las ? importLas(request, notes) : importSbet(request, notes);
+  const bool las = format == ImportFormat::las;
+  const std::uint64_t records = las ? importLas(request, notes) : importSbet(request, notes);
+  noteOutputName(las ? DatabaseContent::points : DatabaseContent::trajectory, request.output, notes);
+  return records;
 }
 
 } // namespace rdbtool

@@ -60,6 +60,32 @@ TEST_F(Program, EndsWithZeroWhenDone) {
   EXPECT_THAT(version.out, MatchesRegex("rdbtool [0-9]+\\.[0-9]+\\.[0-9]+\n"));
 }
 
+TEST_F(Program, NameThatALoadTakesForSomethingElseIsNoted) {
+  struct Case {
+    std::string kind, name, note;
+  };
+  for (const auto& [kind, name, note] : {
+           Case{"scan", "a.rdbx", ""},
+           Case{"scan", "a.points", ""},
+           Case{"shots", "a.sodx", ""},
+           Case{"trajectory", "a.pofx", ""},
+           Case{"trajectory", "a.rdbx", ".pofx for a trajectory, found a name that a load takes for points"},
+           Case{"shots", "a.SODX", ".sodx for shots, found a name that a load takes for points"},
+           Case{"scan", "a.sodx", ".rdbx for points, found a name that a load takes for shots"},
+           Case{"scan", "a.pofx", ".rdbx for points, found a name that a load takes for a trajectory"},
+       }) {
+    const std::string path = data.path(name);
+    const std::string line = note.empty() ? "" : path + ": expected the extension " + note + "\n";
+    EXPECT_EQ(run({"synth", kind, "--records", "2", "-o", path}).err, line) << name;
+  }
+}
+
+TEST_F(Program, ImportUnderAnotherKindsNameIsNoted) {
+  const support::Run result = run({"import", las, "-o", data.path("in.pofx")});
+  EXPECT_EQ(result.status, 0);
+  EXPECT_THAT(result.err, HasSubstr("in.pofx: expected the extension .rdbx for points, found "));
+}
+
 TEST_F(Program, InvalidContentEndsWithOne) {
   expectRefused({"import", data.path("garbage.las"), "-o", out}, 1);
   expectRefused({"import", data.path("part.sbet"), "-o", out}, 1);
