@@ -12,6 +12,7 @@ set(rooms
   platform/proj
   platform/ondrel
   rdb
+  metadata
   timebase
   waveform
   pointcloud

@@ -1,12 +1,11 @@
 // Reads the epoch and the time system out of the time base's JSON text.
 #include "timebase/date.h"
 
-#include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonValue>
-#include <QString>
 #include <vector>
 
+#include "metadata/json_document.h"
 #include "platform/torvel/console.h"
 
 namespace Riegl {
@@ -14,11 +13,6 @@ namespace Riegl {
 namespace {
 
 constexpr TimeBaseDate refused{false, -1, -1, -1};
-
-std::string utf8(const QString& text) {
-  const QByteArray bytes = text.toUtf8();
-  return std::string(bytes.constData(), static_cast<std::size_t>(bytes.size()));
-}
 
 /// Every '-' closes a token, which may be empty; what follows the last one is a token only if it isn't empty.
 /// The scan ends at the first NUL byte.
@@ -57,14 +51,13 @@ bool readsAsUTC(const QJsonObject& timeBase) {
     Torvel::Console() << "Trajectory and PointCloud need to have the same time system!";
     return true;
   }
-  return utf8(timeBase[QStringLiteral("system")].toString()) == "UTC";
+  return toStdText(timeBase[QStringLiteral("system")].toString()) == "UTC";
 }
 
 } // namespace
 
 TimeBaseDate parseDate(const std::string& timeBase) {
-  const QString text = QString::fromUtf8(timeBase.data(), static_cast<int>(timeBase.size()));
-  const QJsonDocument document = QJsonDocument::fromJson(text.toUtf8());
+  const QJsonDocument document = parseJsonDocument(timeBase);
   if (document.isNull() || !document.isObject()) {
     Torvel::Console() << "parseDate: invalid json file ";
     return refused;
@@ -74,7 +67,8 @@ TimeBaseDate parseDate(const std::string& timeBase) {
     Torvel::Console() << "parseDate: have no epoch ";
     return refused;
   }
-  const std::vector<std::string> tokens = splitAtDashes(utf8(object[QStringLiteral("epoch")].toString()));
+  const std::vector<std::string> tokens =
+      splitAtDashes(toStdText(object[QStringLiteral("epoch")].toString()));
   if (tokens.size() != 3) {
     Torvel::Console() << "parseDate: token.size() != 3  ";
     return refused;

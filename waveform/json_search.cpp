@@ -9,7 +9,7 @@
 #include <QJsonDocument>
 #include <QJsonValue>
 
-#include "waveform/json_document.h"
+#include "metadata/json_document.h"
 
 namespace Riegl {
 namespace {

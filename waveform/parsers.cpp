@@ -12,8 +12,8 @@
 #include <QJsonParseError>
 #include <QJsonValue>
 
+#include "metadata/json_document.h"
 #include "platform/torvel/console.h"
-#include "waveform/json_document.h"
 
 namespace Riegl {
 namespace {

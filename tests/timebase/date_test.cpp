@@ -86,6 +86,14 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"BlanksAndTails", epoch(" +2015x- 10y-\\t27z"), true, 27, 10, 2015, silent}),
     [](const auto& tested) { return tested.param.name; });
 
+// The parser takes lengths as int, of UTF-16 units and of their UTF-8.
+TEST(TimeBaseText, IsRefusedBeforeItsLengthOverflowsTheParsers) {
+  const support::ConsoleLines console;
+  const std::string tooLong(715827882, ' ');
+  EXPECT_EQ(Riegl::parseDate(tooLong).day, -1);
+  EXPECT_EQ(console.lines(), invalidJson);
+}
+
 TEST(TimeBaseText, WithAnEmptyTokenRaisesTheConversionsException) {
   EXPECT_THROW(Riegl::parseDate(epoch("2019--08")), std::invalid_argument);
 }

@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
+#include "metadata/json_document.h"
 #include "tests/support/output_log.h"
-#include "waveform/json_document.h"
 
 namespace {
 
