@@ -3,6 +3,7 @@
 #include "trajectory/lever_arm.h"
 
 #include <fstream>
+#include <locale.h>
 #include <vector>
 
 #include "storage/torvel/chunk.h"
@@ -17,6 +18,24 @@ using Triple = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
 struct Vectors {
   Triple leverArm;
   Triple misalignment;
+};
+
+/// While it lives, this thread reads numbers with a point: a host may have set a locale with a comma, in which
+/// "0.1" is 0.
+class DecimalPoint {
+ public:
+  DecimalPoint() : before(uselocale(classic())) {}
+  DecimalPoint(const DecimalPoint&) = delete;
+  DecimalPoint& operator=(const DecimalPoint&) = delete;
+  ~DecimalPoint() { uselocale(before); }
+
+ private:
+  static locale_t classic() {
+    static const locale_t made = newlocale(LC_ALL_MASK, "C", locale_t{});
+    return made;
+  }
+
+  const locale_t before;
 };
 
 /// Splits at every colon and keeps empty tokens, the last one too; a NUL byte ends the line.
@@ -61,6 +80,7 @@ std::string addLeverArm_Misalignment(Nimbra::Grid& grid, const std::string& path
   if (!file) {
     return "pofx2nimbra:Error opening leverarm file: " + path;
   }
+  const DecimalPoint decimalMark;
   Vectors vectors;
   for (std::string line; std::getline(file, line);) {
     const std::string failure = readLine(line, vectors);

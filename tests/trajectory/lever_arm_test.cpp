@@ -1,9 +1,11 @@
 // Pins the grammar of the lever-arm and misalignment file, row by row.
 #include "trajectory/lever_arm.h"
 
+#include "tests/support/comma_locale.h"
 #include "tests/support/grid.h"
 #include "tests/support/temp_dir.h"
 
+#include <cstdlib>
 #include <fstream>
 #include <ostream>
 
@@ -146,6 +148,17 @@ TEST_F(LeverArm, OfAMissingFileIsNamedWithItsPath) {
 
 TEST_F(LeverArm, OfAFolderIsAnEmptyFile) {
   EXPECT_EQ(Riegl::addLeverArm_Misalignment(grid, directory.root().string()), incomplete);
+}
+
+TEST_F(LeverArm, HasNumbersWithAPointWhateverTheLocaleOfTheHost) {
+  const support::CommaLocale host;
+  if (!host.isSet()) {
+    GTEST_SKIP() << "this C library takes no locale with a decimal comma: numbers are NOT read under one";
+  }
+  EXPECT_EQ(read("leverarm:0.1:0,2:0.3\nmisalignment:4:5:1.5\n"), "");
+  EXPECT_THAT(leverArm(), ElementsAre(0.1, 0, 0.3));
+  EXPECT_THAT(misalignment(), ElementsAre(4, 5, 1.5));
+  EXPECT_EQ(std::strtod("0,5", nullptr), 0.5); // the host has its locale back
 }
 
 TEST_F(LeverArm, TakesTheLongestLines) {
