@@ -51,6 +51,7 @@ class Z4Data : public Torvel::ReferenceBase<Z4Data<T>> {
   const Nimbra::Field::Pointer& receivingField() const { return field; }
 
   /// Hangs a single value on the field, as a chunk of one element, and gives the field a new age.
+  /// \errors  std::bad_alloc
   void setAttribute(const std::string& attribute, const double& value) { setValue(attribute, value); }
   void setAttribute(const std::string& attribute, const float& value) { setValue(attribute, value); }
   void setAttribute(const std::string& attribute, const std::string& value) { setValue(attribute, value); }
@@ -63,6 +64,8 @@ class Z4Data : public Torvel::ReferenceBase<Z4Data<T>> {
   /// \param count     records of the block
   /// \param isUTC     the time system of the database
   /// \param callback  may be empty; may change the values in place
+  /// \errors  std::bad_alloc, and what the callback and the data model raise; the field is then as it was, or
+  ///          has the block without the attribute
   void publishBlock(const Torvel::StrongPtr<Nimbra::FragmentID, Nimbra::FragmentID>& fragment,
                     unsigned int count, const bool& isUTC, const ChunkCallback& callback) {
     if (values->empty()) {

@@ -28,6 +28,7 @@ using RdbxSlot =
 struct RdbxColumns {
   std::array<RdbxSlot, rdbxRowCount> slots;
 
+  /// Whether the row is loaded.
   bool filled(std::size_t row) const { return !std::holds_alternative<std::monostate>(slots[row]); }
   /// The buffer of the field "Positions" of the chart, which is always there once columns are bound.
   const BufferReference<Quillon::PhysicalSpace::point>& positions() const {
@@ -38,6 +39,10 @@ struct RdbxColumns {
 /// Makes and binds a fresh buffer for every column that the database holds, in the order of the rows. Making
 /// a buffer makes its field.
 ///
+/// \param database                open; its catalogue is asked anew for each row
+/// \param columns                 take the fresh buffers; the ones of the last block are dropped
+/// \param query                   the client writes to the buffers until the next call
+/// \param grid                    receives the fields
 /// \param loadAllAttributes       also the rows that are only loaded on request
 /// \param readWaveformAttributes  afterwards hang the waveform attributes on "Positions"
 /// \returns empty, or the text of what is wrong with the waveform attributes
@@ -47,6 +52,12 @@ std::string bindRdbxColumns(riegl::rdb::Pointcloud& database, RdbxColumns& colum
                             const bool& loadAllAttributes, const bool& readWaveformAttributes);
 
 /// Hands the block in every filled slot over to its field, in the order of the rows.
+///
+/// \param fragment  identity of the block, shared by all columns
+/// \param count     records of the block
+/// \param isUTC     the time system of the database
+/// \param callback  called for each column before the hand-over; may be empty
+/// \errors  what the callback and the data model raise; the columns before it are on the grid
 void publishRdbxColumns(RdbxColumns& columns,
                         const Torvel::StrongPtr<Nimbra::FragmentID, Nimbra::FragmentID>& fragment,
                         unsigned int count, const bool& isUTC, const ChunkCallback& callback);

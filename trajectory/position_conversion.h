@@ -23,6 +23,8 @@ struct CoordinateSystems {
 /// the projection data stand.
 ///
 /// \param epsgCode  of the target; not checked
+/// \threads loads may run side by side; whoever reads the environment without this project must not do so
+///          meanwhile
 CoordinateSystems prepareConversion(int epsgCode);
 
 /// What the client reads the positions into: three arrays that serve every block of a load.
@@ -55,6 +57,7 @@ class GeodeticPositions {
 
 /// Fills the first `count` points of a column and converts the column at its whole length, in place.
 ///
+/// \param count   records of the block, at most the length of `points`
 /// \param points  the column; what its points behind `count` hold doesn't matter
 /// \returns empty, or the text that ends the load
 std::string convertPositions(const CoordinateSystems& systems, const GeodeticPositions& positions,

@@ -35,8 +35,9 @@ std::string iniMe(riegl::rdb::Pointcloud& database, TrajectoryColumns& columns,
 ///
 /// \param fragment  identity of the block, shared by all columns
 /// \param count     records of the block
+/// \param isUTC     the time system of the database
 /// \param callback  called for each column before the hand-over; may be empty
-/// \errors  what the callback and the data model raise
+/// \errors  what the callback and the data model raise; the columns before it are on the grid
 void publishColumns(TrajectoryColumns& columns,
                     const Torvel::StrongPtr<Nimbra::FragmentID, Nimbra::FragmentID>& fragment,
                     unsigned int count, const bool& isUTC, const ChunkCallback& callback);

@@ -33,6 +33,7 @@ using ExponentialDecompositionMap = std::map<std::string, ExponentialDecompositi
 /// \returns true; or false with a line on the console, where the text is no JSON object, where one of
 ///          the two members is missing, and where the table, then set and complete, is larger than 256000 bytes
 /// \errors  std::bad_alloc passes through
+/// \threads any; writes to the console
 bool parse_reflectance_table(const std::string& json,
                              Torvel::StrongPtr<Torvel::Chunk<float>, Torvel::ChunkBase>& table);
 
@@ -42,6 +43,7 @@ bool parse_reflectance_table(const std::string& json,
 /// \param channels  an entry is added or overwritten for each member
 /// \returns true; or false with a line on std::cerr, where the text is no JSON object
 /// \errors  std::bad_alloc passes through
+/// \threads any; writes to std::cerr
 bool parse_exponential_decomposition(const std::string& json, ExponentialDecompositionMap& channels);
 
 } // namespace Riegl

@@ -10,12 +10,12 @@
 
 namespace Torvel {
 
-/// What a chunk says about its elements.
+/// What a chunk says about one of its elements.
 struct ElementDescription {
-  const std::type_info* type;
-  std::size_t elementBytes;
-  std::size_t count;
-  std::size_t reserved;
+  const std::type_info* type; ///< never null
+  std::size_t elementBytes;   ///< bytes of one element
+  std::size_t count;          ///< elements described, always 1
+  std::size_t reserved;       ///< always 0
 };
 
 /// A reference-counted memory block of elements of one type. The elements live as long as the chunk.
@@ -40,11 +40,14 @@ class TORVEL_API ChunkBase : public ReferenceBase<ChunkBase> {
   /// Type of an element, in two forms.
   virtual const std::type_info& elementType() = 0;
   virtual const std::type_info& elementType() const = 0;
+  /// The same facts in one value.
   virtual ElementDescription elementDescription() const = 0;
 
   /// A new chunk of the same type: with `count` elements, or empty with room for `count` of them.
+  /// \errors  std::length_error, std::bad_alloc
   virtual StrongPtr<ChunkBase, ChunkBase> create(std::size_t count, bool reserveOnly) const = 0;
   /// A new chunk with a copy of the elements.
+  /// \errors  std::bad_alloc
   virtual StrongPtr<ChunkBase, ChunkBase> clone() const = 0;
 
  protected:

@@ -17,9 +17,11 @@ inline constexpr std::int32_t strongDestroyedWhileHeld = -333;
 /// `strong` is the low half of the word and `weak` the high half, both signed 32-bit.
 ///
 /// - Every change is one atomic read-modify-write of the whole word. A step that touches `strong` goes
-/// through
-///   compare-and-exchange and computes each half by itself, so the halves never carry into each other,
-///   whatever `strong` holds; a step on `weak` alone adds to the high half, whose carry leaves the word.
+///   through compare-and-exchange and computes each half by itself, so the halves never carry into each
+///   other, whatever `strong` holds; a step on `weak` alone adds to the high half, whose carry leaves the
+///   word.
+/// - Every change is acquire and release unless it says otherwise: what a thread did to the object under its
+///   hold happens before the end of the object, on whichever thread that comes. Reading a count acquires.
 /// - `strong` is never raised once it is negative: the test and the increase are one step, so the end value
 ///   stays what it is however many threads try to take the object up.
 /// - The end of an object is one step too: it is marked only where `strong` isn't positive. A thread that

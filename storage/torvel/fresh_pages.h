@@ -22,6 +22,9 @@ TORVEL_API void makeZeroBlock(void* block, std::size_t bytes);
 
 /// Gives the memory of the whole pages inside back that hold nothing of use; the addresses stay valid and what is
 /// read there later is unspecified.
+///
+/// \param block  `bytes` bytes from the global `operator new`, or a part of them
+/// \threads safe on distinct blocks
 TORVEL_API void releasePages(void* block, std::size_t bytes);
 
 } // namespace Torvel
