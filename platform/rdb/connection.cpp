@@ -8,9 +8,7 @@
 #include <cctype>
 #include <cerrno>
 #include <cstring>
-#include <iomanip>
 #include <new>
-#include <sstream>
 #include <sys/stat.h>
 #include <system_error>
 
@@ -45,10 +43,13 @@ std::uint32_t bigEndian(const unsigned char* at) {
   return (std::uint32_t{at[0]} << 24) | (std::uint32_t{at[1]} << 16) | (std::uint32_t{at[2]} << 8) | at[3];
 }
 
-std::string hexadecimal(std::uint32_t number) {
-  std::ostringstream text;
-  text << "0x" << std::hex << std::setfill('0') << std::setw(8) << number;
-  return text.str();
+// The digits by hand: a stream would group them as the host's locale wants it.
+std::string hexadecimal(std::uint32_t number, int digits) {
+  std::string text;
+  for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
+    text += "0123456789abcdef"[(number >> shift) & 15];
+  }
+  return text;
 }
 
 std::string tableText(const char* table, const std::string& path) {
@@ -63,17 +64,16 @@ std::string plainPath(const std::string& path) {
 
 // For a file that nobody writes to: SQLite neither locks it nor makes files beside it.
 std::string immutableAddress(const std::string& path) {
-  std::ostringstream address;
-  address << "file:" << std::hex << std::uppercase << std::setfill('0');
+  std::string address = "file:";
   for (const char character : path) {
-    if (std::isalnum(static_cast<unsigned char>(character)) != 0 || character == '/') {
-      address << character;
+    const auto byte = static_cast<unsigned char>(character);
+    if (std::isalnum(byte) != 0 || character == '/') {
+      address += character;
     } else {
-      address << '%' << std::setw(2) << int{static_cast<unsigned char>(character)};
+      address += '%' + hexadecimal(byte, 2);
     }
   }
-  address << "?immutable=1";
-  return address.str();
+  return address + "?immutable=1";
 }
 
 // SQLite opens what stands beside a database under these names, and would wait for ever at a named pipe.
@@ -172,8 +172,8 @@ void Connection::checkHeader() const {
   const auto header = readHeader();
   if (const std::uint32_t found = bigEndian(&header[68]); found != applicationId) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
-                filePath + ": expected application id " + hexadecimal(applicationId) + ", found " +
-                    hexadecimal(found));
+                filePath + ": expected application id 0x" + hexadecimal(applicationId, 8) + ", found 0x" +
+                    hexadecimal(found, 8));
   }
   const auto version = static_cast<std::int32_t>(bigEndian(&header[60]));
   if (version != formatVersion) {

@@ -1,5 +1,6 @@
 // Every way in which a file can be no sound database, with the text that a user gets to read.
 #include "tests/rdb/database_file.h"
+#include "tests/support/grouping_locale.h"
 
 #include <ostream>
 #include <sys/stat.h>
@@ -326,6 +327,14 @@ TEST_F(WrongFile, EmptyPathIsTold) {
 TEST_F(WrongFile, PathWithAZeroByteIsTold) {
   EXPECT_EQ(errorOf(directory, [] { open(std::string("a\0b", 3)); }),
             "cannot open the database (expected the path of a file, found a zero byte in it)");
+}
+
+TEST_F(WrongFile, IsToldTheSameInALocaleThatGroupsDigits) {
+  writeSample(path);
+  execute(path, "PRAGMA application_id = 7");
+  const support::GroupingLocale grouping;
+  EXPECT_EQ(errorOfReading(), "the file is not a database of this kind (scan.rdbx: expected application id "
+                              "0x52444243, found 0x00000007)");
 }
 
 TEST_F(WrongFile, FailedOpenLeavesTheDatabaseThatWasOpen) {

@@ -9,6 +9,7 @@
 
 #include "tests/storage/counted_item.h"
 #include "tests/support/console_lines.h"
+#include "tests/support/grouping_locale.h"
 
 using counted::Item;
 using counted::record;
@@ -234,6 +235,18 @@ TEST(Reports, LineThatCannotBeWrittenEndsNoRelease) {
 
 TEST(Reports, SpeakerIsOneObject) {
   EXPECT_EQ(&Torvel::SpeakPtr::theSpeaker(), &Torvel::SpeakPtr::theSpeaker());
+}
+
+TEST(Reports, ReadTheSameInALocaleThatGroupsDigits) {
+  const ConsoleLines console;
+  const auto report = [] {
+    const std::type_info& type = typeid(Item);
+    Torvel::SpeakPtr::theSpeaker().InvalidWeakPtr(type, type, type, type, 1, 0, &type, &type, 1234567);
+  };
+  report();
+  const support::GroupingLocale grouping;
+  report();
+  EXPECT_THAT(console.lines(), ElementsAre(testing::HasSubstr("number 1234567 "), console.lines().at(0)));
 }
 
 } // namespace

@@ -2,6 +2,7 @@
 #include "platform/torvel/core/speak_ptr.h"
 
 #include <cstdio>
+#include <locale>
 #include <mutex>
 #include <sstream>
 
@@ -25,6 +26,13 @@ Sink& theSink() {
 
 std::string counts(int strong, int weak) {
   return "strong " + std::to_string(strong) + ", weak " + std::to_string(weak);
+}
+
+/// A stream whose numbers look the same whatever locale the host has chosen.
+std::ostringstream plainStream() {
+  std::ostringstream stream;
+  stream.imbue(std::locale::classic());
+  return stream;
 }
 
 /// Writes the line that `compose` gives. Reports are made in destructors and end no work: a line that can't be
@@ -70,7 +78,7 @@ SpeakPtr& SpeakPtr::theSpeaker() {
 
 void SpeakPtr::SelfConstruction(const std::type_info& pointer, const void* self, const void* record) {
   report([&] {
-    std::ostringstream line;
+    std::ostringstream line = plainStream();
     line << "reference scheme: " << Typename(pointer) << " at " << self
          << " is constructed from itself (record " << record << ')';
     return line.str();
@@ -81,7 +89,7 @@ void SpeakPtr::InvalidWeakPtr(const std::type_info& pointer, const std::type_inf
                               const std::type_info& object, const std::type_info& family, int strong,
                               int weak, const void* record, const void* live, long long id) {
   report([&] {
-    std::ostringstream line;
+    std::ostringstream line = plainStream();
     line << "reference scheme: weak hold of " << Typename(pointer) << " number " << id << " ("
          << Typename(base) << " on " << Typename(object) << " in family " << Typename(family)
          << ") is released, but the weak count isn't positive: " << counts(strong, weak) << ", record "
@@ -93,7 +101,7 @@ void SpeakPtr::InvalidWeakPtr(const std::type_info& pointer, const std::type_inf
 void SpeakPtr::DynPtrInvalid(const void* record, const void* object, int strong, int weak,
                              const std::type_info& family) {
   report([&] {
-    std::ostringstream line;
+    std::ostringstream line = plainStream();
     line << "reference scheme: the last strong hold in family " << Typename(family)
          << " ends on an invalid record: " << counts(strong, weak) << ", record " << record << ", object "
          << object;
