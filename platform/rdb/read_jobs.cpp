@@ -10,7 +10,6 @@
 #include <cstring>
 #include <exception>
 #include <mutex>
-#include <system_error>
 #include <thread>
 
 namespace riegl::rdb::embedded {
@@ -200,8 +199,8 @@ void runAll(const ReadJobs& jobs, Database& database) {
     while (helpers.size() + 1 < threads) {
       helpers.emplace_back(work, std::ref(*readers[helpers.size() + 1]));
     }
-  } catch (const std::system_error&) {
-    // No thread to be had: those that run, and this one, do the work.
+  } catch (const std::exception&) {
+    // No thread to be had, or no memory for one: those that run, and this one, do the work.
   }
   work(*readers.front());
   for (std::thread& helper : helpers) {
