@@ -24,7 +24,9 @@ class Surgery {
  public:
   explicit Surgery(const std::string& filePath) : path(filePath) {
     sqlite3* opened = nullptr;
-    const int status = sqlite3_open_v2(filePath.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+    // Absolute, since SQLite may take "file:..." and ":memory:" for something else than a path.
+    const std::string absolute = std::filesystem::absolute(filePath).string();
+    const int status = sqlite3_open_v2(absolute.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     database.reset(opened);
     check(status == SQLITE_OK);
   }

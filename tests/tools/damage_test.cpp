@@ -117,4 +117,17 @@ TEST_F(Damage, OnlyTablesOfADatabaseCanBeDropped) {
   EXPECT_EQ(damaging({"--drop-table", "sqlite_schema"}).status, 2);
 }
 
+TEST_F(Damage, ReachesAFileWhoseNameLooksLikeSomethingElse) {
+  const std::filesystem::path before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.root());
+  for (const char* name : {"file:scan.rdbx", ":memory:"}) {
+    std::filesystem::copy_file(file, name);
+    const support::Run done = support::runTool({"damage", name, "--set-records", "1001"});
+    EXPECT_EQ(done.status, 0) << done.err;
+    EXPECT_EQ(support::runTool({"verify", name}).status, 1) << name;
+    EXPECT_EQ(support::runTool({"verify", file}).status, 0) << name;
+  }
+  std::filesystem::current_path(before);
+}
+
 } // namespace
