@@ -19,15 +19,17 @@ struct CalendarDate {
 
 /// Days since 1970-01-01; negative before.
 std::int64_t dayNumber(const CalendarDate& date);
+/// The date of a number of days since 1970-01-01.
 CalendarDate dateOfDayNumber(std::int64_t number);
 
-/// 0 is Sunday.
+/// The day of the week; 0 is Sunday.
 int weekDay(const CalendarDate& date);
 /// The Sunday on or before the date.
 CalendarDate weekStart(const CalendarDate& date);
+/// The date so many days later; earlier for a number below 0.
 CalendarDate plusDays(const CalendarDate& date, std::int64_t days);
 
-/// "2015-10-27".
+/// The date as in "2015-10-27".
 std::string isoText(const CalendarDate& date);
 /// Reads "2015-10-27"; any other text, and a date that does not exist, is ToolError (wrong use).
 CalendarDate parseIsoDate(const std::string& text);

@@ -48,6 +48,7 @@ class ColumnBatch {
   void put(std::size_t column, std::size_t row, const T& value) {
     std::memcpy(place(column, row), &value, sizeof value);
   }
+  /// Columns that were added.
   std::size_t columnCount() const noexcept { return columns.size(); }
 
   /// Appends the first `rows` rows to the database.

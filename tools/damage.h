@@ -30,9 +30,10 @@ struct DamageRequest {
   std::optional<std::uint64_t> truncateBytes; // what is left of the file
 };
 
+/// Does what is asked for, in place; what was done before a failure stays done.
+///
 /// \errors  ToolError: wrong use where nothing is to be damaged or no attribute is named for a block;
-/// unreadable
-///          where there is no such file; failed where the place to damage does not exist
+///          unreadable where there is no such file; failed where the place to damage does not exist
 void damage(const DamageRequest& request);
 
 } // namespace rdbtool

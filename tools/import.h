@@ -12,6 +12,7 @@
 
 namespace rdbtool {
 
+/// The formats that are read.
 enum class ImportFormat { las, sbet };
 
 /// What an import is asked to do.

@@ -18,9 +18,12 @@ namespace rdbtool {
 /// \threads one thread an object
 class InputFile {
  public:
+  /// Opens the file, which must be a regular one.
   explicit InputFile(const std::string& filePath);
 
+  /// The path as it was given.
   const std::string& path() const noexcept { return name; }
+  /// Bytes of the file when it was opened.
   std::uint64_t byteSize() const noexcept { return size; }
 
   /// Fills `target` from position `offset`; fewer bytes than asked for is an error.

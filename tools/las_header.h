@@ -45,8 +45,9 @@ struct LasHeader {
   std::vector<LasVariableRecord> records;
 };
 
-/// \errors  ToolError: failed where the content is no uncompressed LAS 1.0 to 1.4, is cut short or
-/// contradicts
+/// Reads the header and the variable length records, and checks them against each other and the file's size.
+///
+/// \errors  ToolError: failed where the content is no uncompressed LAS 1.0 to 1.4, is cut short or contradicts
 ///          itself; unreadable where the file cannot be read
 LasHeader readLasHeader(InputFile& file);
 
@@ -54,7 +55,7 @@ LasHeader readLasHeader(InputFile& file);
 /// \param format  0 to 10
 LasRecordLayout layoutOfFormat(unsigned format);
 
-/// Text of at most `byteCount` bytes that ends at the first NUL.
+/// Text of at most `byteCount` bytes that ends at the first zero byte, if there is one.
 std::string fixedText(const std::byte* bytes, std::size_t byteCount);
 
 } // namespace rdbtool

@@ -51,29 +51,30 @@ class PointReader {
 };
 
 /// What has to be known of all points before the first is written.
-struct Survey {
+struct Overview {
   double firstStamp = 0;
   bool stampsOutsideWeek = false;
   bool wideColours = false; // some channel needs more than 8 bits
 };
 
-Survey surveyOf(PointReader& reader, const LasHeader& header) {
-  Survey survey;
+Overview overviewOf(PointReader& reader, const LasHeader& header) {
+  Overview overview;
   bool any = false;
   reader.forEachPiece([&](const std::byte* record, std::size_t rows) {
     for (std::size_t row = 0; row < rows; ++row, record += header.recordBytes) {
       if (header.layout.gpsTime) {
         const auto stamp = littleEndian<double>(record + *header.layout.gpsTime);
-        survey.firstStamp = any ? survey.firstStamp : stamp;
-        survey.stampsOutsideWeek |= !(stamp >= 0 && stamp < weekSeconds);
+        overview.firstStamp = any ? overview.firstStamp : stamp;
+        overview.stampsOutsideWeek |= !(stamp >= 0 && stamp < weekSeconds);
         any = true;
       }
       for (unsigned channel = 0; header.layout.colour && channel < 3; ++channel) {
-        survey.wideColours |= littleEndian<std::uint16_t>(record + *header.layout.colour + 2 * channel) > 255;
+        overview.wideColours |=
+            littleEndian<std::uint16_t>(record + *header.layout.colour + 2 * channel) > 255;
       }
     }
   });
-  return survey;
+  return overview;
 }
 
 /// How stamps become seconds of the week, and the day of the time base.
@@ -93,25 +94,25 @@ CalendarDate weekOfSurvey(const ImportRequest& request, const LasHeader& header)
                : CalendarDate{};
 }
 
-TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, const Survey& survey,
+TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, const Overview& overview,
                         std::ostream& notes) {
   if (!header.adjustedGpsTime) {
-    if (survey.stampsOutsideWeek) {
+    if (overview.stampsOutsideWeek) {
       notes << request.input << ": expected GPS seconds of the week, found stamps outside 0 to 604800; they "
             << "are kept as they are\n";
     }
-    return {0, epochForWeekSeconds(survey.firstStamp, weekOfSurvey(request, header))};
+    return {0, epochForWeekSeconds(overview.firstStamp, weekOfSurvey(request, header))};
   }
-  const double week = std::floor((survey.firstStamp + adjustedOrigin) / weekSeconds);
+  const double week = std::floor((overview.firstStamp + adjustedOrigin) / weekSeconds);
   if (!(week >= 0 && week < 1e5)) {
-    notes << request.input << ": expected adjusted GPS time, found a first stamp of " << survey.firstStamp
+    notes << request.input << ": expected adjusted GPS time, found a first stamp of " << overview.firstStamp
           << "; the stamps are kept as they are\n";
     return {0, weekOfSurvey(request, header)};
   }
-  // The addend is whole and the sum smaller than the stamp, so nothing is rounded away.
+  // The addend is whole and, outside the origin's own week, the sum smaller than the stamp: no bit is lost.
   const double addend = adjustedOrigin - week * weekSeconds;
   const CalendarDate weekBegin = plusDays(CalendarDate{}, static_cast<std::int64_t>(week) * 7);
-  return {addend, epochForWeekSeconds(survey.firstStamp + addend, weekBegin)};
+  return {addend, epochForWeekSeconds(overview.firstStamp + addend, weekBegin)};
 }
 
 /// Turns point records into rows of the batch.
@@ -238,14 +239,14 @@ std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
   const ExtraBytes extra = describedExtraBytes(header);
   tellWhatIsLeft(request, header, extra, notes);
   PointReader reader(file, header);
-  const Survey survey = surveyOf(reader, header);
+  const Overview overview = overviewOf(reader, header);
   TimeMapping mapping;
   if (header.layout.gpsTime) {
-    mapping = timeMapping(request, header, survey, notes);
+    mapping = timeMapping(request, header, overview, notes);
   }
   const InterruptionWatch watch;
   Writer writer(request.output, request.writer);
-  PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, survey.wideColours);
+  PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, overview.wideColours);
   if (header.layout.gpsTime) {
     writer.setMetadata("riegl.time_base", timeBaseText(mapping.epoch, "GPS"));
   }

@@ -9,9 +9,8 @@
 
 namespace rdbtool {
 
-/// A JSON object {"crs": {"epsg": N, "wkt": "..."}} with the keys that the file gives; empty where it gives
-/// none. The number comes from the keys of GeoTIFF (projected before geographic), the text from the WKT
-/// record.
+/// A JSON object {"crs": {"epsg": N, "wkt": "..."}} with the keys that the file gives; empty where it gives none.
+/// The number comes from the keys of GeoTIFF (projected before geographic), the text from the WKT record.
 std::string geoTagText(const std::vector<LasVariableRecord>& records);
 
 } // namespace rdbtool

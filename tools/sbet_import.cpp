@@ -18,7 +18,6 @@ namespace {
 
 constexpr std::size_t valuesPerRecord = 17;
 constexpr std::size_t recordBytes = valuesPerRecord * sizeof(double);
-constexpr std::size_t rowsAtOnce = 65536;
 
 /// The places of the values that are taken over; velocities, accelerations and rates are not.
 enum Place { time, latitude, longitude, altitude, roll = 7, pitch, platformHeading, wanderAngle };
@@ -113,9 +112,9 @@ std::uint64_t importSbet(const ImportRequest& request, std::ostream& notes) {
   TrajectoryWriter trajectory(writer);
   const CalendarDate week = request.date.value_or(CalendarDate{});
   writer.setMetadata("riegl.time_base", timeBaseText(epochForWeekSeconds(firstStamp, week), "GPS"));
-  std::vector<Record> piece(rowsAtOnce);
-  for (std::uint64_t first = 0; first < records; first += rowsAtOnce) {
-    const auto rows = static_cast<std::size_t>(std::min<std::uint64_t>(rowsAtOnce, records - first));
+  std::vector<Record> piece(batchRows);
+  for (std::uint64_t first = 0; first < records; first += batchRows) {
+    const auto rows = static_cast<std::size_t>(std::min<std::uint64_t>(batchRows, records - first));
     file.readAt(first * recordBytes, std::as_writable_bytes(std::span(piece.data(), rows)));
     for (std::size_t row = 0; row < rows; ++row) {
       checkRecord(request.input, first + row, piece[row]);

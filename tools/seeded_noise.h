@@ -1,6 +1,5 @@
 // Numbers from a seed that are the same on every machine, and sines that are too.
-// Everything here is plain arithmetic of IEEE doubles and 64-bit integers; the room is compiled without
-// contraction.
+// All is plain arithmetic of IEEE doubles and 64-bit integers; the room is compiled without contraction.
 #pragma once
 
 #include <cstdint>
@@ -51,6 +50,7 @@ constexpr double sineOfTurns(double turns) {
   return angle + angle * square * sum;
 }
 
+/// The cosine, by the same series.
 constexpr double cosineOfTurns(double turns) {
   return sineOfTurns(turns + 0.25);
 }

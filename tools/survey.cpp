@@ -18,8 +18,7 @@ constexpr double heightOverMean = 850; // metres over the ellipsoid: about 600 o
 /// The flight's own constants by number.
 enum Constant : std::uint64_t { dayOfWeek = 100, startSecond, startEast, startNorth, course, pace, phases };
 
-/// Axes of the scanner in the grid, from roll, pitch and yaw: columns forward, right, down; rows east, north,
-/// up.
+/// Axes of the scanner in the grid, from roll, pitch and yaw: each has its share of east, north and up.
 struct Axes {
   Vector3 forward, right, down;
 };

@@ -56,14 +56,13 @@ class Survey {
   CalendarDate day() const;
   /// Ticks since midnight of the first shot and the first trajectory record.
   std::uint64_t startTicks() const noexcept { return firstTick; }
+  /// Ticks from one shot to the next.
   std::uint64_t ticksPerShot() const noexcept { return shotTicks; }
   /// Where the scanner is at a time since midnight.
   /// \param ticks  not before startTicks()
   Pose poseAt(std::uint64_t ticks) const;
   /// Shot `number` of the flight; its firstEcho is left 0.
   Shot shot(std::uint64_t number) const;
-  const Landscape& land() const noexcept { return landscape; }
-  std::uint32_t shotsPerLine() const noexcept { return lineShots; }
 
  private:
   double draw(std::uint64_t index) const; // one of the flight's own constants, in [0, 1)
@@ -72,7 +71,7 @@ class Survey {
   Landscape landscape;
   std::uint64_t firstTick;
   std::uint64_t shotTicks;
-  std::uint32_t lineShots;
+  std::uint32_t lineShots; // of one sweep of the mirror across the flight
   Vector3 begin{};
   double heading;
   double speed;
@@ -82,7 +81,9 @@ class Survey {
 /// The shots of a survey in order, with their echoes counted.
 class ShotStream {
  public:
+  /// \param flownSurvey  must outlive the stream
   explicit ShotStream(const Survey& flownSurvey) : survey(flownSurvey) {}
+  /// The next shot, from number 0 on, with its firstEcho.
   Shot next() {
     Shot shot = survey.shot(nextShot++);
     shot.firstEcho = nextEcho;

@@ -1,6 +1,5 @@
 // Makes databases of a synthetic survey: its scan, its shots, or its trajectory.
-// Partners: synth.cpp, synth_scan.cpp, synth_shots.cpp, synth_trajectory.cpp; docs/rdbtool.md tells what they
-// hold.
+// Partners: synth.cpp, synth_scan.cpp, synth_shots.cpp, synth_trajectory.cpp; docs/rdbtool.md tells what they hold.
 #pragma once
 
 #include "tools/column_batch.h"
@@ -12,6 +11,7 @@
 
 namespace rdbtool {
 
+/// Which view of the survey is made.
 enum class SynthKind { scan, shots, trajectory };
 
 /// What a synthesis is asked to do.

@@ -23,7 +23,7 @@ struct GridPosition {
   double north = 0;
 };
 
-/// Geocentric coordinates, metres.
+/// Geocentric coordinates, metres: x towards longitude 0 on the equator, z towards the north pole.
 Vector3 geocentric(const GeodeticPosition& position);
 
 /// The straight distance between two geocentric positions, metres.
@@ -38,6 +38,7 @@ class TransverseMercatorZone {
   /// \param number  1 to 60; zone 33 is EPSG 32633
   explicit TransverseMercatorZone(int number);
 
+  /// The place of a longitude and a latitude in radians.
   GridPosition project(double longitude, double latitude) const;
   /// Longitude and latitude in radians; the height is 0.
   GeodeticPosition unproject(const GridPosition& grid) const;
@@ -47,6 +48,7 @@ class TransverseMercatorZone {
     double scale = 1;       // grid metres per metre on the ellipsoid
     double convergence = 0; // azimuth of grid north, radians clockwise from true north
   };
+  /// The scale and the convergence at a position of the zone.
   Local around(const GridPosition& grid) const;
 
  private:
