@@ -14,6 +14,9 @@
 
 namespace riegl::rdb::embedded {
 
+/// Bytes taken from a block at a time: they stay in the processor's cache from reading to checksum to conversion.
+inline constexpr std::size_t chunkBytes = std::size_t{256} * 1024;
+
 /// A connection with the one open block of it. Not for two threads at a time; a reader a thread.
 class BlockReader {
  public:
@@ -25,6 +28,7 @@ class BlockReader {
   Connection& connection() { return link; }
 
   /// Goes to a block and checks that it is the block of that column and number, of the expected size.
+  /// \param number  below the layout's count of blocks
   /// \errors Error that names column, block, expectation and finding
   void open(const Column& column, const BlockLayout& layout, std::uint64_t number);
   /// The checksum that the open block carries.
@@ -34,7 +38,7 @@ class BlockReader {
   /// block's checksum says so. \return false if nothing changes: no checksum, or a block that can't be read so
   bool readPastSqlite();
   void readThroughSqlite() { isPastSqlite = false; }
-  /// Reads bytes of the open block.
+  /// Reads `bytes` bytes of the open block from `offset` on; they must lie in it. \errors Error if SQLite can't
   void read(void* to, std::size_t bytes, std::size_t offset);
   /// Raises the Error for a checksum other than the block's.
   void requireChecksum(std::uint32_t found) const;

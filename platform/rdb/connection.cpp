@@ -3,6 +3,7 @@
 #include "platform/rdb/connection.h"
 
 #include "platform/rdb/file_format.h"
+#include "platform/rdb/sqlite_file.h"
 
 #include <algorithm>
 #include <cctype>
@@ -18,6 +19,7 @@ namespace {
 constexpr const char* cannotOpen = "cannot open the database";
 constexpr const char* cannotRead = "cannot read the database";
 constexpr const char* otherFormat = "the file is not a database of this kind";
+constexpr int stepsBetweenCounts = 10'000;
 
 std::string systemText(int number) {
   return std::generic_category().message(number);
@@ -39,10 +41,6 @@ const char* kindOf(mode_t mode) {
   }
 }
 
-std::uint32_t bigEndian(const unsigned char* at) {
-  return (std::uint32_t{at[0]} << 24) | (std::uint32_t{at[1]} << 16) | (std::uint32_t{at[2]} << 8) | at[3];
-}
-
 // The digits by hand: a stream would group them as the host's locale wants it.
 std::string hexadecimal(std::uint32_t number, int digits) {
   std::string text;
@@ -54,12 +52,6 @@ std::string hexadecimal(std::uint32_t number, int digits) {
 
 std::string tableText(const char* table, const std::string& path) {
   return std::string("table \"") + table + "\" of " + path;
-}
-
-// SQLite reads "file:..." and ":memory:" as something else than a path; with a directory before it, it is
-// one.
-std::string plainPath(const std::string& path) {
-  return path.front() == '/' ? path : "./" + path;
 }
 
 // For a file that nobody writes to: SQLite neither locks it nor makes files beside it.
@@ -170,12 +162,12 @@ std::array<unsigned char, 100> Connection::readHeader() const {
 
 void Connection::checkHeader() const {
   const auto header = readHeader();
-  if (const std::uint32_t found = bigEndian(&header[68]); found != applicationId) {
+  if (const auto found = static_cast<std::uint32_t>(bigEndian(&header[68], 4)); found != applicationId) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
                 filePath + ": expected application id 0x" + hexadecimal(applicationId, 8) + ", found 0x" +
                     hexadecimal(found, 8));
   }
-  const auto version = static_cast<std::int32_t>(bigEndian(&header[60]));
+  const auto version = static_cast<std::int32_t>(bigEndian(&header[60], 4));
   if (version != formatVersion) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
                 filePath + ": expected format version " + std::to_string(formatVersion) + ", found version " +
@@ -183,9 +175,8 @@ void Connection::checkHeader() const {
                     (version > formatVersion ? "; a newer program is needed to read it" : ""));
   }
   // SQLite takes what is missing from the last page for zeros.
-  const std::uint64_t pageField = (std::uint64_t{header[16]} << 8) | header[17];
-  const std::uint64_t bytes = bigEndian(&header[28]) * (pageField == 1 ? 65536 : pageField);
-  const bool countIsValid = bigEndian(&header[24]) == bigEndian(&header[92]);
+  const std::uint64_t bytes = bigEndian(&header[28], 4) * pageBytesIn(header.data());
+  const bool countIsValid = bigEndian(&header[24], 4) == bigEndian(&header[92], 4);
   if (countIsValid && file.bytes < bytes) {
     throw Error(ErrorKind::damaged, "the database is damaged",
                 filePath + ": expected at least " + std::to_string(bytes) + " bytes, found " +
@@ -214,7 +205,7 @@ void Connection::harden() {
   sqlite3_limit(db, SQLITE_LIMIT_VARIABLE_NUMBER, 10);
   sqlite3_limit(db, SQLITE_LIMIT_TRIGGER_DEPTH, 1);
   sqlite3_limit(db, SQLITE_LIMIT_WORKER_THREADS, 0);
-  sqlite3_progress_handler(db, 10'000, &Connection::countSteps, this);
+  sqlite3_progress_handler(db, stepsBetweenCounts, &Connection::countSteps, this);
   // A transaction for the whole life: rows found when opening stay where they are until the last is read.
   for (const char* pragma :
        {"PRAGMA trusted_schema=OFF", "PRAGMA cell_size_check=ON", "PRAGMA temp_store=MEMORY",
@@ -272,7 +263,7 @@ void Connection::refuseMadeUpValues(const char* table, const std::string& object
 
 int Connection::countSteps(void* self) {
   auto* const connection = static_cast<Connection*>(self);
-  connection->steps += 10'000;
+  connection->steps += stepsBetweenCounts;
   return connection->steps > connection->mostSteps ? 1 : 0;
 }
 

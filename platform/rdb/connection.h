@@ -32,8 +32,11 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
+  /// SQLite's handle, which stays the connection's.
   sqlite3* handle() const { return database.get(); }
+  /// The path as it was given.
   const std::string& path() const { return filePath; }
+  /// The file that the path led to before it was opened.
   const FileIdentity& identity() const { return file; }
   /// Starts the count of steps anew that keeps a statement on a damaged file from running for ever.
   void beginStatement() { steps = 0; }
@@ -60,7 +63,8 @@ class Connection {
   std::unique_ptr<sqlite3, Close> database;
 };
 
-/// A prepared statement; parameters and columns count from 1 and 0 as in SQLite.
+/// A prepared statement; parameters and columns count from 1 and 0 as in SQLite. The connection outlives it.
+/// \errors Error, or std::bad_alloc, from every call that SQLite fails
 class Statement {
  public:
   /// \param object  what the statement reads, for error texts, such as `table "block" of scan.rdbx`
@@ -73,6 +77,7 @@ class Statement {
   /// Makes the statement ready for other parameters.
   void reset();
 
+  // A column of the row that `step` went to: the SQLITE_... number of its type, and its value as SQLite converts it.
   int type(int column) const { return sqlite3_column_type(statement.get(), column); }
   std::int64_t integer(int column) const { return sqlite3_column_int64(statement.get(), column); }
   double real(int column) const { return sqlite3_column_double(statement.get(), column); }

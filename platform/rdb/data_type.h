@@ -5,8 +5,7 @@
 
 namespace riegl::rdb::pointcloud {
 
-/// Element type of a buffer given to QuerySelect::bind. The numbers are fixed: callers pass them as
-/// constants.
+/// Element type of a buffer given to QuerySelect::bind. The numbers are fixed: callers pass them as constants.
 enum class DataType : std::uint32_t {
   NONE = 0, ///< no type; refused by bind
   UINT8 = 1,

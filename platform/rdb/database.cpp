@@ -1,5 +1,5 @@
-// Opening a database file: the catalogue, checked against itself and against the blocks before it is
-// believed. Partner: database.h
+// Opening a database file: the catalogue, checked against itself and the blocks before it is believed.
+// Partner: database.h
 #include "platform/rdb/database.h"
 
 #include "platform/rdb/writer.h"
@@ -214,8 +214,7 @@ void Database::readBlockIndex(Column& column) {
   }
 }
 
-// Block sizes betray a wrong count of records; the first and the last block of a column tell, and cost two
-// pages.
+// Block sizes betray a wrong count of records; the first and the last block of a column tell, for two pages.
 void Database::checkOutermostBlocks() {
   if (division.records == 0) {
     return;

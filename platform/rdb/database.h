@@ -18,9 +18,13 @@ namespace riegl::rdb::embedded {
 class Database {
  public:
   /// Opens the file, reads its catalogue and checks it against the blocks that are there.
+  /// \param threadCount  as in OpenSettings
+  /// \errors Error for a file that cannot be opened or contradicts itself
   Database(const std::string& path, unsigned int threadCount);
 
+  /// The division into blocks.
   const BlockLayout& layout() const { return division; }
+  /// All attributes in the order of the file; a column stays where it is as long as the Database lives.
   const std::vector<Column>& columns() const { return catalogue; }
   /// The index of a column, or nothing.
   std::optional<std::size_t> columnNamed(const std::string& name) const;
@@ -28,7 +32,9 @@ class Database {
   const Column& requireColumn(const std::string& name) const;
   const std::string& path() const { return readers.front()->connection().path(); }
 
+  /// The text of a metadata item, or nothing. \errors Error for an item that holds no text
   std::optional<std::string> item(const std::string& name);
+  /// The names of all items, sorted by their bytes. \errors Error for a name that is no text or stands twice
   std::vector<std::string> itemNames();
 
   /// The readers for up to `wanted` threads, at least one; fewer if the file cannot be opened once more, or

@@ -19,11 +19,11 @@ enum class ErrorKind : int {
   cannotWrite = 5  ///< a database cannot be made at the given place
 };
 
-/// A failure of the client. `what()` says what happened; `details()` says to which object, what was expected
-/// and what was found. Copies share their texts, so copying never throws. Both texts live as long as any
-/// copy.
+/// A failure of the client. `what()` says what happened; `details()` says to which object, what was expected and
+/// what was found. Copies share their texts, so copying never throws. Both texts live as long as any copy.
 class RDB_API Error : public std::exception {
  public:
+  /// Keeps copies of both texts.
   Error(ErrorKind kind, const std::string& what, const std::string& details);
   Error(const Error&) noexcept;
   Error& operator=(const Error&) noexcept;
@@ -32,6 +32,7 @@ class RDB_API Error : public std::exception {
   const char* what() const noexcept override;
   /// The number of the ErrorKind.
   virtual int code() const noexcept;
+  /// "object: expected ..., found ...", and what to do about it if that is known.
   virtual const char* details() const noexcept;
 
  private:

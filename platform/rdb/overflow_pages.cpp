@@ -23,6 +23,8 @@
 // looks odd is left to sqlite3_blob_read.
 #include "platform/rdb/overflow_pages.h"
 
+#include "platform/rdb/sqlite_file.h"
+
 #include <algorithm>
 #include <cstring>
 #include <optional>
@@ -34,14 +36,6 @@ constexpr std::uint64_t lockByte = std::uint64_t{1} << 30;
 constexpr std::size_t pointerBytes = 4;
 constexpr int mostLevels = 20; // as many as SQLite follows
 constexpr int columnsOfBlock = 4;
-
-std::uint64_t bigEndian(const unsigned char* at, std::size_t bytes) {
-  std::uint64_t number = 0;
-  for (std::size_t i = 0; i < bytes; ++i) {
-    number = (number << 8) | at[i];
-  }
-  return number;
-}
 
 /// Takes SQLite's numbers of one to nine bytes from memory that has an end.
 class Numbers {
@@ -120,8 +114,7 @@ void OverflowPages::readFileHead() {
       file->pMethods->xFileSize(file, &fileBytes) != SQLITE_OK || fileBytes < 0) {
     return;
   }
-  const std::uint64_t sizeField = bigEndian(&head[16], 2);
-  pageBytes = sizeField == 1 ? 65536 : sizeField;
+  pageBytes = pageBytesIn(head.data());
   const bool hasLog = head[18] != 1 || head[19] != 1;
   const bool isPowerOfTwo = (pageBytes & (pageBytes - 1)) == 0;
   if (hasLog || pageBytes < 512 || !isPowerOfTwo || pageBytes - head[20] < 480) {

@@ -31,14 +31,14 @@ class RDB_API QuerySelect {
   ///
   /// \param buffer  stays the caller's; must hold the `count` records of each `next`; any alignment
   /// \param stride  bytes from one record to the next; 0 for tightly packed records
-  /// \errors Error for an unknown name or type, a null buffer, a stride below the size of a record
+  /// \errors Error for an unknown name or type, a null buffer, a stride below the size of a record, and a
+  ///         well-known attribute whose file gives it more or fewer values a record than its name stands for
   void bind(const std::string& name, DataType dataType, void* buffer, int stride = 0);
 
   /// Reads up to `count` further records into all bound buffers, each from its start.
   ///
   /// \returns how many were read, 0 at the end; counts on if nothing is bound
-  /// \errors Error for a damaged or unreadable block; the position stays where it was, and the contents of
-  /// the
+  /// \errors Error for a damaged or unreadable block; the position stays where it was, and the contents of the
   ///         bound buffers are unspecified
   unsigned int next(unsigned int count);
 

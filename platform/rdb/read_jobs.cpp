@@ -15,9 +15,6 @@
 namespace riegl::rdb::embedded {
 namespace {
 
-// Bytes taken from a block at a time: they stay in the processor's cache from reading to checksum to
-// conversion.
-constexpr std::size_t chunkBytes = std::size_t{256} * 1024;
 // Below this, starting a thread costs more than it saves.
 constexpr std::uint64_t leastBytesForThreads = std::uint64_t{8} * 1024 * 1024;
 

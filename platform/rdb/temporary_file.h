@@ -16,8 +16,10 @@ class TemporaryFile {
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
+  /// Where the file is meanwhile; empty once it is in place.
   const std::string& path() const { return temporaryPath; }
-  /// Forces the content to the disk and gives the file its final name.
+  /// Forces the content to the disk and gives the file its final name, at once and in the place of what had it.
+  /// \errors Error if the system refuses; what had the name before is untouched then
   void putInPlace();
 
  private:

@@ -10,8 +10,6 @@
 namespace riegl::rdb::embedded {
 namespace {
 
-constexpr std::size_t chunkBytes = std::size_t{256} * 1024;
-
 void verifyBlock(Database& database, const Column& column, std::uint64_t number, Verification& seen) {
   BlockReader& reader = *database.readersFor(1).front();
   reader.open(column, database.layout(), number);

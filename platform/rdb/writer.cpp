@@ -5,6 +5,7 @@
 #include "platform/rdb/checksum.h"
 #include "platform/rdb/error.h"
 #include "platform/rdb/file_format.h"
+#include "platform/rdb/sqlite_file.h"
 #include "platform/rdb/temporary_file.h"
 
 #include <algorithm>
@@ -91,9 +92,8 @@ Writer::State::State(const std::string& path, WriterSettings wanted)
     refuse(path, "at least one record a block", "0");
   }
   sqlite3* opened = nullptr;
-  const std::string& plain = file.path();
   const int status =
-      sqlite3_open_v2((plain.front() == '/' ? plain : "./" + plain).c_str(), &opened,
+      sqlite3_open_v2(plainPath(file.path()).c_str(), &opened,
                       SQLITE_OPEN_READWRITE | SQLITE_OPEN_NOMUTEX | SQLITE_OPEN_PRIVATECACHE, nullptr);
   database.reset(opened);
   check(status);
@@ -282,7 +282,8 @@ void Writer::finish() {
   state->insertItems();
   state->execute("COMMIT");
   state->blockInsert.reset();
-  state->check(sqlite3_close(state->database.release()));
+  state->check(sqlite3_close(state->database.get()));
+  static_cast<void>(state->database.release()); // closed; after a failure it would still be ours to close
   state->file.putInPlace();
 }
 
