@@ -26,8 +26,7 @@ const Case cases[] = {
      "0x00000007)"},
     {"NewerVersion", "PRAGMA user_version = 2",
      "the file is not a database of this kind (scan.rdbx: expected format version 1, found version 2; a "
-     "newer "
-     "program is needed to read it)"},
+     "newer program is needed to read it)"},
     {"VersionZero", "PRAGMA user_version = 0",
      "the file is not a database of this kind (scan.rdbx: expected format version 1, found version 0)"},
     {"NoTableDatabase", "DROP TABLE database",
@@ -43,16 +42,13 @@ const Case cases[] = {
      "view)"},
     {"VirtualTableForATable", "DROP TABLE metadata; CREATE VIRTUAL TABLE metadata USING fts5(name, value)",
      "the file is not a database of this kind (table \"metadata\" of scan.rdbx: expected a table, found a "
-     "virtual "
-     "table)"},
+     "virtual table)"},
     {"NoColumnScale", "ALTER TABLE attribute DROP COLUMN scale",
      "the file is not a database of this kind (table \"attribute\" of scan.rdbx: expected a column "
-     "\"scale\", "
-     "found none)"},
+     "\"scale\", found none)"},
     {"NoColumnChecksum", "ALTER TABLE block DROP COLUMN checksum",
      "the file is not a database of this kind (table \"block\" of scan.rdbx: expected a column \"checksum\", "
-     "found "
-     "none)"},
+     "found none)"},
     {"NoDatabaseRow", "DELETE FROM database",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected one row, found "
      "none)"},
@@ -61,20 +57,16 @@ const Case cases[] = {
      "more)"},
     {"NegativeRecords", "UPDATE database SET records = -1",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected a count of records "
-     "of at "
-     "least 0, found -1)"},
+     "of at least 0, found -1)"},
     {"HugeRecords", "UPDATE database SET records = 9223372036854775807",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected at most FIT records "
-     "of 25 "
-     "bytes in a file of SIZE bytes, found 9223372036854775807 records)"},
+     "of 25 bytes in a file of SIZE bytes, found 9223372036854775807 records)"},
     {"RecordsAsText", "UPDATE database SET records = 'many'",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected a count of records "
-     "of at "
-     "least 0, found the text \"many\")"},
+     "of at least 0, found the text \"many\")"},
     {"ZeroRecordsWithBlocks", "UPDATE database SET records = 0",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 0 blocks, found "
-     "block 0 "
-     "besides)"},
+     "block 0 besides)"},
     {"FewerRecords", "UPDATE database SET records = 9",
      "the database is damaged (column \"riegl.xyz\" of scan.rdbx, block 2: expected 24 bytes, found 48)"},
     {"MoreRecords", "UPDATE database SET records = 11",
@@ -84,61 +76,48 @@ const Case cases[] = {
      "3)"},
     {"NegativeBlockRows", "UPDATE database SET block_rows = -4",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
-     "to "
-     "4294967295, found -4)"},
+     "to 4294967295, found -4)"},
     {"ZeroBlockRows", "UPDATE database SET block_rows = 0",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
-     "to "
-     "4294967295, found 0)"},
+     "to 4294967295, found 0)"},
     {"HugeBlockRows", "UPDATE database SET block_rows = 9223372036854775807",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
-     "to "
-     "4294967295, found 9223372036854775807)"},
+     "to 4294967295, found 9223372036854775807)"},
     {"LargerBlockRows", "UPDATE database SET block_rows = 5",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 2 blocks, found "
-     "block 2 "
-     "besides)"},
+     "block 2 besides)"},
     {"UnknownType", "UPDATE attribute SET type = 'int128' WHERE id = 2",
      "the catalogue of the database is wrong (column \"riegl.class\" of scan.rdbx: expected a type of int8 "
-     "to "
-     "uint64, float32 or float64, found \"int128\")"},
+     "to uint64, float32 or float64, found \"int128\")"},
     {"OtherType", "UPDATE attribute SET type = 'uint16' WHERE id = 2",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 0: expected 8 bytes, found 4)"},
     {"TypeAsBlob", "UPDATE attribute SET type = x'00' WHERE id = 2",
      "the catalogue of the database is wrong (column \"riegl.class\" of scan.rdbx: expected a text as type, "
-     "found a "
-     "blob)"},
+     "found a blob)"},
     {"NameAsBlob", "UPDATE attribute SET name = x'00' WHERE id = 2",
      "the catalogue of the database is wrong (attribute 2 of scan.rdbx: expected a text as name, found a "
      "blob)"},
     {"ZeroLength", "UPDATE attribute SET length = 0 WHERE id = 2",
      "the catalogue of the database is wrong (column \"riegl.class\" of scan.rdbx: expected a length of 1 to "
-     "65536, "
-     "found 0)"},
+     "65536, found 0)"},
     {"HugeLength", "UPDATE attribute SET length = 4294967297 WHERE id = 2",
      "the catalogue of the database is wrong (column \"riegl.class\" of scan.rdbx: expected a length of 1 to "
-     "65536, "
-     "found 4294967297)"},
+     "65536, found 4294967297)"},
     {"ZeroScale", "UPDATE attribute SET scale = 0 WHERE id = 1",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected a scale other than "
-     "0, "
-     "found 0)"},
+     "0, found 0)"},
     {"InfiniteScale", "UPDATE attribute SET scale = 9e999 WHERE id = 1",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected a finite scale, "
-     "found "
-     "Inf)"},
+     "found Inf)"},
     {"OffsetAsText", "UPDATE attribute SET \"offset\" = 'low' WHERE id = 1",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected a finite offset, "
-     "found "
-     "the text \"low\")"},
+     "found the text \"low\")"},
     {"UnitAsBlob", "UPDATE attribute SET unit = x'00' WHERE id = 1",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected a text as unit, "
-     "found a "
-     "blob)"},
+     "found a blob)"},
     {"MissingBlock", "DELETE FROM block WHERE attribute = 1 AND number = 1",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected block 1 of 3, "
-     "found block "
-     "2)"},
+     "found block 2)"},
     {"MissingLastBlock", "DELETE FROM block WHERE attribute = 1 AND number = 2",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 3 blocks, found "
      "2)"},
@@ -148,27 +127,22 @@ const Case cases[] = {
      "the database is damaged (column \"riegl.xyz\" of scan.rdbx, block 1: expected 96 bytes, found 97)"},
     {"BlockAsText", "UPDATE block SET data = 'abcd' WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected a blob, found a value "
-     "of type "
-     "text)"},
+     "of type text)"},
     {"BlockAsNumber", "UPDATE block SET data = 1234 WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected a blob, found a value "
-     "of type "
-     "integer)"},
+     "of type integer)"},
     {"WrongChecksum", "UPDATE block SET checksum = 17 WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected checksum 17, found "
      "1624488069)"},
     {"WrongData", "UPDATE block SET data = x'04050600' WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected checksum 1624488069, "
-     "found "
-     "4273417510)"},
+     "found 4273417510)"},
     {"ChecksumOutOfRange", "UPDATE block SET checksum = -1 WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected a checksum of 32 bits, "
-     "found "
-     "-1)"},
+     "found -1)"},
     {"ChecksumAsText", "UPDATE block SET checksum = 'x' WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected an integer as "
-     "checksum, found "
-     "a text)"},
+     "checksum, found a text)"},
     {"NoAttributes", "DELETE FROM attribute",
      "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected no records without "
      "attributes, found 10 records)"},
@@ -177,11 +151,9 @@ const Case cases[] = {
     {"SameIdTwice",
      "CREATE TABLE copy (id INTEGER, name TEXT, type TEXT, length INTEGER, scale REAL, \"offset\" REAL, unit "
      "TEXT, title TEXT, description TEXT); INSERT INTO copy SELECT * FROM attribute; UPDATE copy SET id = 1; "
-     "DROP "
-     "TABLE attribute; ALTER TABLE copy RENAME TO attribute",
+     "DROP TABLE attribute; ALTER TABLE copy RENAME TO attribute",
      "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected ids that rise from "
-     "row "
-     "to row, found 1)"},
+     "row to row, found 1)"},
     {"ChecksumOf33Bits", "UPDATE block SET checksum = 4294967296 WHERE attribute = 2 AND number = 1",
      "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected a checksum of 32 bits, "
      "found 4294967296)"},
@@ -191,12 +163,10 @@ const Case cases[] = {
     {"GeneratedNumbers",
      "ALTER TABLE database ADD COLUMN more INTEGER AS (length(hex(zeroblob(records * 100000))))",
      "the file is not a database of this kind (table \"database\" of scan.rdbx: expected stored values, "
-     "found "
-     "a rule that makes them in column \"more\")"},
+     "found a rule that makes them in column \"more\")"},
     {"GeneratedText",
      "ALTER TABLE attribute DROP COLUMN title; ALTER TABLE attribute ADD COLUMN title TEXT AS "
-     "(printf('%.*c', "
-     "900000, 'x'))",
+     "(printf('%.*c', 900000, 'x'))",
      "the file is not a database of this kind (table \"attribute\" of scan.rdbx: expected stored values, "
      "found a rule that makes them in column \"title\")"},
     {"LongDefault",
@@ -206,21 +176,17 @@ const Case cases[] = {
      "found a rule that makes them in column \"title\")"},
     {"ViewUnderATablesEntry",
      "PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = 'CREATE VIEW database AS WITH RECURSIVE r "
-     "AS "
-     "(SELECT 1 AS records UNION ALL SELECT records FROM r) SELECT records, 4 AS block_rows FROM r' WHERE "
-     "name "
-     "= 'database'",
+     "AS (SELECT 1 AS records UNION ALL SELECT records FROM r) SELECT records, 4 AS block_rows FROM r' WHERE "
+     "name = 'database'",
      "cannot read the database (scan.rdbx: expected sound content, found: database disk image is malformed)"},
     {"VirtualTableUnderATablesEntry",
      "PRAGMA writable_schema = ON; UPDATE sqlite_schema SET sql = 'CREATE VIRTUAL TABLE database USING "
      "fts5(records, block_rows)' WHERE name = 'database'",
      "the file is not a database of this kind (table \"database\" of scan.rdbx: expected a column "
-     "\"records\", "
-     "found none)"},
+     "\"records\", found none)"},
     {"BlockTableWithoutRowIds",
      "DROP TABLE block; CREATE TABLE block (attribute INTEGER, number INTEGER, checksum INTEGER, data BLOB, "
-     "PRIMARY "
-     "KEY (attribute, number)) WITHOUT ROWID",
+     "PRIMARY KEY (attribute, number)) WITHOUT ROWID",
      "cannot read the database (table \"block\" of scan.rdbx: expected sound content, found: SQL logic "
      "error)"},
 };
