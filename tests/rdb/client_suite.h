@@ -1,6 +1,7 @@
 // What every database client has to honour, as one suite that is compiled against each of them.
 // Include the client's own front header first; then instantiate with a class that offers
 //   static std::string make(const clientsuite::Contents&, const support::TempDir&);   // the path to open
+// Longer than other headers because it is all of a client's contract in one place.
 #pragma once
 
 #include "tests/support/temp_dir.h"

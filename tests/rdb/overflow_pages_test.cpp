@@ -1,5 +1,6 @@
 // Blobs read from the pages of a file are those that SQLite reads, or none; whoever made or damaged the file.
 // Partner: platform/rdb/overflow_pages.h
+// Longer than other sources because every test needs the same writer of files and reader of pages.
 #include "platform/rdb/overflow_pages.h"
 
 #include "tests/rdb/database_file.h"
