@@ -6,16 +6,11 @@
 
 #include "host/outcome.h"
 #include "storage/nimbra/mem_array.h"
+#include "tests/support/chunk_with.h"
 
 namespace hosttest {
 
-/// A chunk with these elements.
-template <class T>
-Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunkWith(const std::vector<T>& elements) {
-  Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunk(new Torvel::Chunk<T>(elements.size()));
-  std::copy(elements.begin(), elements.end(), chunk->values().begin());
-  return chunk;
-}
+using support::chunkWith;
 
 /// The outcome of a load that never happened: a test puts on its grid what it wants to see shown.
 class HandMade {

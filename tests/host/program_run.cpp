@@ -4,23 +4,14 @@
 
 #include <csignal>
 #include <cstdlib>
-#include <fstream>
-#include <sstream>
 #include <sys/wait.h>
 
+#include "tests/support/file_content.h"
 #include "tests/support/temp_dir.h"
 
 namespace hosttest {
 
-namespace {
-
-std::string contentOf(const std::string& file) {
-  std::ostringstream content;
-  content << std::ifstream(file).rdbuf();
-  return content.str();
-}
-
-} // namespace
+using support::contentOf;
 
 ProgramRun runProgram(const std::string& arguments, const std::string& redirection) {
   // A caller that ignores the signal would hide what the program does with it.

@@ -4,8 +4,8 @@
 #include <algorithm>
 
 #include "pointcloud/rdbx2Z4.h"
-#include "tests/pointcloud/failing_allocator.h"
 #include "tests/scripted/script.h"
+#include "tests/support/failing_allocator.h"
 #include "tests/support/grid.h"
 
 namespace {

@@ -1,6 +1,6 @@
 // A read on several threads whose allocation k fails, for every k: the records, or the failure as an exception.
-#include "tests/pointcloud/failing_allocator.h"
 #include "tests/rdb/database_file.h"
+#include "tests/support/failing_allocator.h"
 
 #include <new>
 #include <numeric>

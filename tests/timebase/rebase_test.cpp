@@ -5,21 +5,15 @@
 #include <limits>
 #include <ostream>
 
-#include "storage/torvel/chunk.h"
+#include "tests/support/chunk_with.h"
 #include "tests/support/console_lines.h"
 #include "timebase/rebase.h"
 
 namespace {
 
 using Stamps = std::vector<double>;
+using support::chunkWith;
 using ChunkPointer = Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>;
-
-template <class T>
-Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunkOf(const std::vector<T>& values) {
-  Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunk(new Torvel::Chunk<T>(values.size()));
-  chunk->values() = values;
-  return chunk;
-}
 
 struct Case {
   std::string name;
@@ -36,7 +30,7 @@ class TimeColumn : public testing::TestWithParam<Case> {};
 
 TEST_P(TimeColumn, IsShiftedOrRefused) {
   const support::ConsoleLines console;
-  const auto chunk = chunkOf(GetParam().before);
+  const auto chunk = chunkWith(GetParam().before);
   std::string error;
   Riegl::modifyGPSTime(error, GetParam().weekDay, chunk, "GPSTime", GetParam().isUTC);
   EXPECT_EQ(error, GetParam().error);
@@ -91,7 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(TimeColumn, OfHugeOrMissingStampsIsTakenAsOneBeforeDayOne) {
   const double infinite = std::numeric_limits<double>::infinity();
   for (const double stamp : {1e300, -1e300, 1e15, -1e15, infinite, -infinite, std::nan("")}) {
-    const auto chunk = chunkOf(Stamps{stamp, 10, stamp});
+    const auto chunk = chunkWith(Stamps{stamp, 10, stamp});
     std::string error;
     Riegl::modifyGPSTime(error, 2, chunk, "GPSTime", true);
     EXPECT_EQ(error, "") << stamp;
@@ -101,12 +95,12 @@ TEST(TimeColumn, OfHugeOrMissingStampsIsTakenAsOneBeforeDayOne) {
 
 TEST(TimeColumn, WithoutValuesIsLeftAlone) {
   std::string error;
-  Riegl::modifyGPSTime(error, 2, chunkOf(Stamps{}), "GPSTime", true);
+  Riegl::modifyGPSTime(error, 2, chunkWith(Stamps{}), "GPSTime", true);
   EXPECT_EQ(error, "");
 }
 
 TEST(TimeColumn, IsLeftAloneAfterAnEarlierFailure) {
-  const auto chunk = chunkOf(Stamps{10, 20});
+  const auto chunk = chunkWith(Stamps{10, 20});
   std::string error = "earlier";
   Riegl::modifyGPSTime(error, 3, chunk, "GPSTime", false);
   Riegl::modifyGPSTime(error, 3, ChunkPointer(), "GPSTime", false);
@@ -116,11 +110,11 @@ TEST(TimeColumn, IsLeftAloneAfterAnEarlierFailure) {
 
 TEST(TimeColumn, IsKnownByItsNameAlone) {
   for (const char* name : {"Roll", "GPSTime ", "gpstime", "GPSTim", "ShotTimeStamp", "Timestamp_pof", ""}) {
-    const auto chunk = chunkOf(Stamps{10, 20});
+    const auto chunk = chunkWith(Stamps{10, 20});
     std::string error;
     Riegl::modifyGPSTime(error, 3, chunk, name, false);
     EXPECT_EQ(chunk->values(), (Stamps{10, 20})) << name;
-    Riegl::modifyGPSTime(error, 3, chunkOf(std::vector<float>{1}), name, false);
+    Riegl::modifyGPSTime(error, 3, chunkWith(std::vector<float>{1}), name, false);
     EXPECT_EQ(error, "") << name;
   }
 }
@@ -128,7 +122,7 @@ TEST(TimeColumn, IsKnownByItsNameAlone) {
 TEST(TimeColumn, OfAnotherTypeIsAFailure) {
   const std::string text = "baseRDB2Nimbra:: Have not time-field with type double.";
   std::string error;
-  Riegl::modifyGPSTime(error, 3, chunkOf(std::vector<float>{1}), "GPSTime", false);
+  Riegl::modifyGPSTime(error, 3, chunkWith(std::vector<float>{1}), "GPSTime", false);
   EXPECT_EQ(error, text);
   std::string errorOfNothing;
   Riegl::modifyGPSTime(errorOfNothing, 3, ChunkPointer(), "GPSTime", false);

@@ -1,5 +1,6 @@
 // What synthetic databases hold, and that a seed is all it takes.
 // Partner: tools/synth.h.
+#include "tests/support/file_content.h"
 #include "tests/support/temp_dir.h"
 #include "tests/tools/database_rows.h"
 #include "tests/tools/tool_run.h"
@@ -7,11 +8,9 @@
 
 #include <cmath>
 #include <filesystem>
-#include <fstream>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <ostream>
-#include <sstream>
 
 namespace {
 
@@ -33,11 +32,7 @@ class Synth : public testing::Test {
     EXPECT_EQ(result.status, 0) << result.err;
     return DatabaseRows(folder.path(kind));
   }
-  std::string bytesOf(const std::string& name) const {
-    std::stringstream content;
-    content << std::ifstream(folder.path(name), std::ios::binary).rdbuf();
-    return content.str();
-  }
+  std::string bytesOf(const std::string& name) const { return support::contentOf(folder.path(name)); }
   support::TempDir folder;
 };
 

@@ -2,10 +2,10 @@
 // Partner: tool_run.h.
 #include "tests/tools/tool_run.h"
 
+#include "tests/support/file_content.h"
 #include "tools/command_line.h"
 
 #include <cstdlib>
-#include <fstream>
 #include <sstream>
 #include <sys/wait.h>
 
@@ -19,12 +19,6 @@ std::string quoted(const std::string& text) {
     result += letter == '\'' ? std::string("'\\''") : std::string(1, letter);
   }
   return result + "'";
-}
-
-std::string contentOf(const std::string& path) {
-  std::stringstream content;
-  content << std::ifstream(path).rdbuf();
-  return content.str();
 }
 
 } // namespace

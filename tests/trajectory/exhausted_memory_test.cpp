@@ -1,5 +1,5 @@
 // A load whose allocation k fails, for every k: the result text, and nothing left over.
-#include "tests/pointcloud/failing_allocator.h"
+#include "tests/support/failing_allocator.h"
 #include "tests/trajectory/scripted_load.h"
 
 #include <filesystem>

@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/pointcloud/failing_allocator.h"
+#include "tests/support/failing_allocator.h"
 #include "waveform/attributes_for_fwf_processing.h"
 #include "waveform/parsers.h"
 

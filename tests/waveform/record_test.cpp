@@ -9,6 +9,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "tests/support/chunk_with.h"
 #include "tests/support/output_log.h"
 #include "waveform/attributes_for_fwf_processing.h"
 
@@ -79,16 +80,10 @@ const std::string filledText = "AttributesForFWFProcessing:\n"
                                "ampl_unit: 0.01\n"
                                "refl_delta: 0.3333333333333333\n";
 
-Floats tableOf(const std::vector<float>& values) {
-  Floats table(new Torvel::Chunk<float>(values.size()));
-  std::copy(values.begin(), values.end(), table->values().begin());
-  return table;
-}
-
 /// What the record says behind the line of `refl_delta`.
 std::string tableText(const std::vector<float>& values) {
   Record record;
-  record.refl_tableC = tableOf(values);
+  record.refl_tableC = support::chunkWith(values);
   return record.speak().substr(freshText.size());
 }
 

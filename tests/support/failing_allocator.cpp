@@ -1,5 +1,5 @@
 // The process's allocation operators, with a failure at a chosen place.
-#include "tests/pointcloud/failing_allocator.h"
+#include "tests/support/failing_allocator.h"
 
 #include <cstdlib>
 #include <new>

@@ -1,0 +1,19 @@
+// A chunk by the values that it holds.
+#pragma once
+
+#include <algorithm>
+#include <vector>
+
+#include "storage/torvel/chunk.h"
+
+namespace support {
+
+/// A new chunk with these elements.
+template <class T>
+Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunkWith(const std::vector<T>& elements) {
+  Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunk(new Torvel::Chunk<T>(elements.size()));
+  std::copy(elements.begin(), elements.end(), chunk->values().begin());
+  return chunk;
+}
+
+} // namespace support
