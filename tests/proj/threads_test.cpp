@@ -29,20 +29,20 @@ TEST_F(Threads, TransformSideBySideIntoDifferentSystems) {
   EXPECT_TRUE(sameBits(west, westAlone));
 }
 
-TEST_F(Threads, FailSideBySideWithTheirOwnReasons) {
-  std::string unknown, empty;
+TEST_F(Threads, FailWithoutHarmToTheOther) {
+  std::string unknown, known;
   std::thread first([&] {
     Points points(1);
     unknown = Proj::transform(degrees, "epsg:999999", points, false);
   });
   std::thread second([&] {
     Points points(1);
-    empty = Proj::transform(degrees, "epsg:32633", points, false);
+    known = Proj::transform(degrees, "epsg:32633", points, false);
   });
   first.join();
   second.join();
   EXPECT_EQ(unknown, "proj_create: crs not found");
-  EXPECT_EQ(empty, "");
+  EXPECT_EQ(known, "");
 }
 
 } // namespace
