@@ -1,18 +1,16 @@
 // Every column of the import, one by one, through the scripted client.
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <cstring>
 #include <numeric>
 
-#include "pointcloud/rdbx2Z4.h"
 #include "tests/pointcloud/expected_rows.h"
-#include "tests/scripted/script.h"
-#include "tests/support/grid.h"
+#include "tests/pointcloud/scripted_scan.h"
 
 namespace {
 
 using pointcloudTest::ExpectedRow;
 using pointcloudTest::expectedRows;
+using pointcloudTest::ScriptedScan;
 using support::chart;
 using support::field;
 using support::fieldNames;
@@ -24,17 +22,15 @@ std::string bindOf(const ExpectedRow& row) {
   return "bind(" + bound + "," + std::to_string(row.dataType) + ",0)";
 }
 
-class EveryRow : public testing::TestWithParam<ExpectedRow> {
+/// A database of two records with just the row's attribute (and what its binding needs).
+class EveryRow : public ScriptedScan, public testing::WithParamInterface<ExpectedRow> {
  protected:
-  /// Loads a database of two records with just the row's attribute (and what its binding needs).
-  std::string load(bool all) {
-    scripted::Script& script = scripted::newScript();
-    script.columns[GetParam().attribute] = nullptr;
+  EveryRow() {
+    givenColumns({GetParam().attribute.c_str()});
     if (GetParam().attribute == "riegl.rgba") {
-      script.columns["riegl.direction_medium"] = nullptr;
+      givenColumns({"riegl.direction_medium"});
     }
     script.blocks = {2};
-    return Riegl::rdbx2Z4("scan.rdbx", grid, 0, all, nullptr);
   }
 
   std::string expectedBind() const { return bindOf(GetParam()); }
@@ -42,8 +38,6 @@ class EveryRow : public testing::TestWithParam<ExpectedRow> {
   Nimbra::Field::Pointer theField() const {
     return field(grid, GetParam().field, GetParam().attribute == "riegl.xyz_socs" ? scanner : chart);
   }
-
-  Nimbra::Grid grid;
 };
 
 std::string elementName(const std::string& type) {
@@ -62,16 +56,16 @@ TEST_P(EveryRow, BecomesItsFieldInItsElementType) {
   ASSERT_TRUE(array);
   EXPECT_EQ(array->typeIndex().typeName, elementName(GetParam().type));
   EXPECT_EQ(array->elementCount(), 2U);
-  EXPECT_EQ(scripted::script().callsThatBegin(expectedBind()).size(),
+  EXPECT_EQ(script.callsThatBegin(expectedBind()).size(),
             GetParam().attribute == "riegl.target_count" || GetParam().attribute == "riegl.raw_range" ? 4U
                                                                                                       : 2U);
 }
 
 TEST_P(EveryRow, IsAskedForButLeftOutWithoutAllAttributesWhereItIsMarked) {
   ASSERT_EQ(load(false), "");
-  EXPECT_FALSE(scripted::script().callsThatBegin("exists(" + GetParam().attribute + ")").empty());
+  EXPECT_FALSE(script.callsThatBegin("exists(" + GetParam().attribute + ")").empty());
   EXPECT_EQ(static_cast<bool>(theField()), !GetParam().onlyWithAll);
-  EXPECT_EQ(scripted::script().callsThatBegin(expectedBind()).empty(), GetParam().onlyWithAll);
+  EXPECT_EQ(script.callsThatBegin(expectedBind()).empty(), GetParam().onlyWithAll);
 }
 
 INSTANTIATE_TEST_SUITE_P(OfTheImport, EveryRow, testing::ValuesIn(expectedRows()), [](const auto& tested) {
@@ -82,7 +76,27 @@ INSTANTIATE_TEST_SUITE_P(OfTheImport, EveryRow, testing::ValuesIn(expectedRows()
   return name;
 });
 
-TEST(Rows, AreSixtyOneOfWhichThirteenNeedAllAttributes) {
+/// Fills whole columns with one number.
+scripted::Fill filledWith(double value, unsigned int valuesPerRecord = 1) {
+  return [value, valuesPerRecord](void* buffer, unsigned int count, std::uint64_t) {
+    std::fill_n(static_cast<double*>(buffer), std::size_t{valuesPerRecord} * count, value);
+  };
+}
+
+class Rows : public ScriptedScan {
+ protected:
+  /// A database with every attribute but the shots' time stamps, which exclude the points'.
+  void givenEveryAttribute() {
+    for (const ExpectedRow& row : expectedRows()) {
+      if (row.attribute != "riegl.shot_timestamp_hr") {
+        givenColumns({row.attribute.c_str()});
+      }
+    }
+    script.blocks = {2};
+  }
+};
+
+TEST_F(Rows, AreSixtyOneOfWhichThirteenNeedAllAttributes) {
   int marked = 0;
   for (const ExpectedRow& row : expectedRows()) {
     marked += row.onlyWithAll ? 1 : 0;
@@ -91,21 +105,9 @@ TEST(Rows, AreSixtyOneOfWhichThirteenNeedAllAttributes) {
   EXPECT_EQ(marked, 13);
 }
 
-/// A database with every attribute but the shots' time stamps, which exclude the points'.
-void givenEveryAttribute() {
-  scripted::Script& script = scripted::newScript();
-  for (const ExpectedRow& row : expectedRows()) {
-    if (row.attribute != "riegl.shot_timestamp_hr") {
-      script.columns[row.attribute] = nullptr;
-    }
-  }
-  script.blocks = {2};
-}
-
-TEST(Rows, MakeTheirFieldsInTheirOrder) {
+TEST_F(Rows, MakeTheirFieldsInTheirOrder) {
   givenEveryAttribute();
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  ASSERT_EQ(load(true), "");
   std::vector<std::string> expected;
   for (const ExpectedRow& row : expectedRows()) {
     const bool again = row.attribute == "riegl.xyz_socs" || row.attribute == "riegl.pof_xyz";
@@ -132,21 +134,19 @@ std::vector<std::string> callsOfABinding() {
   return calls;
 }
 
-TEST(Rows, AskTheCatalogueAnewAndAreBoundOneByOne) {
+TEST_F(Rows, AskTheCatalogueAnewAndAreBoundOneByOne) {
   givenEveryAttribute();
-  scripted::script().blocks.clear();
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
-  const std::vector<std::string>& calls = scripted::script().calls;
+  script.blocks.clear();
+  ASSERT_EQ(load(true), "");
+  const std::vector<std::string>& calls = script.calls;
   const auto first = std::find(calls.begin(), calls.end(), "select()") + 1;
   EXPECT_EQ(std::vector<std::string>(first, std::find(first, calls.end(), "next(5000000)")),
             callsOfABinding());
 }
 
-TEST(Rows, ArePublishedInTheirOrder) {
+TEST_F(Rows, ArePublishedInTheirOrder) {
   givenEveryAttribute();
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  ASSERT_EQ(load(true), "");
   std::vector<std::uint64_t> serials;
   for (const ExpectedRow& row : expectedRows()) {
     if (row.attribute != "riegl.shot_timestamp_hr" && row.attribute != "riegl.xyz") {
@@ -157,34 +157,29 @@ TEST(Rows, ArePublishedInTheirOrder) {
   EXPECT_TRUE(std::is_sorted(serials.begin(), serials.end()));
 }
 
-TEST(Rows, HaveRoomForOneBlockExactly) {
-  scripted::Script& script = scripted::newScript();
+TEST_F(Rows, HaveRoomForOneBlockExactly) {
   const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
   std::int64_t bytes = 0;
-  script.columns["riegl.raw_range"] = nullptr;
+  givenColumns({"riegl.raw_range"});
   script.columns["riegl.amplitude"] = [&](void*, unsigned int, std::uint64_t) {
     bytes = Torvel::ChunkBase::TotalMemsize - before;
   };
   script.blocks = {1};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  ASSERT_EQ(load(), "");
   EXPECT_EQ(bytes, 120000000 + 40000000 + 20000000); // Positions always, RawRange once, Amplitude
 }
 
-TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
-  scripted::Script& script = scripted::newScript();
-  script.columns["riegl.amplitude"] = nullptr;
+TEST_F(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
+  givenColumns({"riegl.amplitude"});
   script.blocks = {3};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  ASSERT_EQ(load(), "");
   EXPECT_TRUE(script.callsThatBegin("bind(riegl.xyz").empty());
   EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 3U);
 }
 
-TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferOfTheirOwnForEveryBlock) {
-  scripted::newScript().blocks = {3, 2};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+TEST_F(Rows, OfPositionsWithoutCoordinatesHaveABufferOfTheirOwnForEveryBlock) {
+  script.blocks = {3, 2};
+  ASSERT_EQ(load(), "");
   const auto first = field(grid, "Positions")->array("Fragment_0");
   const auto second = field(grid, "Positions")->array("Fragment_1");
   EXPECT_EQ(support::chunkOf<Quillon::PhysicalSpace::point>(field(grid, "Positions"), "Fragment_0")->size(),
@@ -193,39 +188,33 @@ TEST(Rows, OfPositionsWithoutCoordinatesHaveABufferOfTheirOwnForEveryBlock) {
   EXPECT_NE(first->rawData(), second->rawData());
 }
 
-TEST(Rows, OfColourWithoutDirectionEndTheLoadByTheClient) {
-  scripted::Script& script = scripted::newScript();
-  script.columns["riegl.rgba"] = nullptr;
+TEST_F(Rows, OfColourWithoutDirectionEndTheLoadByTheClient) {
+  givenColumns({"riegl.rgba"});
   script.blocks = {3};
-  Nimbra::Grid grid;
-  EXPECT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr),
-            "attribute not found (riegl.direction_medium)");
+  EXPECT_EQ(load(), "attribute not found (riegl.direction_medium)");
   EXPECT_TRUE(field(grid, "RGBA"));
 }
 
-TEST(Rows, OfTheReturnCountFillTheBufferThatWasBoundLast) {
-  scripted::Script& script = scripted::newScript();
+TEST_F(Rows, OfTheReturnCountFillTheBufferThatWasBoundLast) {
   script.columns["riegl.target_count"] = [](void* buffer, unsigned int count, std::uint64_t) {
     std::memset(buffer, 7, count);
   };
   script.blocks = {2};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  ASSERT_EQ(load(), "");
   using Bytes = std::vector<unsigned char>;
   EXPECT_EQ(support::values<unsigned char>(field(grid, "NumberOfReturns"), "Fragment_0"), (Bytes{0, 0}));
   EXPECT_EQ(support::values<unsigned char>(field(grid, "TargetCount"), "Fragment_0"), (Bytes{7, 7}));
 }
 
-class Hydrography : public testing::TestWithParam<std::pair<const char*, const char*>> {};
+class Hydrography : public ScriptedScan,
+                    public testing::WithParamInterface<std::pair<const char*, const char*>> {};
 
 TEST_P(Hydrography, TakesThreeValuesARecordAndKeepsTheFirstOnes) {
-  scripted::Script& script = scripted::newScript();
   script.columns[GetParam().first] = [](void* buffer, unsigned int count, std::uint64_t) {
     std::iota(static_cast<double*>(buffer), static_cast<double*>(buffer) + 3 * count, 0.0);
   };
   script.blocks = {5000000};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  ASSERT_EQ(load(), "");
   const auto kept = support::chunkOf<double>(field(grid, GetParam().second), "Fragment_0");
   ASSERT_EQ(kept->size(), 5000000U);
   EXPECT_GE(kept->values().capacity(), 15000000U);
@@ -238,42 +227,29 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(std::pair("riegl.hydro_intersection_point", "HydroIntersectionPoint"),
                     std::pair("riegl.hydro_intersection_normal", "HydroIntersectionNormal")));
 
-TEST(Rows, OfTheRawRangeFillTheBufferThatIsPublished) {
-  scripted::Script& script = scripted::newScript();
-  script.columns["riegl.raw_range"] = [](void* buffer, unsigned int count, std::uint64_t) {
-    std::fill_n(static_cast<double*>(buffer), count, 7.5);
-  };
+TEST_F(Rows, OfTheRawRangeFillTheBufferThatIsPublished) {
+  script.columns["riegl.raw_range"] = filledWith(7.5);
   script.blocks = {2};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  ASSERT_EQ(load(), "");
   EXPECT_EQ(support::values<double>(field(grid, "RawRange"), "Fragment_0"), (std::vector<double>{7.5, 7.5}));
 }
 
-TEST(Rows, OfBothCoordinateSystemsLeaveThePlatformsArrayLast) {
-  scripted::Script& script = scripted::newScript();
-  const auto filledWith = [](double value) {
-    return [value](void* buffer, unsigned int count, std::uint64_t) {
-      std::fill_n(static_cast<double*>(buffer), 3 * count, value);
-    };
-  };
-  script.columns["riegl.xyz"] = filledWith(1);
-  script.columns["riegl.pof_xyz"] = filledWith(2);
-  script.columns["riegl.xyz_socs"] = filledWith(3);
+TEST_F(Rows, OfBothCoordinateSystemsLeaveThePlatformsArrayLast) {
+  script.columns["riegl.xyz"] = filledWith(1, 3);
+  script.columns["riegl.pof_xyz"] = filledWith(2, 3);
+  script.columns["riegl.xyz_socs"] = filledWith(3, 3);
   script.blocks = {1};
-  Nimbra::Grid grid;
-  ASSERT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, false, nullptr), "");
+  ASSERT_EQ(load(), "");
   using Point = Quillon::PhysicalSpace::point;
   EXPECT_EQ(support::values<Point>(field(grid, "Positions"), "Fragment_0").at(0), Point(2, 2, 2));
   EXPECT_EQ(field(grid, "Positions")->fragments().size(), 1U);
   EXPECT_EQ(support::values<Point>(field(grid, "Positions", scanner), "Fragment_0").at(0), Point(3, 3, 3));
 }
 
-TEST(Rows, UnknownToTheImportAreIgnoredWithoutAWord) {
-  scripted::Script& script = scripted::newScript();
-  script.columns["riegl.unheard_of"] = nullptr;
+TEST_F(Rows, UnknownToTheImportAreIgnoredWithoutAWord) {
+  givenColumns({"riegl.unheard_of"});
   script.blocks = {1};
-  Nimbra::Grid grid;
-  EXPECT_EQ(Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr), "");
+  EXPECT_EQ(load(true), "");
   EXPECT_EQ(fieldNames(grid), std::vector<std::string>{"Positions"});
 }
 

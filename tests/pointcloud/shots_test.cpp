@@ -36,6 +36,10 @@ class ShotFile : public testing::Test {
     return result;
   }
   const Torvel::Attributes& attributes() { return field(grid, "Positions")->attributes(); }
+  double number(const char* name) { return support::attributeValues<double>(attributes(), name).at(0); }
+  std::string text(const char* name) {
+    return support::attributeValues<std::string>(attributes(), name).at(0);
+  }
 
   support::TempDir directory;
   Nimbra::Grid grid;
@@ -57,23 +61,21 @@ TEST_F(ShotFile, HasNineAttributesOnPositionsInOrder) {
   EXPECT_TRUE(field(grid, "Positions", support::scanner)->attributes().empty());
 }
 
-TEST_F(ShotFile, HasTheValuesOfItsMetadata) {
+TEST_F(ShotFile, HasTheNumbersOfItsMetadata) {
   ASSERT_EQ(load("shots.sodx", richMetadata()), "");
-  const auto number = [this](const char* name) {
-    return support::attributeValues<double>(attributes(), name).at(0);
-  };
-  const auto text = [this](const char* name) {
-    return support::attributeValues<std::string>(attributes(), name).at(0);
-  };
   EXPECT_EQ(number("group_velocity"), 299711000.5);
   EXPECT_EQ(number("sample_interval"), 2e-9);
   EXPECT_EQ(support::attributeValues<float>(attributes(), "wavelength[nm]").at(0), 1064.1F);
   EXPECT_EQ(number("t_ref"), -2.5);
+  EXPECT_EQ(number("SHOT_TIMESTAMP_HR_RESOLUTION"), 4e-12);
+  EXPECT_EQ(number("WFM_SBL_TIME_OFFSET_RESOLUTION"), 4e-12);
+}
+
+TEST_F(ShotFile, HasTheTextsOfItsMetadata) {
+  ASSERT_EQ(load("shots.sodx", richMetadata()), "");
   EXPECT_EQ(text("serial_number"), "S2224");
   EXPECT_EQ(text("device_type"), "VQ-X");
   EXPECT_EQ(text("time_base"), "{\n    \"epoch\": \"2015-10-25\",\n    \"system\": \"UTC\"\n}\n");
-  EXPECT_EQ(number("SHOT_TIMESTAMP_HR_RESOLUTION"), 4e-12);
-  EXPECT_EQ(number("WFM_SBL_TIME_OFFSET_RESOLUTION"), 4e-12);
 }
 
 TEST_F(ShotFile, SetsItsAttributesOnceForAllBlocks) {
