@@ -2,14 +2,7 @@
 #   cmake -DBUILD=<build folder> -DCONSUMER=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DGENERATOR=..
 #     -DCONFIGURATION=.. -DFLAGS=.. -P consumer.cmake
 cmake_minimum_required(VERSION 3.25)
-
-function(run what)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
-  if(NOT status EQUAL 0)
-    message(FATAL_ERROR "${what} failed with ${status}:\n${output}")
-  endif()
-  set(output "${output}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 file(REMOVE_RECURSE ${FOLDER})
 run("cmake --install" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/first --config ${CONFIGURATION})

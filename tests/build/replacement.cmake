@@ -1,14 +1,7 @@
 # Builds the library on another platform altogether and looks at what came of it:
 #   cmake -DROOT=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DNINJA=.. -DREADELF=.. -P replacement.cmake
 cmake_minimum_required(VERSION 3.25)
-
-function(run what)
-  execute_process(COMMAND ${ARGN} RESULT_VARIABLE status OUTPUT_VARIABLE output ERROR_VARIABLE output)
-  if(NOT status EQUAL 0)
-    message(FATAL_ERROR "${what} failed with ${status}:\n${output}")
-  endif()
-  set(output "${output}" PARENT_SCOPE)
-endfunction()
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 set(common -G Ninja -DCMAKE_MAKE_PROGRAM=${NINJA} -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=Debug
   -DCMAKE_CXX_FLAGS=-O0 -DCMAKE_CXX_FLAGS_DEBUG=)
