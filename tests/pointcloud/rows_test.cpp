@@ -11,6 +11,7 @@ namespace {
 using pointcloudTest::ExpectedRow;
 using pointcloudTest::expectedRows;
 using pointcloudTest::ScriptedScan;
+using scripted::filledWith;
 using support::chart;
 using support::field;
 using support::fieldNames;
@@ -75,13 +76,6 @@ INSTANTIATE_TEST_SUITE_P(OfTheImport, EveryRow, testing::ValuesIn(expectedRows()
   }
   return name;
 });
-
-/// Fills whole columns with one number.
-scripted::Fill filledWith(double value, unsigned int valuesPerRecord = 1) {
-  return [value, valuesPerRecord](void* buffer, unsigned int count, std::uint64_t) {
-    std::fill_n(static_cast<double*>(buffer), std::size_t{valuesPerRecord} * count, value);
-  };
-}
 
 class Rows : public ScriptedScan {
  protected:

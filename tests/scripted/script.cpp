@@ -1,9 +1,17 @@
 // Keeps the script of a thread and raises at the call that it names.
 #include "tests/scripted/script.h"
 
+#include <algorithm>
+
 #include "tests/scripted/rdb.h"
 
 namespace scripted {
+
+Fill filledWith(double value, unsigned int valuesPerRecord) {
+  return [value, valuesPerRecord](void* buffer, unsigned int count, std::uint64_t) {
+    std::fill_n(static_cast<double*>(buffer), std::size_t{valuesPerRecord} * count, value);
+  };
+}
 
 void Script::enter(const std::string& call) {
   calls.push_back(call);

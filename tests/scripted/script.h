@@ -14,6 +14,9 @@ namespace scripted {
 /// Fills `count` records of a bound buffer, the first of them being number `firstRecord` of the database.
 using Fill = std::function<void(void* buffer, unsigned int count, std::uint64_t firstRecord)>;
 
+/// Fills a bound column of doubles with one number.
+Fill filledWith(double value, unsigned int valuesPerRecord = 1);
+
 /// What the raising call raises.
 enum class Raised { clientError, standardException };
 

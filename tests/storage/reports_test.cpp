@@ -124,34 +124,45 @@ std::string textOfInvalidWeak(std::uint64_t number, const std::string& counts, c
          place(record) + ", object " + place(object);
 }
 
-TEST(Reports, WeakReleaseWithoutAWeakCountOnALiveObject) {
-  const ConsoleLines console;
-  const Item item;
-  auto& counts = const_cast<counted::Record&>(item.counts());
-  std::uint64_t number = 0;
-  {
-    const Weak weak(const_cast<Item*>(&item));
-    number = weak.serialNumber();
+/// While it lives, a record lacks the two weak holds that stand on it: the object's own and that of a pointer.
+class WithoutWeakHolds {
+ public:
+  explicit WithoutWeakHolds(counted::Record& record) : counts(record) {
     counts.lowerWeak();
     counts.lowerWeak();
   }
+  WithoutWeakHolds(const WithoutWeakHolds&) = delete;
+  WithoutWeakHolds& operator=(const WithoutWeakHolds&) = delete;
+  ~WithoutWeakHolds() {
+    counts.raiseWeak();
+    counts.raiseWeak();
+  }
+
+ private:
+  counted::Record& counts;
+};
+
+TEST(Reports, WeakReleaseWithoutAWeakCountOnALiveObject) {
+  const ConsoleLines console;
+  Item item;
+  auto weak = std::make_optional<Weak>(&item);
+  const std::uint64_t number = weak->serialNumber();
+  auto& counts = record(*weak);
+  const WithoutWeakHolds lowered(counts);
+  weak.reset();
   EXPECT_EQ(counts.weak(), -1); // reported, and the work went on
   EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
-  counts.raiseWeak();
-  counts.raiseWeak();
 }
 
 TEST(Reports, WeakReleaseWithoutAWeakCountOnADeadObject) {
   const ConsoleLines console;
   Strong strong(new Item);
-  counted::Record* counts = &record(strong);
-  std::uint64_t number = 0;
-  {
-    const Weak weak(strong);
-    number = weak.serialNumber();
-    strong = nullptr;
-    counts->lowerWeak();
-  }
+  counted::Record* const counts = &record(strong);
+  auto weak = std::make_optional<Weak>(strong);
+  const std::uint64_t number = weak->serialNumber();
+  strong = nullptr;
+  counts->lowerWeak();
+  weak.reset();
   EXPECT_EQ(counts->weak(), -1);
   EXPECT_THAT(console.lines(),
               ElementsAre(textOfInvalidWeak(number, "strong -111, weak 0", counts, nullptr)));
@@ -161,16 +172,13 @@ TEST(Reports, WeakReleaseWithoutAWeakCountOnADeadObject) {
 TEST(Reports, WeakReleaseWithoutAWeakCountNamesTheKindOfALiveObject) {
   const ConsoleLines console;
   counted::SpecialItem item;
-  auto& counts = const_cast<counted::Record&>(item.counts());
   auto weak = std::make_optional<Weak>(&item);
   const std::uint64_t number = weak->serialNumber();
-  counts.lowerWeak();
-  counts.lowerWeak();
+  auto& counts = record(*weak);
+  const WithoutWeakHolds lowered(counts);
   weak.reset();
   EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item,
                                                              "WeakPtr", "SpecialItem")));
-  counts.raiseWeak();
-  counts.raiseWeak();
 }
 
 TEST(Reports, WeakReleaseWithoutAWeakCountNamesAStrongPointer) {
@@ -189,15 +197,12 @@ TEST(Reports, WeakReleaseWithoutAWeakCountNamesAStrongPointer) {
 TEST(Reports, WeakReleaseByAnAssignmentNamesTheNumberThatThePointerHad) {
   const ConsoleLines console;
   Item item;
-  auto& counts = const_cast<counted::Record&>(item.counts());
   Weak weak(&item);
   const std::uint64_t number = weak.serialNumber();
-  counts.lowerWeak();
-  counts.lowerWeak();
+  auto& counts = record(weak);
+  const WithoutWeakHolds lowered(counts);
   weak = nullptr;
   EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
-  counts.raiseWeak();
-  counts.raiseWeak();
 }
 
 /// A sink that takes no line, while it lives.

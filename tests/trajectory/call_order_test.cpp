@@ -106,14 +106,9 @@ TEST_F(ScriptedLoad, WarnsOfGpsTimeBeforeItAsksForTheAttributes) {
 }
 
 TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
-  const auto constant = [](double value) {
-    return [value](void* buffer, unsigned int count, std::uint64_t) {
-      std::fill_n(static_cast<double*>(buffer), count, value);
-    };
-  };
-  script.columns["riegl.pof_longitude"] = constant(16);
-  script.columns["riegl.pof_latitude"] = constant(48);
-  script.columns["riegl.pof_height"] = constant(300);
+  script.columns["riegl.pof_longitude"] = scripted::filledWith(16);
+  script.columns["riegl.pof_latitude"] = scripted::filledWith(48);
+  script.columns["riegl.pof_height"] = scripted::filledWith(300);
   script.blocks = {3};
   ASSERT_EQ(load(), "");
   EXPECT_EQ(recorded::transformation().firstPoints[1], Point(16, 48, 300));

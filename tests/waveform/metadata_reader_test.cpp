@@ -167,13 +167,10 @@ TEST(Reader, ReadsNumbersFromTexts) {
 
 TEST(Reader, KeepsATableBeyondTheLimit) {
   const support::OutputLog log;
-  std::string elements = "1";
-  for (int i = 0; i < 64000; ++i) {
-    elements += ",1";
-  }
   Record record;
   EXPECT_EQ(ScanDatabase()
-                .with("debug.rxp_parameters", R"({"pointcloud": {"refltab": [)" + elements + "]}}")
+                .with("debug.rxp_parameters",
+                      R"({"pointcloud": {"refltab": [)" + support::repeated(64001, "1") + "]}}")
                 .readInto(record),
             "");
   EXPECT_EQ(record.refl_tableC->size(), 64001U);

@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "tests/support/output_log.h"
+#include "tests/waveform/scan_items.h"
 
 namespace {
 
@@ -25,14 +26,6 @@ using testing::Key;
 
 std::string tableItem(const std::string& elements) {
   return R"({"ampl_unit": 1, "pointcloud": {"other": 1, "refltab": [)" + elements + "]}}";
-}
-
-std::string repeated(std::size_t count, const std::string& element) {
-  std::string text = element;
-  for (std::size_t i = 1; i < count; ++i) {
-    text += "," + element;
-  }
-  return text;
 }
 
 struct ElementsCase {
@@ -129,7 +122,7 @@ TEST(SecondReflectanceTable, ReleasesTheFirst) {
 TEST(LongReflectanceTable, PassesWith64000Elements) {
   const support::OutputLog log;
   Table table;
-  EXPECT_TRUE(Riegl::parse_reflectance_table(tableItem(repeated(64000, "2")), table));
+  EXPECT_TRUE(Riegl::parse_reflectance_table(tableItem(support::repeated(64000, "2")), table));
   EXPECT_EQ(table->values(), std::vector<float>(64000, 2));
   EXPECT_THAT(log.said(), IsEmpty());
 }
@@ -137,7 +130,7 @@ TEST(LongReflectanceTable, PassesWith64000Elements) {
 TEST(LongReflectanceTable, WarnsWithOneMoreAndStaysComplete) {
   const support::OutputLog log;
   Table table;
-  EXPECT_FALSE(Riegl::parse_reflectance_table(tableItem(repeated(64001, "2")), table));
+  EXPECT_FALSE(Riegl::parse_reflectance_table(tableItem(support::repeated(64001, "2")), table));
   EXPECT_EQ(table->values(), std::vector<float>(64001, 2));
   EXPECT_THAT(log.said(),
               ElementsAre("console|[parse_reflectance_table] Warning: refl_table exceeds 64k entries"));
@@ -145,7 +138,7 @@ TEST(LongReflectanceTable, WarnsWithOneMoreAndStaysComplete) {
 
 TEST(LongReflectanceTable, IsMeasuredBySizeAndNotByNumbers) {
   Table table;
-  EXPECT_FALSE(Riegl::parse_reflectance_table(tableItem(repeated(64001, "null")), table));
+  EXPECT_FALSE(Riegl::parse_reflectance_table(tableItem(support::repeated(64001, "null")), table));
   EXPECT_EQ(table->values(), std::vector<float>(64001, 0));
 }
 
@@ -236,7 +229,7 @@ TEST(DecompositionThatIsAnArray, IsReportedWithTheWordsForNoError) {
 
 TEST(LargeDecomposition, IsReadWhole) {
   Channels channels;
-  const std::string numbers = repeated(300000, "1.25");
+  const std::string numbers = support::repeated(300000, "1.25");
   EXPECT_TRUE(Riegl::parse_exponential_decomposition(
       R"({"1": {"parameter": {"A": [)" + numbers + R"(], "omega": [)" + numbers + "]}}}", channels));
   EXPECT_EQ(channels.at("1").A, std::vector<double>(300000, 1.25));

@@ -1,10 +1,20 @@
 // The metadata of a scan with waveforms, whole and in order.
 #pragma once
 
+#include <cstddef>
 #include <map>
 #include <string>
 
 namespace support {
+
+/// The elements of a JSON array that are all the same.
+inline std::string repeated(std::size_t count, const std::string& element) {
+  std::string text = element;
+  for (std::size_t i = 1; i < count; ++i) {
+    text += "," + element;
+  }
+  return text;
+}
 
 /// Item by item, as a database holds it.
 inline std::map<std::string, std::string> scanItems() {
