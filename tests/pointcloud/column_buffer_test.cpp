@@ -1,13 +1,12 @@
 // The column buffer: what it holds when it is new, and the order of what publishing does.
 #include <gtest/gtest.h>
 
-#include <sys/resource.h>
-
 #include <functional>
 #include <new>
 
 #include "pointcloud/column_buffer.h"
 #include "tests/support/grid.h"
+#include "tests/support/resource_limit.h"
 
 namespace {
 
@@ -237,12 +236,8 @@ TEST_F(ColumnBuffer, BeyondAnyMemoryRaisesTheAllocationException) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "sanitizers end the process where an allocation of this size would raise";
 #endif
-  rlimit before{};
-  getrlimit(RLIMIT_AS, &before);
-  const rlimit small{rlim_t{16} << 30, before.rlim_max}; // whatever memory the machine has
-  setrlimit(RLIMIT_AS, &small);
+  const support::ResourceLimit limit(RLIMIT_AS, rlim_t{16} << 30); // whatever memory the machine has
   EXPECT_THROW(buffer<Quillon::PhysicalSpace::point>("Huge", 0xffffffffU), std::bad_alloc);
-  setrlimit(RLIMIT_AS, &before);
 }
 
 } // namespace

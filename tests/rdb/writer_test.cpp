@@ -1,10 +1,10 @@
 // The writer: what it leaves behind when it finishes, fails or is dropped, and what verify finds.
 #include "platform/rdb/verify.h"
 #include "tests/rdb/database_file.h"
+#include "tests/support/resource_limit.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 
 namespace {
@@ -125,15 +125,11 @@ TEST_F(Writing, PartsOfAnySizeMakeTheSameFile) {
 }
 
 TEST_F(Writing, FullDiskIsToldAndLeavesNothing) {
-  rlimit before{};
-  getrlimit(RLIMIT_FSIZE, &before);
   const auto handler = signal(SIGXFSZ, SIG_IGN);
-  const rlimit small{1'000'000, before.rlim_max};
-  setrlimit(RLIMIT_FSIZE, &small);
+  const support::ResourceLimit limit(RLIMIT_FSIZE, 1'000'000);
   const std::string error = errorOf(directory, [&] {
     writeColumn(path, {"a", StoredType::uint8}, std::vector<unsigned char>(40'000'000));
   });
-  setrlimit(RLIMIT_FSIZE, &before);
   signal(SIGXFSZ, handler);
   EXPECT_THAT(error, testing::StartsWith(
                          "cannot write the database (scan.rdbx: expected room for its content, found: "));

@@ -13,6 +13,11 @@ using namespace flight;
 
 class RealFlight : public Load {
  protected:
+  void SetUp() override {
+    if (!filesArePresent()) {
+      GTEST_SKIP() << "no real data in " << data << ": the load of a real flight is NOT checked";
+    }
+  }
   bool filesArePresent() const {
     return std::filesystem::exists(data + "/leeward.sbet") &&
            std::filesystem::exists(data + "/leeward-points.las");
@@ -60,13 +65,21 @@ class RealFlight : public Load {
     return found;
   }
 
+  /// All points lie below, and none more than 45 degrees off the vertical.
+  static void expectBelowThePlatform(const std::vector<Distance>& found) {
+    ASSERT_FALSE(found.empty());
+    const auto [nearest, farthest] = std::ranges::minmax_element(found, {}, &Distance::across);
+    const auto [lowest, highest] = std::ranges::minmax_element(found, {}, &Distance::below);
+    std::printf("%zu points; across %.1f to %.1f m; platform %.1f to %.1f m above\n", found.size(),
+                nearest->across, farthest->across, lowest->below, highest->below);
+    EXPECT_GT(lowest->below, 0) << "a point above the platform";
+    EXPECT_LT(farthest->across, lowest->below) << "a point more than 45 degrees off the vertical";
+  }
+
   const std::string data = RDB2NIMBRA_TEST_DATA;
 };
 
 TEST_F(RealFlight, PassesOverItsPoints) {
-  if (!filesArePresent()) {
-    GTEST_SKIP() << "no real data in " << data << ": the load of a real flight is NOT checked";
-  }
   import("leeward.sbet", path);
   import("leeward-points.las", directory.path("points.rdbx"));
   epsg = 32611;
@@ -76,17 +89,7 @@ TEST_F(RealFlight, PassesOverItsPoints) {
   const Points points = readPoints(directory.path("points.rdbx"));
   const auto found = distances(points, times, positions("flight_Fragment_0"));
   EXPECT_EQ(found.size(), points.time.size()) << "points outside the flight's time";
-  ASSERT_FALSE(found.empty());
-  const auto byAcross = [](const Distance& left, const Distance& right) {
-    return left.across < right.across;
-  };
-  const auto byBelow = [](const Distance& left, const Distance& right) { return left.below < right.below; };
-  const auto [nearest, farthest] = std::minmax_element(found.begin(), found.end(), byAcross);
-  const auto [lowest, highest] = std::minmax_element(found.begin(), found.end(), byBelow);
-  std::printf("%zu points; across %.1f to %.1f m; platform %.1f to %.1f m above\n", found.size(),
-              nearest->across, farthest->across, lowest->below, highest->below);
-  EXPECT_GT(lowest->below, 0) << "a point above the platform";
-  EXPECT_LT(farthest->across, lowest->below) << "a point more than 45 degrees off the vertical";
+  expectBelowThePlatform(found);
 }
 
 } // namespace
