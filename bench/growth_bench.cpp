@@ -4,10 +4,10 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <exception>
 #include <filesystem>
 
 #include "bench/support/child.h"
+#include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/fresh_memory.h"
 #include "bench/support/program.h"
@@ -42,11 +42,6 @@ int reportRead(const std::string& path) {
   return 0;
 }
 
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  return values[values.size() / 2];
-}
-
 void printLine(unsigned int rows, std::size_t columnCount, int repetitions) {
   const support::TempDir directory;
   const std::string path = directory.path("growth.rdbx");
@@ -64,10 +59,10 @@ void printLine(unsigned int rows, std::size_t columnCount, int repetitions) {
     }
     peakBytes = std::max(peakBytes, load.at(1));
   }
-  const double seconds = median(loads);
+  const double seconds = bench::median(loads);
   const double bytes = static_cast<double>(rows) * static_cast<double>(bench::recordBytes(columns));
   std::printf("| %u | %zu | %zu | %.4f | %.3f | %.2f | %.0f |\n", rows, columns.size(),
-              bench::recordBytes(columns), seconds, bytes / seconds / 1e9, seconds / median(reads),
+              bench::recordBytes(columns), seconds, bytes / seconds / 1e9, seconds / bench::median(reads),
               peakBytes / 1e6);
   std::fflush(stdout);
 }

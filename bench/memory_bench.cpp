@@ -2,7 +2,6 @@
 // Prints sizes, not times. docs/benchmarks.md has the targets.
 #include <cstdio>
 #include <cstring>
-#include <exception>
 
 #include "bench/support/child.h"
 #include "bench/support/database.h"

@@ -4,11 +4,11 @@
 #include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
-#include <exception>
 #include <stdexcept>
 
 #include "bench/support/child.h"
 #include "bench/support/comparison.h"
+#include "bench/support/program.h"
 
 namespace {
 
@@ -44,17 +44,16 @@ bench::Finding modules() {
                                 [] { return spent(EMPTY_FILE, "nothing"); });
 }
 
-} // namespace
-
-int main(int argc, char** argv) {
+int run(int argc, char** argv) {
   if (argc == 4 && std::strcmp(argv[1], "module") == 0) {
-    try {
-      return reportModule(argv[2], argv[3]);
-    } catch (const std::exception& failure) {
-      std::fprintf(stderr, "module_bench: %s\n", failure.what());
-      return 1;
-    }
+    return reportModule(argv[2], argv[3]);
   }
   bench::addComparison("dlopen and dlclose of the library / of an empty one", modules);
   return bench::runComparisons(argc, argv);
+}
+
+} // namespace
+
+int main(int argc, char** argv) {
+  return bench::runProgram("module_bench", run, argc, argv);
 }

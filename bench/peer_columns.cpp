@@ -2,11 +2,11 @@
 #include <chrono>
 #include <cstdio>
 #include <cstring>
-#include <exception>
 #include <iostream>
 #include <numeric>
 
 #include "bench/support/database.h"
+#include "bench/support/program.h"
 
 namespace {
 
@@ -40,23 +40,21 @@ void loadOnRequest(const std::string& path) {
   }
 }
 
+int run(int argc, char** argv) {
+  if (argc == 5 && std::strcmp(argv[1], "write") == 0) {
+    bench::writeDatabase(argv[2], std::stoull(argv[4]), columns(), argv[3]);
+    return 0;
+  }
+  if (argc == 3 && std::strcmp(argv[1], "load") == 0) {
+    loadOnRequest(argv[2]);
+    return 0;
+  }
+  std::fprintf(stderr, "usage: peer_columns write DATABASE BARE_FILE RECORDS | peer_columns load DATABASE\n");
+  return 2;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
-  try {
-    if (argc == 5 && std::strcmp(argv[1], "write") == 0) {
-      bench::writeDatabase(argv[2], std::stoull(argv[4]), columns(), argv[3]);
-      return 0;
-    }
-    if (argc == 3 && std::strcmp(argv[1], "load") == 0) {
-      loadOnRequest(argv[2]);
-      return 0;
-    }
-    std::fprintf(stderr,
-                 "usage: peer_columns write DATABASE BARE_FILE RECORDS | peer_columns load DATABASE\n");
-    return 2;
-  } catch (const std::exception& failure) {
-    std::fprintf(stderr, "peer_columns: %s\n", failure.what());
-    return 1;
-  }
+  return bench::runProgram("peer_columns", run, argc, argv);
 }

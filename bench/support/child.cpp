@@ -2,6 +2,7 @@
 // Partner: child.h
 #include "bench/support/child.h"
 
+#include <cerrno>
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
@@ -10,6 +11,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <sys/wait.h>
+#include <system_error>
 #include <unistd.h>
 
 extern char** environ;
@@ -40,7 +42,7 @@ pid_t start(const std::vector<std::string>& command, int outputEnd) {
   const int failure = posix_spawn(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
   posix_spawn_file_actions_destroy(&actions);
   if (failure != 0) {
-    throw std::runtime_error("cannot start " + command.front());
+    throw std::system_error(failure, std::generic_category(), "starting " + command.front());
   }
   return child;
 }
@@ -68,7 +70,7 @@ std::string thisProgram() {
 std::string output(const std::vector<std::string>& command) {
   int ends[2];
   if (pipe2(ends, O_CLOEXEC) != 0) {
-    throw std::runtime_error("cannot make a pipe");
+    throw std::system_error(errno, std::generic_category(), "making a pipe");
   }
   const pid_t child = start(command, ends[1]);
   close(ends[1]);
@@ -77,7 +79,9 @@ std::string output(const std::vector<std::string>& command) {
   int status = 0;
   waitpid(child, &status, 0);
   if (status != 0) {
-    throw std::runtime_error(command.front() + " ended with status " + std::to_string(status));
+    throw std::runtime_error(command.front() + ": expected status 0, found " +
+                             (WIFEXITED(status) ? "status " + std::to_string(WEXITSTATUS(status))
+                                                : "signal " + std::to_string(WTERMSIG(status))));
   }
   return text;
 }

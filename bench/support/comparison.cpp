@@ -42,12 +42,6 @@ double least(const std::vector<double>& values) {
   return *std::min_element(values.begin(), values.end());
 }
 
-double median(std::vector<double> values) {
-  std::sort(values.begin(), values.end());
-  const std::size_t middle = values.size() / 2;
-  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
 /// Takes this program's own options out of the command line.
 void readOptions(int& argc, char** argv) {
   constexpr const char* repetitionsOption = "--repetitions=";
@@ -122,6 +116,12 @@ Finding compareMeasured(const std::function<Spent()>& path, const std::function<
           processor > 0 ? median(pathProcessor) / processor : 0};
 }
 
+double median(std::vector<double> values) {
+  std::sort(values.begin(), values.end());
+  const std::size_t middle = values.size() / 2;
+  return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
 Spent spentBy(const std::function<void()>& work) {
   const double processorBefore = processorMs();
   const auto start = std::chrono::steady_clock::now();
@@ -138,10 +138,6 @@ void require(bool equal, const std::string& what) {
 
 unsigned int records(unsigned int full, unsigned int fewer) {
   return small ? fewer : full;
-}
-
-bool isSmokeTest() {
-  return small;
 }
 
 void addComparison(const std::string& name, std::function<Finding()> measure) {

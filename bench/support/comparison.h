@@ -5,6 +5,7 @@
 #include <functional>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include <benchmark/benchmark.h>
 
@@ -44,6 +45,9 @@ Finding compare(const Side& path, const Side& baseline);
 /// The same for sides that take their own time; for instance that of another process.
 Finding compareMeasured(const std::function<Spent()>& path, const std::function<Spent()>& baseline);
 
+/// The middle of some values, at least one; of an even number, the mean of the two middle ones.
+double median(std::vector<double> values);
+
 /// Runs something and takes its time, that of processes which it starts and waits for included.
 Spent spentBy(const std::function<void()>& work);
 
@@ -51,10 +55,7 @@ Spent spentBy(const std::function<void()>& work);
 void require(bool equal, const std::string& what);
 
 /// Records to work on: the number that a figure is meant for, or few in a smoke test.
-unsigned int records(unsigned int full, unsigned int small);
-
-/// Whether the command line asks for small sizes and a single repetition.
-bool isSmokeTest();
+unsigned int records(unsigned int full, unsigned int fewer);
 
 /// A benchmark in the framework's terms: sets a comparison up, checks its results, and compares. The framework sees
 /// one iteration that takes the path's median; ratio, medians and range are its counters and its label. An exception

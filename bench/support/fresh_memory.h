@@ -38,23 +38,40 @@ class FreshMemory {
   void* place;
 };
 
+/// A file open for reading. \errors std::system_error if it can't be opened
+class OpenFile {
+ public:
+  explicit OpenFile(const std::string& path) : number(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    if (number < 0) {
+      throw std::system_error(errno, std::generic_category(), "opening " + path);
+    }
+  }
+  OpenFile(const OpenFile&) = delete;
+  OpenFile& operator=(const OpenFile&) = delete;
+  ~OpenFile() { close(number); }
+
+  int descriptor() const { return number; }
+
+ private:
+  int number;
+};
+
 /// Reads the pieces `first`, `first + every`, `first + 2 * every` and so on of a file's first `bytes` bytes to their
-/// places, through the page cache. A piece is large.
+/// places, through the page cache. A piece is large. \errors std::system_error, also for a file that is shorter
 inline void readPieces(const std::string& path, unsigned char* to, std::size_t bytes, std::size_t first,
                        std::size_t every) {
   constexpr std::size_t pieceBytes = std::size_t{8} << 20;
-  const int descriptor = open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const OpenFile file(path);
   for (std::size_t piece = first; piece * pieceBytes < bytes; piece += every) {
     const std::size_t end = std::min(bytes, (piece + 1) * pieceBytes);
     for (std::size_t done = piece * pieceBytes; done < end;) {
-      const ssize_t got = pread(descriptor, to + done, end - done, static_cast<off_t>(done));
+      const ssize_t got = pread(file.descriptor(), to + done, end - done, static_cast<off_t>(done));
       if (got <= 0) {
-        throw std::system_error(errno, std::generic_category(), "reading " + path);
+        throw std::system_error(got < 0 ? errno : ENODATA, std::generic_category(), "reading " + path);
       }
       done += static_cast<std::size_t>(got);
     }
   }
-  close(descriptor);
 }
 
 /// Reads the first `bytes` bytes of a file on this thread.
