@@ -1,4 +1,5 @@
 // Copies and frees extents.
+// Partner: dynamic_size.h
 #include "platform/nimbra/dynamic_size.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // Extents of an array whose rank is only known at run time.
+// Partner: dynamic_size.cpp
 #pragma once
 
 #include <cstdint>

@@ -1,4 +1,5 @@
 // Keeps the arrays of a field, fragment by fragment.
+// Partner: field.h
 #include "platform/nimbra/field.h"
 
 #include <algorithm>

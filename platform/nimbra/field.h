@@ -1,4 +1,5 @@
 // A field: one array per fragment, with attributes of its own.
+// Partner: field.cpp
 #pragma once
 
 #include <deque>
@@ -44,10 +45,10 @@ class TORVEL_API Field : public Ownable<CreativeArrayBase, CreativeArrayBaseCont
   explicit Field(const Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection>& collection);
   ~Field() override;
 
+  /// The collection that the field lies over; never null.
   Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection> fragmentIDCollection() const override;
 
-  /// Makes or finds the fragment of that name in the field's collection. The reference lives as long as the
-  /// collection.
+  /// Makes or finds the fragment of that name in the field's collection. The reference lives as long as that.
   const Torvel::StrongPtr<FragmentID, FragmentID>& makeFragmentID(const std::string& name);
 
   /// Makes `array` the data of that fragment; the field holds it strongly from here on. A second array under
@@ -65,6 +66,7 @@ class TORVEL_API Field : public Ownable<CreativeArrayBase, CreativeArrayBaseCont
   /// The array of a fragment by name, null where there is none.
   MemBase::Pointer array(const std::string& fragmentName) const;
 
+  /// The field's own attributes; they live as long as it.
   SaveableAttributes& attributes() { return saveable; }
   const SaveableAttributes& attributes() const { return saveable; }
 

@@ -1,4 +1,5 @@
 // Makes and finds fragment identities.
+// Partner: fragment.h
 #include "platform/nimbra/fragment.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // Identities: of a fragment (one block of records) and of the fragments that a group of fields shares.
+// Partner: fragment.cpp
 #pragma once
 
 #include <deque>

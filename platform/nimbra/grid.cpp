@@ -1,4 +1,5 @@
 // Makes and finds representations and the slots of fields.
+// Partner: grid.h
 #include "platform/nimbra/grid.h"
 
 #include <algorithm>

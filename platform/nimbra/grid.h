@@ -1,4 +1,5 @@
 // The grid: named representations, each with its fields, and attributes of its own.
+// Partner: grid.cpp
 #pragma once
 
 #include <deque>
@@ -41,6 +42,7 @@ class TORVEL_API FieldProxy {
 /// A coordinate system of a grid with the fields that are given in it, in order of creation.
 class TORVEL_API Representation : public Torvel::ReferenceBase<Representation> {
  public:
+  /// A place for a field: empty until makeField or an assignment fills it.
   struct Slot {
     Torvel::StrongPtr<FieldID, FieldID> identity;
     Field::Pointer field;
@@ -98,8 +100,10 @@ class TORVEL_API Grid : public Ownable<BaseSpace, ChildrenProperties>::Container
   /// when first asked for.
   FieldProxy operator[](const std::string& name);
 
+  /// All representations in order of creation.
   const std::deque<RepresentationPointer>& representations() const { return charts; }
 
+  /// The grid's own attributes; they live as long as it.
   SaveableAttributes& attributes() { return saveable; }
   const SaveableAttributes& attributes() const { return saveable; }
 

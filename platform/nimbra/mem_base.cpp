@@ -1,4 +1,5 @@
 // The table of allocators, and the parts of an array that need no element type.
+// Partner: mem_base.h
 #include "platform/nimbra/mem_base.h"
 
 #include <algorithm>
@@ -28,9 +29,6 @@ auto servesType(const std::type_info& type) {
 } // namespace
 
 int MemBase::RegisteredTypes = 0;
-
-BaseSpace::~BaseSpace() = default;
-CreativeArrayBase::~CreativeArrayBase() = default;
 
 MemBase::Allocator::Allocator() = default;
 MemBase::Allocator::~Allocator() = default;

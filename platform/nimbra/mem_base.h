@@ -1,4 +1,5 @@
 // The abstract memory array, and the table through which the framework makes arrays by element type.
+// Partner: mem_base.cpp
 #pragma once
 
 #include <cstdint>
@@ -44,9 +45,13 @@ class TORVEL_API MemBase : public Torvel::Cacheable, public Torvel::Intercube {
 
   // memorySize, saveInterfaces, DomainType and CreatorType come from Cacheable.
 
+  /// Number of extents, 1 to 4.
   virtual int rank() const = 0;
+  /// The extents, the fastest running first.
   virtual DynamicSize dimensions() const = 0;
+  /// Product of the extents.
   virtual std::uint64_t elementCount() const = 0;
+  /// Type of one element, such as double or point.
   virtual const std::type_info& elementType() const = 0;
   /// The array as what it is iterated by: a `Nimbra::ElementIterator` of the element type.
   virtual HyperslabParameters* iterator() = 0;
@@ -55,10 +60,12 @@ class TORVEL_API MemBase : public Torvel::Cacheable, public Torvel::Intercube {
   virtual std::string elementText(std::uint64_t index) const = 0;
   /// First element in memory. Valid as long as the array lives and its chunk keeps its length.
   virtual void* rawData() const = 0;
+  /// The chunk that holds the elements, null where it is gone.
   virtual Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase> chunkBase() const = 0;
   /// Reserved; 0.
   virtual int reservedA() const = 0;
   virtual int reservedB() const = 0;
+  /// A strong hold of this array.
   virtual Pointer self() = 0;
   /// A view of the same chunk; null where `depth` is above 0.
   virtual Pointer shallowView(int depth, const Creator& creator) = 0;
@@ -90,8 +97,7 @@ class TORVEL_API MemBase : public Torvel::Cacheable, public Torvel::Intercube {
 
   /// The table in order of registration. \threads safe
   static std::vector<RegisteredCreator> registeredCreators();
-  /// A new array by element type; null where the type isn't registered or the rank isn't served. \threads
-  /// safe
+  /// A new array by element type; null where the type isn't registered or the rank isn't served. \threads safe
   static Pointer createArray(const std::type_info& elementType, const DynamicSize& extents);
 
  protected:

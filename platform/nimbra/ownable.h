@@ -1,4 +1,5 @@
 // Objects that others own: the counted containers that grids and fields are held through.
+// Partner: ownable.cpp
 #pragma once
 
 #include "platform/torvel/cacheable.h"

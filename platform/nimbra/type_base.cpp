@@ -1,4 +1,5 @@
 // The table of published type objects.
+// Partner: type_base.h
 #include "platform/nimbra/type_base.h"
 
 #include <mutex>

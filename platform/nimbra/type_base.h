@@ -1,4 +1,5 @@
 // The record that describes an element type, and the counted type object that publishes it.
+// Partner: type_base.cpp
 #pragma once
 
 #include <cstddef>
@@ -29,6 +30,7 @@ class TORVEL_API NimbraTypeBase : public Torvel::ReferenceBase<NimbraTypeBase>, 
  public:
   ~NimbraTypeBase() override;
 
+  /// The element type.
   virtual const std::type_info& elementType() const = 0;
   /// Whether `type` is this element type, also when another module has its own copy of the type's identity.
   virtual bool isElementType(const std::type_info& type) const = 0;
@@ -36,6 +38,7 @@ class TORVEL_API NimbraTypeBase : public Torvel::ReferenceBase<NimbraTypeBase>, 
   virtual Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase> create(std::size_t count) const = 0;
   /// The first 32-bit word of a value; of a shorter value, its bytes and zeros behind them.
   virtual std::uint32_t firstWord(const void* value) const = 0;
+  /// A strong hold of this type object.
   virtual Torvel::StrongPtr<NimbraTypeBase, NimbraTypeBase> self() = 0;
   /// Always empty.
   virtual std::string suffix() const = 0;

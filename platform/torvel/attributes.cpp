@@ -1,4 +1,5 @@
 // Named chunks in order of creation; an object has a handful, so a plain search is enough.
+// Partner: attributes.h
 #include "platform/torvel/attributes.h"
 
 #include <algorithm>

@@ -1,4 +1,5 @@
 // Named chunks that hang on an object.
+// Partner: attributes.cpp
 #pragma once
 
 #include <cstddef>
@@ -14,6 +15,7 @@ namespace Torvel {
 /// \threads none: whoever owns the object sees to it that one thread at a time is here
 class TORVEL_API Attributes {
  public:
+  /// A name and the chunk that hangs there.
   struct Attribute {
     std::string name;
     StrongPtr<ChunkBase, ChunkBase> chunk;
@@ -24,8 +26,7 @@ class TORVEL_API Attributes {
   Attributes(const Attributes&) = delete;
   Attributes& operator=(const Attributes&) = delete;
 
-  /// Hangs `chunk` on the object under `name`. A chunk of that name is replaced and its place in the order
-  /// kept.
+  /// Hangs `chunk` on the object under `name`. A chunk of that name is replaced, its place in the order kept.
   void setAttribute(const std::string& name, const StrongPtr<ChunkBase, ChunkBase>& chunk);
 
   /// The chunk under `name`, an empty pointer where there is none.

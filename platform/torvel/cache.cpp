@@ -1,4 +1,5 @@
 // The in-memory cache of the process.
+// Partner: cache.h
 #include "platform/torvel/cache.h"
 
 namespace Torvel {

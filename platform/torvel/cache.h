@@ -1,4 +1,5 @@
 // Through what a field holds its arrays.
+// Partner: cache.cpp
 #pragma once
 
 #include "platform/torvel/cacheable.h"

@@ -1,4 +1,5 @@
 // The deferred construction of cacheable objects.
+// Partner: cacheable.h
 #include "platform/torvel/cacheable.h"
 
 namespace Torvel {

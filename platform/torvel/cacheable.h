@@ -1,4 +1,5 @@
 // Objects that a cache may hold, and objects that create others.
+// Partner: cacheable.cpp
 #pragma once
 
 #include <cstdint>

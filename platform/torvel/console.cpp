@@ -1,4 +1,5 @@
 // Writes the collected line at the end of a statement.
+// Partner: console.h
 #include "platform/torvel/console.h"
 
 namespace Torvel {

@@ -1,4 +1,5 @@
 // One line of text for whoever watches the process.
+// Partner: console.cpp
 #pragma once
 
 #include <string>

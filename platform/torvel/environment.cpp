@@ -1,4 +1,5 @@
 // Environment variables behind a lock, and the directory of the running program.
+// Partner: environment.h
 #include "platform/torvel/environment.h"
 
 #include <cstdlib>

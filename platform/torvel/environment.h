@@ -1,4 +1,5 @@
 // The process's surroundings: environment variables and the place of the running program.
+// Partner: environment.cpp
 #pragma once
 
 #include <string>
@@ -12,8 +13,7 @@ namespace Torvel {
 /// except through this library
 TORVEL_API void setEnv(const char* name, const std::string& value, bool overwrite);
 
-/// The value of an environment variable, empty where it isn't set. Calls of setEnv and getEnv exclude each
-/// other.
+/// The value of an environment variable, empty where it isn't set. Calls of setEnv and getEnv exclude each other.
 TORVEL_API std::string getEnv(const char* name);
 
 /// The directory of the running program, without a separator at its end; empty where the system can't tell.

@@ -1,4 +1,5 @@
 // Home of the interfaces' virtual tables.
+// Partner: interface.h
 #include "platform/torvel/interface.h"
 
 namespace Torvel {

@@ -1,4 +1,5 @@
 // Interfaces that hang on objects: their counted base and the objects that carry them.
+// Partner: interface.cpp
 #pragma once
 
 #include <typeinfo>

@@ -1,4 +1,5 @@
 // The table of creators of save interfaces.
+// Partner: save_registry.h
 #include "platform/torvel/save_registry.h"
 
 #include <atomic>

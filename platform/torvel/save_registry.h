@@ -1,4 +1,5 @@
 // Creators of save interfaces, and the walk that shows an object to each of them.
+// Partner: save_registry.cpp
 #pragma once
 
 #include <memory>

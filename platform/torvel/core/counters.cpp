@@ -1,4 +1,5 @@
 // Storage of the process-wide counters.
+// Partner: counters.h
 #include "platform/torvel/core/counters.h"
 
 namespace Torvel {

@@ -1,4 +1,5 @@
 // Process-wide counters of the object library: the serial of pointers and the clock of changes.
+// Partner: counters.cpp
 #pragma once
 
 #include <atomic>

@@ -1,4 +1,5 @@
 // What the reference scheme raises for an object that isn't there.
+// Partner: memory_exception.cpp
 #pragma once
 
 #include <exception>

@@ -1,4 +1,5 @@
 // Texts of the five reports, and the one sink that every line of the process goes to.
+// Partner: speak_ptr.h
 #include "platform/torvel/core/speak_ptr.h"
 
 #include <cstdio>

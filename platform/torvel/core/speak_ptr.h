@@ -1,4 +1,5 @@
 // Reports of the reference scheme when a count goes wrong; nothing here stops the program.
+// Partner: speak_ptr.cpp
 #pragma once
 
 #include <functional>

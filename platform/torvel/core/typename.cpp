@@ -1,4 +1,5 @@
 // Demangles the name of a type.
+// Partner: typename.h
 #include "platform/torvel/core/typename.h"
 
 #include <cstdlib>

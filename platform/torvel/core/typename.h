@@ -1,4 +1,5 @@
 // A readable name of a type, for type records and messages.
+// Partner: typename.cpp
 #pragma once
 
 #include <string>
