@@ -17,7 +17,6 @@ namespace {
 
 enum Status : int { loaded = 0, failed = 1, wrongUse = 2, unreadable = 3 };
 
-constexpr int largestSide = 16384;
 constexpr auto lostOutput = "nimbra-host: the report could not be written to standard output\n";
 
 /// Everything that was typed.
@@ -76,7 +75,9 @@ std::string pictureProblem(const std::string& text) {
 
 std::string sizeProblem(const std::string& text) {
   PictureRequest picture;
-  return takeSize(text, picture) ? "" : "expected WIDTHxHEIGHT with sides from 1 to 16384, found " + text;
+  return takeSize(text, picture) ? ""
+                                 : "expected WIDTHxHEIGHT with sides from 1 to " +
+                                       std::to_string(largestSide) + ", found " + text;
 }
 
 void addLoad(CLI::App& app, Wishes& wishes) {

@@ -9,6 +9,7 @@
 namespace nimbrahost {
 
 /// Writes the object and a line end. Values go out as they are read, so memory does not grow with them.
+/// \param picture  null where none was asked for
 /// \returns whether the stream has taken all of it
 bool writeJsonReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
                      const ShownValues& shown, const PictureOutcome* picture);

@@ -8,6 +8,7 @@
 #include <cxxabi.h>
 #include <fcntl.h>
 #include <filesystem>
+#include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
 

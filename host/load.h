@@ -8,6 +8,12 @@
 
 namespace nimbrahost {
 
+/// Whether a file is taken for a trajectory: its extension is exactly ".pofx".
+bool isTrajectory(const std::string& file);
+
+/// Whether a load takes a file for one of shots: its extension is exactly ".sodx".
+bool isShots(const std::string& file);
+
 /// Loads `request.file` onto a fresh grid. Lines of the console are caught meanwhile, so one load at a time.
 ///
 /// A trajectory's time column is rebased where that is asked for: its time base is read through the database

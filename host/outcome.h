@@ -1,4 +1,5 @@
 // What a load was asked to do, and everything that came of it.
+// Partner: load.h, which makes the one out of the other
 #pragma once
 
 #include <cstdint>
@@ -62,11 +63,5 @@ struct ShownValues {
   static constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
   std::uint64_t most = 0;
 };
-
-/// Whether a file is taken for a trajectory: its extension is exactly ".pofx".
-bool isTrajectory(const std::string& file);
-
-/// Whether a load takes a file for one of shots: its extension is exactly ".sodx".
-bool isShots(const std::string& file);
 
 } // namespace nimbrahost

@@ -10,11 +10,14 @@
 
 namespace nimbrahost {
 
-/// Writes the report. \returns whether the stream has taken all of it
+/// Writes the report.
+/// \param picture  null where none was asked for
+/// \returns whether the stream has taken all of it
 bool writePeopleReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
                        const ShownValues& shown, const PictureOutcome* picture);
 
 /// Writes one line for each thing that was asked for and not done.
+/// \param picture  null where none was asked for
 void reportFailures(const LoadRequest& request, const LoadOutcome& outcome, const PictureOutcome* picture,
                     std::ostream& err);
 

@@ -12,7 +12,10 @@ namespace nimbrahost {
 /// What is drawn: points; the origins of pulses, because a file of shots has no points; points joined by lines.
 enum class PictureSubject { cloud, shots, path };
 
-/// Where the picture goes, and its size in pixels, 1 to 16384 a side.
+/// The most pixels that a picture may have on a side.
+inline constexpr int largestSide = 16384;
+
+/// Where the picture goes, and its size in pixels, 1 to largestSide a side.
 struct PictureRequest {
   std::string file{};
   int width = 1024;

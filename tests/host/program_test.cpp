@@ -84,6 +84,16 @@ TEST_F(Program, WrongUseIsStatusTwo) {
   }
 }
 
+TEST_F(Program, TellsWhatAnOptionTakes) {
+  for (const auto& [option, text] : std::map<std::string, std::string>{
+           {"--values some", "--values: expected a number of elements or all, found some"},
+           {"--epsg 032633", "--epsg: expected a whole number, found 032633"},
+           {"--size 16385x1", "--size: expected WIDTHxHEIGHT with sides from 1 to 16384, found 16385x1"}}) {
+    const ProgramRun run = runProgram("load a.rdbx " + option);
+    EXPECT_EQ(run.err, "nimbra-host: " + text + "\nTry: nimbra-host load --help\n");
+  }
+}
+
 TEST_F(Program, PictureWithoutANameIsWrongUse) {
   const ProgramRun run = runProgram("load --picture '' " + givenCloud(1));
   EXPECT_EQ(run.status, 2);
