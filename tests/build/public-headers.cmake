@@ -4,7 +4,7 @@ cmake_minimum_required(VERSION 3.25)
 file(STRINGS ${LIST} listed)
 # What a program includes by itself; everything else is installed because one of these reaches it.
 set(fronts include/rdb2nimbra.h platform/rdb/writer.h platform/rdb/stored_type.h platform/rdb/verify.h
-  storage/quillon/physical_space.h)
+  storage/quillon/physical_space.h storage/nimbra/mem_array.h)
 set(read "")
 set(problems "")
 foreach(front IN LISTS fronts)

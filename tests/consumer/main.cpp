@@ -1,7 +1,9 @@
-// Loads a database and prints the names of its fields with their element counts: consumer FILE
+// Loads a database and prints the names of its fields with their element counts, and the first amplitude as the
+// number that it is: consumer FILE
 #include <iostream>
 
 #include "include/rdb2nimbra.h"
+#include "storage/nimbra/mem_array.h"
 
 int main(int argumentCount, char** arguments) {
   Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;
@@ -10,6 +12,11 @@ int main(int argumentCount, char** arguments) {
     for (const auto& slot : representation->fields()) {
       const auto array = slot.field->array("Fragment_0");
       std::cout << slot.identity->name() << ' ' << (array ? array->elementCount() : 0) << '\n';
+      const Torvel::StrongPtr<Nimbra::TypedArray<float>, Torvel::Cacheable> numbers = array;
+      if (numbers && slot.identity->name() == "Amplitude") {
+        std::cout << "First amplitude at its place: " << (numbers->elements()->data == numbers->rawData())
+                  << '\n';
+      }
     }
   }
   std::cerr << failure;
