@@ -14,6 +14,10 @@ foreach(pair CLIENT:rdb2nimbra_client MODEL:rdb2nimbra_model TRANSFORMATION:rdb2
 endforeach()
 # Libraries find each other in their own folder, programs find them from theirs.
 set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
+if(RDB2NIMBRA_REPLACED)
+  # The replacements aren't installed with them and stay where they were found.
+  set_target_properties(${libraries} PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
+endif()
 install(TARGETS ${libraries} rdb_names storage_nimbra storage_quillon rdb2nimbra_headers
   EXPORT rdb2nimbra-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
@@ -38,8 +42,12 @@ foreach(header IN LISTS headers)
 endforeach()
 
 install(EXPORT rdb2nimbra-targets NAMESPACE rdb2nimbra:: DESTINATION ${package_folder})
+set(projection_data "")
+if(NOT TRANSFORMATION IN_LIST RDB2NIMBRA_REPLACED)
+  set(projection_data ${CMAKE_INSTALL_BINDIR}/proj.db)
+endif()
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/rdb2nimbra-config.cmake.in
-  ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake INSTALL_DESTINATION ${package_folder})
+  ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake INSTALL_DESTINATION ${package_folder} PATH_VARS projection_data)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/rdb2nimbra-config-version.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake ${PROJECT_BINARY_DIR}/rdb2nimbra-config-version.cmake

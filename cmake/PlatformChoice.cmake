@@ -18,8 +18,22 @@ set(RDB2NIMBRA_REPLACED "")          # the interfaces that are not embedded
 set(RDB2NIMBRA_REPLACEMENT_PACKAGES "") # what the installed package has to find first
 foreach(interface CLIENT MODEL TRANSFORMATION CALENDAR)
   set(chosen "${RDB2NIMBRA_${interface}}")
+  set(header "${RDB2NIMBRA_${interface}_HEADER}")
+  # One without the other would compile against one implementation and link another. A model has no such header.
   if(chosen STREQUAL "")
+    if(NOT header STREQUAL "")
+      message(FATAL_ERROR "RDB2NIMBRA_${interface}_HEADER is set (${header}), and RDB2NIMBRA_${interface} is not; "
+        "set it to the target or package that has this header")
+    endif()
     continue()
+  endif()
+  if(header STREQUAL "" AND NOT interface STREQUAL "MODEL")
+    message(FATAL_ERROR "RDB2NIMBRA_${interface} is set (${chosen}), and RDB2NIMBRA_${interface}_HEADER is not; "
+      "set it to the header that declares this part, as an include in the code would name it")
+  endif()
+  if(chosen MATCHES "/")
+    message(FATAL_ERROR "RDB2NIMBRA_${interface}: expected a target or a package, found the path ${chosen}; "
+      "put it into an imported target (docs/build.md)")
   endif()
   list(APPEND RDB2NIMBRA_REPLACED ${interface})
   if(NOT TARGET ${chosen})

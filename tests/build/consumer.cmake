@@ -30,11 +30,15 @@ run("The consumer's configure step" ${CMAKE_COMMAND} -S ${CONSUMER} -B ${FOLDER}
   -DCMAKE_BUILD_TYPE=${CONFIGURATION})
 run("The consumer's build" ${CMAKE_COMMAND} --build ${FOLDER}/build)
 
+if(NOT EXISTS ${FOLDER}/build/proj.db)
+  message(FATAL_ERROR "The consumer found no proj.db by the package's rdb2nimbra_PROJ_DB")
+endif()
+
 set(database ${FOLDER}/scan.rdbx)
 run("The installed rdbtool" ${bin}/rdbtool synth scan --records 1000 --seed 5 -o ${database})
 run("The installed nimbra-host" ${bin}/nimbra-host load ${database} --json)
 run("The consumer" ${FOLDER}/build/consumer ${database})
-foreach(line "Positions 1000" "GPSTime 1000")
+foreach(line "Positions 1000" "GPSTime 1000" "First amplitude at its place: 1")
   if(NOT output MATCHES "(^|\n)${line}\n")
     message(FATAL_ERROR "The consumer printed no line \"${line}\":\n${output}")
   endif()

@@ -28,6 +28,13 @@ function(refuses text) # further arguments of the configure step
 endfunction()
 # Programs that need the embedded platform, and a data model that is not a whole one.
 refuses("RDB2NIMBRA_TOOLS need the embedded platform" -DRDB2NIMBRA_TOOLS=ON)
+# A part without the header that declares it, a header without its part, and a library's path.
+refuses("RDB2NIMBRA_CLIENT is set (replacement::client), and RDB2NIMBRA_CLIENT_HEADER is not"
+  -DRDB2NIMBRA_CLIENT_HEADER=)
+refuses("RDB2NIMBRA_CALENDAR_HEADER is set (replacement/calendar.h), and RDB2NIMBRA_CALENDAR is not"
+  -DRDB2NIMBRA_CALENDAR=)
+refuses("RDB2NIMBRA_TRANSFORMATION: expected a target or a package, found the path /lib/libproj.so"
+  -DRDB2NIMBRA_TRANSFORMATION=/lib/libproj.so)
 set(header ${FOLDER}/platform/model/platform/torvel/console.h)
 file(RENAME ${header} ${header}.away)
 refuses("has no header platform/torvel/console.h")
@@ -64,6 +71,11 @@ file(GLOB_RECURSE package ${FOLDER}/prefix/*/rdb2nimbra-config.cmake)
 file(READ ${package} text)
 if(NOT text MATCHES "replacement replacement_calendar|replacement;replacement_calendar")
   message(FATAL_ERROR "The installed package does not look for the replacements:\n${text}")
+endif()
+file(GLOB library ${FOLDER}/prefix/*/librdb2nimbra.so)
+run("Reading the run-time path" ${READELF} -dW ${library})
+if(NOT output MATCHES "\\[\\$ORIGIN:${FOLDER}/platform\\]")
+  message(FATAL_ERROR "The installed library does not look for the replacements in ${FOLDER}/platform:\n${output}")
 endif()
 if(EXISTS ${FOLDER}/prefix/include/rdb2nimbra/platform)
   message(FATAL_ERROR "Headers of the embedded platform were installed beside a replaced one")
