@@ -1,20 +1,13 @@
 // The users' page of the columns, held against the columns as they have to be.
 #include <gtest/gtest.h>
 
-#include <fstream>
-#include <iterator>
-
 #include "tests/pointcloud/expected_rows.h"
+#include "tests/support/file_content.h"
 
 namespace {
 
 using pointcloudTest::ExpectedRow;
 using pointcloudTest::expectedRows;
-
-std::string pageText() {
-  std::ifstream page(COLUMNS_PAGE);
-  return {std::istreambuf_iterator<char>(page), {}};
-}
 
 std::string lineOf(const ExpectedRow& row) {
   return "\n| `" + row.attribute + "` | `" + row.field + "` | " + row.type + " |" +
@@ -22,7 +15,7 @@ std::string lineOf(const ExpectedRow& row) {
 }
 
 TEST(ColumnsPage, HasEveryRowInItsPlace) {
-  const std::string page = pageText();
+  const std::string page = support::contentOf(COLUMNS_PAGE);
   std::size_t place = page.find("\n|---|---|---|---|---|");
   for (const ExpectedRow& row : expectedRows()) {
     ASSERT_NE(place, std::string::npos);
