@@ -6,11 +6,14 @@ include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 set(common -G Ninja -DCMAKE_MAKE_PROGRAM=${NINJA} -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=Debug
   -DCMAKE_CXX_FLAGS=-O0 -DCMAKE_CXX_FLAGS_DEBUG=)
 file(REMOVE_RECURSE ${FOLDER})
-run("Configuring the platform" ${CMAKE_COMMAND} -S ${ROOT}/tests/replacement -B ${FOLDER}/platform ${common}
+# Away from the sources: run-time paths never lead into the project itself.
+run("Making a folder for the platform" mktemp -d)
+string(STRIP "${output}" away)
+run("Configuring the platform" ${CMAKE_COMMAND} -S ${ROOT}/tests/replacement -B ${away}/platform ${common}
   -DROOT=${ROOT})
-run("Building the platform" ${CMAKE_COMMAND} --build ${FOLDER}/platform -j 2)
+run("Building the platform" ${CMAKE_COMMAND} --build ${away}/platform -j 2)
 
-set(choice -DCMAKE_PREFIX_PATH=${FOLDER}/platform
+set(choice -DCMAKE_PREFIX_PATH=${away}/platform
   -DRDB2NIMBRA_CLIENT=replacement::client -DRDB2NIMBRA_CLIENT_HEADER=replacement/client.h
   -DRDB2NIMBRA_MODEL=replacement::model
   -DRDB2NIMBRA_TRANSFORMATION=replacement::transformation
@@ -35,7 +38,7 @@ refuses("RDB2NIMBRA_CALENDAR_HEADER is set (replacement/calendar.h), and RDB2NIM
   -DRDB2NIMBRA_CALENDAR=)
 refuses("RDB2NIMBRA_TRANSFORMATION: expected a target or a package, found the path /lib/libproj.so"
   -DRDB2NIMBRA_TRANSFORMATION=/lib/libproj.so)
-set(header ${FOLDER}/platform/model/platform/torvel/console.h)
+set(header ${away}/platform/model/platform/torvel/console.h)
 file(RENAME ${header} ${header}.away)
 refuses("has no header platform/torvel/console.h")
 file(RENAME ${header}.away ${header})
@@ -74,10 +77,10 @@ if(NOT text MATCHES "replacement replacement_calendar|replacement;replacement_ca
 endif()
 file(GLOB library ${FOLDER}/prefix/*/librdb2nimbra.so)
 run("Reading the run-time path" ${READELF} -dW ${library})
-if(NOT output MATCHES "\\[\\$ORIGIN:${FOLDER}/platform\\]")
-  message(FATAL_ERROR "The installed library does not look for the replacements in ${FOLDER}/platform:\n${output}")
+if(NOT output MATCHES "\\[\\$ORIGIN:${away}/platform\\]")
+  message(FATAL_ERROR "The installed library does not look for the replacements in ${away}/platform:\n${output}")
 endif()
 if(EXISTS ${FOLDER}/prefix/include/rdb2nimbra/platform)
   message(FATAL_ERROR "Headers of the embedded platform were installed beside a replaced one")
 endif()
-file(REMOVE_RECURSE ${FOLDER})
+file(REMOVE_RECURSE ${FOLDER} ${away})
