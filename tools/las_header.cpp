@@ -2,6 +2,7 @@
 // Partner: las_header.h.
 #include "tools/las_header.h"
 
+#include "tools/number_text.h"
 #include "tools/tool_error.h"
 
 #include <algorithm>
@@ -77,8 +78,8 @@ void checkTransform(const std::string& path, const LasHeader& header) {
     if (!std::isfinite(header.scale[axis]) || header.scale[axis] == 0 ||
         !std::isfinite(header.offset[axis])) {
       throw failed(path + ": expected a finite scale other than 0 and a finite offset on axis " +
-                   std::string(1, "XYZ"[axis]) + ", found " + std::to_string(header.scale[axis]) + " and " +
-                   std::to_string(header.offset[axis]));
+                   std::string(1, "XYZ"[axis]) + ", found " + numberText(header.scale[axis]) + " and " +
+                   numberText(header.offset[axis]));
     }
   }
 }

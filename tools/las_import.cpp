@@ -6,6 +6,7 @@
 #include "tools/las_extra_bytes.h"
 #include "tools/las_header.h"
 #include "tools/las_projection.h"
+#include "tools/number_text.h"
 
 #include <algorithm>
 #include <array>
@@ -105,8 +106,8 @@ TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, c
   }
   const double week = std::floor((overview.firstStamp + adjustedOrigin) / weekSeconds);
   if (!(week >= 0 && week < 1e5)) {
-    notes << request.input << ": expected adjusted GPS time, found a first stamp of " << overview.firstStamp
-          << "; the stamps are kept as they are\n";
+    notes << request.input << ": expected adjusted GPS time, found a first stamp of "
+          << numberText(overview.firstStamp) << "; the stamps are kept as they are\n";
     return {0, weekOfSurvey(request, header)};
   }
   // The addend is whole and, outside the origin's own week, the sum smaller than the stamp: no bit is lost.

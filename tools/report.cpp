@@ -6,8 +6,8 @@
 #include "platform/rdb/stored_type.h"
 #include "platform/rdb/verify.h"
 #include "tools/input_file.h"
+#include "tools/number_text.h"
 
-#include <charconv>
 #include <iomanip>
 #include <nlohmann/json.hpp>
 #include <ostream>
@@ -23,12 +23,6 @@ using riegl::rdb::pointcloud::PointAttribute;
 std::string typeName(const PointAttribute& attribute) {
   const auto type = embedded::storedTypeOf(attribute.storedType);
   return type ? std::string(embedded::name(*type)) : "unknown";
-}
-
-/// The shortest text that reads back to the same number.
-std::string shortest(double value) {
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
 std::string quoted(const std::string& text) {
@@ -66,10 +60,10 @@ void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, s
     out << "  " << std::left << std::setw(36) << name << " " << std::setw(8) << typeName(attribute) << " x "
         << attribute.length;
     if (attribute.scale != 1) {
-      out << "  scale " << shortest(attribute.scale);
+      out << "  scale " << numberText(attribute.scale);
     }
     if (attribute.offset != 0) {
-      out << "  offset " << shortest(attribute.offset);
+      out << "  offset " << numberText(attribute.offset);
     }
     if (!attribute.unit.empty()) {
       out << "  unit " << quoted(attribute.unit);

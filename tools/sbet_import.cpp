@@ -3,6 +3,7 @@
 #include "tools/import.h"
 #include "tools/input_file.h"
 #include "tools/interruption.h"
+#include "tools/number_text.h"
 #include "tools/tool_error.h"
 #include "tools/wgs84.h"
 
@@ -36,13 +37,16 @@ std::uint64_t wholeRecords(const InputFile& file) {
 }
 
 void checkRecord(const std::string& path, std::uint64_t number, const Record& record) {
-  const bool numbers = std::all_of(record.begin(), record.begin() + wanderAngle + 1,
-                                   [](double value) { return std::isfinite(value); });
-  if (!numbers || std::abs(record[latitude]) > std::numbers::pi / 2 ||
-      std::abs(record[longitude]) > 2 * std::numbers::pi) {
-    throw failed(path + ": expected finite values and angles in radians, found record " +
-                 std::to_string(number) + " at latitude " + std::to_string(record[latitude]) +
-                 ", longitude " + std::to_string(record[longitude]));
+  static constexpr std::array<const char*, wanderAngle + 1> names{
+      "time",       "latitude", "longitude", "altitude",         "x velocity",  "y velocity",
+      "z velocity", "roll",     "pitch",     "platform heading", "wander angle"};
+  for (std::size_t place = 0; place < names.size(); ++place) {
+    const double size = std::abs(record[place]);
+    if (!std::isfinite(size) || (place == latitude && size > std::numbers::pi / 2) ||
+        (place == longitude && size > 2 * std::numbers::pi)) {
+      throw failed(path + ": expected finite values and angles in radians, found " + names[place] + " " +
+                   numberText(record[place]) + " in record " + std::to_string(number));
+    }
   }
 }
 
@@ -104,8 +108,8 @@ std::uint64_t importSbet(const ImportRequest& request, std::ostream& notes) {
     firstStamp = littleEndian<double>(file.atMost(0, sizeof(double)).data());
   }
   if (!(firstStamp >= 0 && firstStamp < weekSeconds)) {
-    notes << request.input << ": expected GPS seconds of the week, found a first stamp of " << firstStamp
-          << "; the stamps are kept as they are\n";
+    notes << request.input << ": expected GPS seconds of the week, found a first stamp of "
+          << numberText(firstStamp) << "; the stamps are kept as they are\n";
   }
   const InterruptionWatch watch;
   Writer writer(request.output, request.writer);

@@ -81,10 +81,18 @@ const Refusal refusals[] = {
     {"CountsDiffer", [] { return changed(4, 3, [](LasFile& f) { f.oldCountTooMany = 2; }); },
      "expected one point count, found 5 in the old place of the header and 3 in the new one"},
     {"ScaleZero", [] { return changed(2, 0, [](LasFile& f) { f.scale[1] = 0; }); },
-     "expected a finite scale other than 0 and a finite offset on axis Y, found 0.000000 and 0.000000"},
+     "expected a finite scale other than 0 and a finite offset on axis Y, found 0 and 0"},
     {"OffsetNoNumber",
      [] { return changed(2, 0, [](LasFile& f) { f.offset[2] = std::numeric_limits<double>::quiet_NaN(); }); },
-     "expected a finite scale other than 0 and a finite offset on axis Z, found 0.010000 and nan"},
+     "expected a finite scale other than 0 and a finite offset on axis Z, found 0.01 and nan"},
+    {"SmallScaleAndNoOffset",
+     [] {
+       return changed(2, 0, [](LasFile& f) {
+         f.scale[0] = 1e-9;
+         f.offset[0] = std::numeric_limits<double>::infinity();
+       });
+     },
+     "expected a finite scale other than 0 and a finite offset on axis X, found 1e-09 and inf"},
 };
 
 class LasRefusal : public testing::TestWithParam<Refusal> {

@@ -10,6 +10,7 @@
 #include <gtest/gtest.h>
 #include <limits>
 #include <numbers>
+#include <tuple>
 
 namespace {
 
@@ -47,6 +48,12 @@ Record recordAt(double seconds, double latitude, double longitude) {
   record[0] = seconds;
   record[1] = latitude;
   record[2] = longitude;
+  return record;
+}
+
+Record recordWith(std::size_t place, double value) {
+  Record record = recordAt(1, 0, 0);
+  record[place] = value;
   return record;
 }
 
@@ -105,13 +112,24 @@ TEST_F(Sbet, ALengthBetweenRecordsIsRefusedWithTheWholeOnes) {
 
 TEST_F(Sbet, ValuesThatAreNoAnglesAreRefusedWithTheirRecord) {
   const double none = std::numeric_limits<double>::quiet_NaN();
-  for (const Record& bad :
-       {recordAt(1, 2, 0), recordAt(1, 0, 7), recordAt(none, 0, 0), recordAt(1, none, 0)}) {
-    const support::Run run = importing({recordAt(0, 0, 0), bad});
+  for (const auto& [place, value, found] :
+       std::vector<std::tuple<std::size_t, double, std::string>>{{0, none, "time nan"},
+                                                                 {1, 2, "latitude 2"},
+                                                                 {1, none, "latitude nan"},
+                                                                 {2, 7, "longitude 7"},
+                                                                 {7, none, "roll nan"},
+                                                                 {10, none, "wander angle nan"}}) {
+    const support::Run run = importing({recordAt(0, 0, 0), recordWith(place, value)});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err, HasSubstr("expected finite values and angles in radians, found record 1 at"));
+    EXPECT_THAT(run.err, HasSubstr("finite values and angles in radians, found " + found + " in record 1"));
     EXPECT_FALSE(std::ifstream(folder.path("out.pofx")).is_open());
   }
+}
+
+TEST_F(Sbet, AStampOutsideTheWeekIsToldInFull) {
+  EXPECT_THAT(importing({recordAt(604800.25, 0, 0)}).err,
+              HasSubstr("expected GPS seconds of the week, found a first stamp of 604800.25; the stamps are "
+                        "kept as they are"));
 }
 
 TEST_F(Sbet, TheFormatCanBeForced) {
