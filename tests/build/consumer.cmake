@@ -28,6 +28,13 @@ endforeach()
 run("The consumer's configure step" ${CMAKE_COMMAND} -S ${CONSUMER} -B ${FOLDER}/build -G ${GENERATOR}
   -DCMAKE_PREFIX_PATH=${FOLDER}/prefix -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS}
   -DCMAKE_BUILD_TYPE=${CONFIGURATION})
+# Components, of which there are none, are refused with a reason.
+execute_process(COMMAND ${CMAKE_COMMAND} -S ${CONSUMER} -B ${FOLDER}/refused -G ${GENERATOR}
+  -DCMAKE_PREFIX_PATH=${FOLDER}/prefix -DCMAKE_CXX_COMPILER=${COMPILER} -DCOMPONENT=client
+  RESULT_VARIABLE status OUTPUT_QUIET ERROR_VARIABLE refusal)
+if(status EQUAL 0 OR NOT refusal MATCHES "expected no components, found client")
+  message(FATAL_ERROR "Expected a refusal of the component, found status ${status} and:\n${refusal}")
+endif()
 run("The consumer's build" ${CMAKE_COMMAND} --build ${FOLDER}/build)
 
 if(NOT EXISTS ${FOLDER}/build/proj.db)
