@@ -3,7 +3,7 @@
 #include "platform/rdb/writer.h"
 
 #include "tests/rdb/client_suite.h"
-#include "tests/storage/virtual_slot.h"
+#include "tests/support/virtual_slot.h"
 
 namespace {
 

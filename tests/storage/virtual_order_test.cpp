@@ -2,7 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "storage/nimbra/registration.h"
-#include "tests/storage/virtual_slot.h"
+#include "tests/support/virtual_slot.h"
 
 using support::slotOf;
 using Torvel::Chunk;

@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 
 #include "tests/scripted/rdb.h"
+#include "tests/scripted/recorded_platform.h"
 #include "tests/support/console_lines.h"
-#include "tests/trajectory/recorded_platform.h"
 #include "timebase/week_day.h"
 
 namespace {

@@ -2,10 +2,10 @@
 #pragma once
 
 #include "platform/torvel/environment.h"
+#include "tests/scripted/recorded_platform.h"
 #include "tests/scripted/script.h"
 #include "tests/support/console_lines.h"
 #include "tests/support/grid.h"
-#include "tests/trajectory/recorded_platform.h"
 #include "trajectory/pofx2nimbra.h"
 
 #include <string>

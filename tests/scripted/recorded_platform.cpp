@@ -1,5 +1,6 @@
+// The record of the calls to transformation and calendar, and their answers.
 // Partner: recorded_platform.h
-#include "tests/trajectory/recorded_platform.h"
+#include "tests/scripted/recorded_platform.h"
 
 #include "tests/scripted/script.h"
 
