@@ -13,6 +13,7 @@ namespace Riegl {
 /// \param 1  the block's memory, cut to its length; changes in place reach the grid
 /// \param 2  name of the field
 /// \param 3  whether the database's time system is UTC
+/// \errors  what it raises ends the load; the text of a standard exception becomes the load's result
 using ChunkCallback = std::function<void(const Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>&,
                                          const std::string&, const bool&)>;
 

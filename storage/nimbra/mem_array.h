@@ -26,9 +26,10 @@ class TORVEL_API MemArrayBase : public virtual MemBase {
   int rank() const override = 0;
   /// Number of elements, the product of the extents.
   virtual std::uint64_t extentProduct() const = 0;
-  /// A fresh array with a fresh chunk.
+  /// A fresh array with a fresh chunk. \errors  std::length_error, std::bad_alloc
   virtual Pointer newArray(const MultiIndex<N>& extents, const Creator& origin) const = 0;
-  /// A fresh array with a part of the elements, read one at a time through the iterator rule.
+  /// A fresh array with a part of the elements, read one at a time through the iterator rule; no check of bounds.
+  /// \errors  std::length_error, std::bad_alloc
   virtual Pointer copyHyperslabAt(const MultiIndex<N>& first, const MultiIndex<N>& part,
                                   const Creator& origin) const = 0;
   Pointer copyHyperslab(const DynamicSize& first, const DynamicSize& part,
@@ -49,8 +50,10 @@ class TORVEL_API TypedArray : public virtual MemBase {
   /// creator must not be asked.
   virtual T firstValue() const = 0;
   virtual T lastValue() const = 0;
+  /// The view with its memory; lives as long as the array.
   virtual ElementIterator<T>* elements() = 0;
   virtual const ElementIterator<T>* elements() const = 0;
+  /// The chunk that the view lies over; null for an array without one.
   virtual Torvel::StrongPtr<Torvel::TypedChunk<T>, Torvel::ChunkBase> typedChunk() const = 0;
   Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase> chunkBase() const override = 0;
   const std::type_info& elementType() const override = 0;
