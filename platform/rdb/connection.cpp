@@ -267,10 +267,23 @@ int Connection::countSteps(void* self) {
   return connection->steps > connection->mostSteps ? 1 : 0;
 }
 
+// SQLite also says that memory has run out where a damaged size has overflown: then there is room for all that one
+// value of this file may take.
+bool Connection::hasMemoryForContent() const {
+  const int mostBytes = sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, -1);
+  void* const room = sqlite3_malloc(mostBytes);
+  sqlite3_free(room);
+  return room != nullptr;
+}
+
 Error Connection::failure(const std::string& object, int status) const {
   switch (status & 0xff) {
   case SQLITE_NOMEM:
-    throw std::bad_alloc();
+    if (!hasMemoryForContent()) {
+      throw std::bad_alloc();
+    }
+    return {ErrorKind::damaged, cannotRead,
+            object + ": expected sound content, found a size that the file cannot hold"};
   case SQLITE_BUSY:
     return {ErrorKind::cannotOpen, cannotOpen,
             filePath + ": expected a file that nobody is changing, found it locked; try again when the other "

@@ -55,6 +55,7 @@ class Connection {
   void harden();
   void checkSchema();
   void refuseMadeUpValues(const char* table, const std::string& object);
+  bool hasMemoryForContent() const;
 
   std::string filePath;
   FileIdentity file;

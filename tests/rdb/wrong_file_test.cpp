@@ -2,6 +2,7 @@
 #include "tests/rdb/database_file.h"
 #include "tests/support/grouping_locale.h"
 
+#include <algorithm>
 #include <ostream>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -283,6 +284,21 @@ TEST_F(WrongFile, TruncatedFileIsTold) {
   EXPECT_EQ(errorOfReading(), "the database is damaged (scan.rdbx: expected at least " +
                                   std::to_string(bytes.size() + 1) + " bytes, found " +
                                   std::to_string(bytes.size()) + ")");
+}
+
+TEST_F(WrongFile, SizeThatOverflowsIsNotTakenForMemoryThatRanOut) {
+  writeSample(path);
+  std::vector<char> bytes = bytesOf(path);
+  // A row of 2^32 - 1 bytes, its first column a text of 60000: the pages that it goes on to are counted as none.
+  const std::string row = "\x8f\xff\xff\xff\x7f\x01\x08\x87\xa9\x4d\x01\x01\x01\x01";
+  constexpr unsigned char place = 200; // between the offsets of the cells and the cells
+  bytes[108] = 0;
+  bytes[109] = static_cast<char>(place);
+  std::copy(row.begin(), row.end(), bytes.begin() + place);
+  writeBytes(path, bytes);
+  EXPECT_EQ(errorOfReading(),
+            "cannot read the database (scan.rdbx: expected sound content, found a size that "
+            "the file cannot hold)");
 }
 
 TEST_F(WrongFile, EmptyPathIsTold) {
