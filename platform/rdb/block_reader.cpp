@@ -35,7 +35,7 @@ BlockReader::BlockReader(const std::string& path)
     : link(path),
       head(link, "SELECT attribute, number, checksum, typeof(data), length(data) FROM block WHERE rowid = ?1",
            "table \"block\" of " + path),
-      pages(link.handle(), rootOfBlocks(link)) {}
+      pages(link.handle(), RDB2NIMBRA_DIRECT_PAGES != 0 ? rootOfBlocks(link) : 0) {}
 
 BlockReader::~BlockReader() {
   sqlite3_blob_close(blob);

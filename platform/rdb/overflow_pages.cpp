@@ -99,6 +99,9 @@ std::optional<std::uint64_t> bytesBeforeBlob(const unsigned char* record, std::s
 
 OverflowPages::OverflowPages(sqlite3* owner, std::int64_t tableRoot)
     : connection(owner), root(tableRoot < 2 ? 0 : static_cast<std::uint64_t>(tableRoot)) {
+  if (root == 0) {
+    return;
+  }
   const int status = sqlite3_file_control(connection, "main", SQLITE_FCNTL_FILE_POINTER, &file);
   if (status != SQLITE_OK || file == nullptr || file->pMethods == nullptr) {
     file = nullptr;

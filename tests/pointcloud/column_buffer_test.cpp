@@ -6,6 +6,7 @@
 
 #include "pointcloud/column_buffer.h"
 #include "tests/support/grid.h"
+#include "tests/support/resident_pages.h"
 #include "tests/support/resource_limit.h"
 
 namespace {
@@ -22,6 +23,12 @@ class Buffer final : public Riegl::Z4Data<T> {
 
 template <class T>
 using BufferPointer = Torvel::StrongPtr<Buffer<T>, Riegl::Z4Data<T>>;
+
+#ifdef RDB2NIMBRA_LAZY_PAGES
+constexpr bool dropsPages = true;
+#else
+constexpr bool dropsPages = false;
+#endif
 
 constexpr bool utc = true;
 constexpr bool gps = false;
@@ -209,6 +216,15 @@ TEST_F(ColumnBuffer, CutDownKeepsItsPlaceAndItsValues) {
   const auto kept = support::chunkOf<double>(field(grid, "Column"), "Fragment_0");
   EXPECT_EQ(kept->data(), memory);
   EXPECT_EQ(std::count(kept->values().begin(), kept->values().end(), 1.25), 100001);
+}
+
+TEST_F(ColumnBuffer, CutDownKeepsNoMoreThanItsOwnPages) {
+  const auto column = buffer<double>("Column", 5000000);
+  std::fill_n(column->firstElement(), 5000000, 1.25);
+  const void* const memory = column->firstElement();
+  column->publishBlock(fragment("Fragment_0"), 100001, utc, nullptr);
+  const std::size_t stays = dropsPages ? 100001 * sizeof(double) : 5000000 * sizeof(double);
+  EXPECT_NEAR(double(support::residentBytes(memory, 5000000 * sizeof(double))), double(stays), 8192);
 }
 
 TEST_F(ColumnBuffer, SetsSingleValuesOfThreeKindsAndANewAge) {

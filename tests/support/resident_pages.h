@@ -1,0 +1,26 @@
+// How much of a piece of memory is really there.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <sys/mman.h>
+#include <unistd.h>
+#include <vector>
+
+namespace support {
+
+/// Bytes of the pages that lie whole in the piece and are in memory.
+inline std::size_t residentBytes(const void* piece, std::size_t bytes) {
+  const auto pageBytes = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
+  const auto address = reinterpret_cast<std::uintptr_t>(piece);
+  const std::uintptr_t begin = (address + pageBytes - 1) / pageBytes * pageBytes;
+  const std::uintptr_t pages = ((address + bytes) / pageBytes) - begin / pageBytes;
+  std::vector<unsigned char> flags(pages);
+  mincore(reinterpret_cast<void*>(begin), pages * pageBytes, flags.data());
+  const auto present =
+      std::count_if(flags.begin(), flags.end(), [](unsigned char flag) { return (flag & 1) != 0; });
+  return static_cast<std::size_t>(present) * pageBytes;
+}
+
+} // namespace support
