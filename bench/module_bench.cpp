@@ -1,5 +1,5 @@
 // Loading and unloading the library against an empty shared object, each time in a fresh process that has the
-// libraries beneath it already. Reports the difference too: that is what the target is about.
+// libraries beneath it already. The target is about the difference of the two times.
 #include <chrono>
 #include <cstdio>
 #include <cstring>

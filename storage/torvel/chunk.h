@@ -14,8 +14,8 @@ namespace Torvel {
 
 /// A typed memory block: owns its elements in the vector that it is.
 ///
-/// A new chunk of `count` elements holds zeros for the scalar types and empty texts for std::string; points,
-/// vectors and colours are left as the allocator gives them, and nobody may count on their content.
+/// A new chunk of `count` elements holds zeros for the scalar types and empty texts for std::string; what
+/// points, vectors and colours hold is unspecified.
 template <class T>
 class TORVEL_API Chunk final : public TypedChunk<T>, public std::vector<T> {
  public:
