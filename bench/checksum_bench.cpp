@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The checksum of a block's bytes, fresh from a read, against the library's.
 #include <libdeflate.h>
 
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
-#include "platform/rdb/checksum.h"
+#include "container/format/checksum.h"
 
 namespace {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Loads whose columns are converted against loads of the same values stored as they are asked for.
 #include <algorithm>
 #include <cstring>

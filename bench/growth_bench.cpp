@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // How the cost of a load grows with records and with columns: a table for docs/benchmarks.md, each line a process of
 // its own.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // `nimbra-host load --json` without values against a process that loads the same file and does nothing else.
 #include <algorithm>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The point-cloud load of 66 bytes a record against reading the same bytes into fresh memory.
 // docs/benchmarks.md has the targets.
 #include <future>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What a load leaves in memory, seen from a process of its own: resident and peak size against the bytes published.
 // Prints sizes, not times. docs/benchmarks.md has the targets.
 #include <cstdio>
@@ -6,7 +7,7 @@
 #include "bench/support/child.h"
 #include "bench/support/database.h"
 #include "bench/support/program.h"
-#include "rdb/block_size.h"
+#include "loader/columns/block_size.h"
 #include "tests/support/temp_dir.h"
 
 namespace {

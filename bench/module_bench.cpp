@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Loading and unloading the library against an empty shared object, each time in a fresh process that has the
 // libraries beneath it already. The target is about the difference of the two times.
 #include <chrono>

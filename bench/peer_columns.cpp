@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The library's side of bench/peers/compare.py: writes the columns of the comparison, and loads them on request.
 #include <chrono>
 #include <cstdio>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Copy and end of a strong pointer against std::shared_ptr, in a process with a second thread.
 #include <condition_variable>
 #include <memory>
@@ -5,7 +6,7 @@
 #include <thread>
 
 #include "bench/support/comparison.h"
-#include "storage/torvel/pointer.h"
+#include "model/torvel/references/pointer.h"
 
 namespace {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Proj::transform against PROJ's own array call on one thread, and trajectories of two lengths.
 #include <cstring>
 #include <memory>
@@ -8,10 +9,10 @@
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/random_values.h"
-#include "platform/proj/transform.h"
-#include "platform/torvel/environment.h"
+#include "platform/transformation/transform.h"
+#include "model/torvel/objects/environment.h"
 #include "tests/support/temp_dir.h"
-#include "trajectory/pofx2nimbra.h"
+#include "loader/trajectory/pofx2nimbra.h"
 
 namespace {
 

@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The rebasing of a time column against the bare addition.
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
-#include "storage/torvel/chunk.h"
-#include "timebase/rebase.h"
+#include "model/torvel/references/chunk.h"
+#include "loader/timebase/rebase.h"
 
 namespace {
 

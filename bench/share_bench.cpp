@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The library's own share of a load: its sources over a client that copies from memory, against the same copies into
 // buffers made in the same way without the library.
 #include <map>
@@ -8,11 +9,11 @@
 #include "bench/in_memory/rdb.h"
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
-#include "platform/nimbra/grid.h"
-#include "pointcloud/rdbx2Z4.h"
-#include "rdb/block_size.h"
-#include "storage/quillon/physical_space.h"
-#include "storage/torvel/fresh_elements.h"
+#include "model/nimbra/grid.h"
+#include "loader/pointcloud/rdbx2Z4.h"
+#include "loader/columns/block_size.h"
+#include "arrays/quillon/physical_space.h"
+#include "model/torvel/references/fresh_elements.h"
 
 namespace {
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Language level, warnings and sanitizers, the same for every target of the project.
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -27,8 +28,8 @@ option(RDB2NIMBRA_PORTABLE_ELEMENTS "Make fresh vectors as any standard library 
 add_library(rdb2nimbra_headers INTERFACE)
 target_compile_features(rdb2nimbra_headers INTERFACE cxx_std_20)
 target_include_directories(rdb2nimbra_headers INTERFACE
-  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}>
-  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra>)
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}> $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra>)
 if(RDB2NIMBRA_PORTABLE_ELEMENTS)
   target_compile_definitions(rdb2nimbra_headers INTERFACE RDB2NIMBRA_PORTABLE_ELEMENTS)
 endif()

@@ -1,11 +1,12 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # What `cmake --install` puts where, and the CMake package rdb2nimbra with the namespace rdb2nimbra::.
-# Partners: public-headers.txt (a test holds it against what the compiler reads), rdb2nimbra-config.cmake.in
+# Cmake.in
 include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/rdb2nimbra)
 set(libraries rdb2nimbra)
-foreach(pair CLIENT:rdb2nimbra_client MODEL:rdb2nimbra_model TRANSFORMATION:rdb2nimbra_transformation
-    CALENDAR:rdb2nimbra_calendar)
+foreach(pair CLIENT:rdb2nimbra_platform_client MODEL:rdb2nimbra_model
+    TRANSFORMATION:rdb2nimbra_platform_transformation CALENDAR:rdb2nimbra_platform_calendar)
   string(REPLACE ":" ";" pair ${pair})
   list(POP_FRONT pair interface embedded)
   if(NOT interface IN_LIST RDB2NIMBRA_REPLACED)
@@ -18,7 +19,7 @@ if(RDB2NIMBRA_REPLACED)
   # The replacements aren't installed with them and stay where they were found.
   set_target_properties(${libraries} PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
 endif()
-install(TARGETS ${libraries} rdb_names storage_nimbra storage_quillon rdb2nimbra_headers
+install(TARGETS ${libraries} rdb2nimbra_include rdb2nimbra_arrays_nimbra rdb2nimbra_arrays_quillon rdb2nimbra_headers
   EXPORT rdb2nimbra-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
 
@@ -31,13 +32,15 @@ endif()
 # Headers keep their folders; those of a replaced part come with its replacement.
 file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/public-headers.txt headers)
 if(CLIENT IN_LIST RDB2NIMBRA_REPLACED)
-  list(FILTER headers EXCLUDE REGEX "^platform/rdb/")
+  list(FILTER headers EXCLUDE REGEX "^(platform/client|container)/")
 endif()
 if(MODEL IN_LIST RDB2NIMBRA_REPLACED)
-  list(FILTER headers EXCLUDE REGEX "^(platform/torvel|platform/nimbra|storage/torvel)/")
+  list(FILTER headers EXCLUDE REGEX "^model/")
 endif()
 foreach(header IN LISTS headers)
   get_filename_component(folder ${header} DIRECTORY)
+  # The public ones come to include/rdb2nimbra itself.
+  string(REGEX REPLACE "^include/rdb2nimbra$" "." folder ${folder})
   install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra/${folder})
 endforeach()
 

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Which implementation of each closed interface the library is built against.
 # docs/integration.md tells what a replacement has to provide.
 #
@@ -12,7 +13,7 @@ set(RDB2NIMBRA_CALENDAR "" CACHE STRING "Target or package in place of the embed
 set(RDB2NIMBRA_CALENDAR_HEADER "" CACHE STRING "Header that declares Ondrel::getWeekDay")
 
 # The rooms of the embedded data model, all of which another one takes the place of.
-set(RDB2NIMBRA_MODEL_ROOMS platform/torvel/core storage/torvel platform/torvel platform/nimbra)
+set(RDB2NIMBRA_MODEL_ROOMS model/torvel/core model/torvel/references model/torvel/objects model/nimbra)
 
 set(RDB2NIMBRA_REPLACED "")          # the interfaces that are not embedded
 set(RDB2NIMBRA_REPLACEMENT_PACKAGES "") # what the installed package has to find first
@@ -55,12 +56,12 @@ if(MODEL IN_LIST RDB2NIMBRA_REPLACED)
   get_target_property(model_folders ${RDB2NIMBRA_MODEL} INTERFACE_INCLUDE_DIRECTORIES)
   target_include_directories(rdb2nimbra_headers BEFORE INTERFACE "$<BUILD_INTERFACE:${model_folders}>")
   set(users "")
-  foreach(room storage/quillon storage/nimbra platform/proj rdb metadata timebase waveform pointcloud trajectory)
+  foreach(room arrays/quillon arrays/nimbra platform/transformation include/rdb2nimbra loader/columns loader/timebase loader/waveform loader/pointcloud loader/trajectory)
     file(GLOB files ${PROJECT_SOURCE_DIR}/${room}/*.h ${PROJECT_SOURCE_DIR}/${room}/*.cpp)
     list(APPEND users ${files})
   endforeach()
   foreach(file IN LISTS users)
-    file(STRINGS ${file} lines REGEX "^#include \"(platform/torvel|platform/nimbra|storage/torvel)/")
+    file(STRINGS ${file} lines REGEX "^#include \"model/")
     foreach(line IN LISTS lines)
       string(REGEX REPLACE ".*\"(.*)\".*" "\\1" header "${line}")
       unset(found CACHE)

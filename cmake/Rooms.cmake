@@ -1,10 +1,14 @@
-# Stops the configure step on an include that points up the order of the rooms.
-# The order itself stands in cmake/check-rooms.cmake, which also runs as a test.
-function(rdb2nimbra_check_rooms)
-  execute_process(
-    COMMAND ${CMAKE_COMMAND} -DROOT=${PROJECT_SOURCE_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/check-rooms.cmake
-    RESULT_VARIABLE status ERROR_VARIABLE findings)
-  if(NOT status EQUAL 0)
-    message(FATAL_ERROR "${findings}")
-  endif()
+# SPDX-License-Identifier: BSD-3-Clause
+# Sources of a room once more, for a library or a test that compiles them against another platform.
+
+# rdb2nimbra_room_sources(<result> <room>...): the sources of rooms such as loader/timebase, as whole paths.
+function(rdb2nimbra_room_sources result)
+  set(all "")
+  foreach(room IN LISTS ARGN)
+    string(REPLACE "/" "_" name ${room})
+    get_target_property(sources rdb2nimbra_${name} SOURCES)
+    list(TRANSFORM sources PREPEND ${PROJECT_SOURCE_DIR}/${room}/)
+    list(APPEND all ${sources})
+  endforeach()
+  set(${result} ${all} PARENT_SCOPE)
 endfunction()

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # How a test program is declared: rdb2nimbra_test(<name> SOURCES ... LINKS ... [DEFINITIONS ...] [MEMORY]).
 # `ctest -L rdb` runs the tests of the folder tests/rdb, and so on. MEMORY adds the whole
 # program under valgrind, which runs on `ctest -C Memcheck -L memory` only.
@@ -14,7 +15,7 @@ function(rdb2nimbra_test name)
   add_executable(${name} ${arg_SOURCES})
   target_link_libraries(${name} PRIVATE ${arg_LINKS} rdb2nimbra_settings GTest::gmock GTest::gtest_main)
   target_compile_definitions(${name} PRIVATE RDB2NIMBRA_TEST_DATA="${RDB2NIMBRA_TEST_DATA}" ${arg_DEFINITIONS})
-  get_filename_component(area ${CMAKE_CURRENT_SOURCE_DIR} NAME)
+  file(RELATIVE_PATH area ${PROJECT_SOURCE_DIR}/tests ${CMAKE_CURRENT_SOURCE_DIR})
   gtest_discover_tests(${name} DISCOVERY_TIMEOUT 60 PROPERTIES LABELS ${area} TIMEOUT 600)
   # valgrind cannot raise bad_alloc; it ends the program where an allocation fails.
   if(arg_MEMORY AND VALGRIND_PROGRAM)

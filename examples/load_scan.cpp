@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Loads a scan and prints its columns: load_scan FILE
 #include <iostream>
 
-#include "include/rdb2nimbra.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 int main(int count, char** arguments) {
   if (count != 2) {

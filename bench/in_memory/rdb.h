@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A database client whose database is memory: `next` is a memcpy. It leaves a load nothing but the library's share.
 // It has the operations of `riegl::rdb` that the library uses and no others.
 #pragma once

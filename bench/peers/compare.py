@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-3-Clause
 # Reads the same columns with the library's host, with VTK's XML reader and with numpy.fromfile, and prints ratios.
 # docs/benchmarks.md tells how to read them. Nothing is installed: a peer that is not there is named and left out.
 """usage: compare.py BIN_FOLDER [RECORDS [REPETITIONS]]

@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Starts processes and reads their memory.
-// Partner: child.h
 #include "bench/support/child.h"
 
 #include <cerrno>

@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // This program once more, as a process of its own: for what only a fresh process can tell.
-// Partner: child.cpp
 #pragma once
 
 #include <cstdint>

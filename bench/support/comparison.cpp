@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Alternating runs, medians, and their report through the benchmark framework.
-// Partner: comparison.h
 #include "bench/support/comparison.h"
 
 #include <algorithm>

@@ -1,5 +1,6 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Times a code path and its baseline alternately, and reports the ratio of the medians.
-// Partner: comparison.cpp; docs/benchmarks.md tells how to read the output.
+// Docs/benchmarks.md tells how to read the output.
 #pragma once
 
 #include <functional>

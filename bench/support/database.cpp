@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Makes databases from seeds and looks at what the load has put on the grid.
-// Partner: database.h
 #include "bench/support/database.h"
 
 #include <algorithm>
@@ -13,9 +13,9 @@
 #include <unistd.h>
 
 #include "bench/support/random_values.h"
-#include "pointcloud/rdbx2Z4.h"
-#include "pointcloud/rdbx_rows.h"
-#include "storage/torvel/chunk_base.h"
+#include "loader/pointcloud/rdbx2Z4.h"
+#include "loader/pointcloud/rdbx_rows.h"
+#include "model/torvel/references/chunk_base.h"
 
 namespace bench {
 

@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Databases made from a seed, and what the grid holds of them.
-// Partner: database.cpp
 #pragma once
 
 #include <cstddef>
@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "platform/nimbra/grid.h"
-#include "platform/rdb/stored_type.h"
-#include "platform/rdb/writer.h"
+#include "model/nimbra/grid.h"
+#include "container/format/stored_type.h"
+#include "container/write/writer.h"
 
 namespace bench {
 

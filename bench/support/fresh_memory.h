@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Memory as a careful program would take it for a large read, untouched and on huge pages, and that read.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Keeps a benchmark on one processor, which is also how a program makes the embedded client read with one thread.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The outermost frame of a benchmark that prints a table of its own.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Values that follow from a seed, the same in every run.
 #pragma once
 

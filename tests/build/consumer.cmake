@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Installs the build, builds a program of somebody else's from the installed tree and runs it and the installed tools:
 #   cmake -DBUILD=<build folder> -DCONSUMER=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DGENERATOR=..
 #     -DCONFIGURATION=.. -DFLAGS=.. -P consumer.cmake

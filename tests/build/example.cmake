@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Runs the example of the README on a small scan, and on a file that is not there:
 #   cmake -DTOOL=<rdbtool> -DPROGRAM=<load_scan> -DFOLDER=<own folder> -P example.cmake
 cmake_minimum_required(VERSION 3.25)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Holds the shared libraries that a library asks for against a list:
 #   cmake -DREADELF=.. -DLIBRARY=.. "-DEXPECTED=libA.so,libB.so" -P needed-libraries.cmake
 cmake_minimum_required(VERSION 3.25)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Holds that a library starts no thread of its own: cmake -DNM=.. -DLIBRARY=.. -P no-threads.cmake
 cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND ${NM} -DC --undefined-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)

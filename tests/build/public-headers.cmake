@@ -1,14 +1,15 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Holds the installed headers against what the compiler reads from them, and keeps closed libraries out of them:
 #   cmake -DCOMPILER=.. -DROOT=.. -DLIST=.. -P public-headers.cmake
 cmake_minimum_required(VERSION 3.25)
 file(STRINGS ${LIST} listed)
 # What a program includes by itself; everything else is installed because one of these reaches it.
-set(fronts include/rdb2nimbra.h platform/rdb/writer.h platform/rdb/stored_type.h platform/rdb/verify.h
-  storage/quillon/physical_space.h storage/nimbra/mem_array.h)
+set(fronts include/rdb2nimbra/rdb2nimbra.h container/write/writer.h container/format/stored_type.h container/read/verify.h
+  arrays/quillon/physical_space.h arrays/nimbra/mem_array.h)
 set(read "")
 set(problems "")
 foreach(front IN LISTS fronts)
-  execute_process(COMMAND ${COMPILER} -std=c++20 -M -I${ROOT} -x c++ ${ROOT}/${front}
+  execute_process(COMMAND ${COMPILER} -std=c++20 -M -I${ROOT} -I${ROOT}/include -x c++ ${ROOT}/${front}
     OUTPUT_VARIABLE rule COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "[^ \n\\]+\\.?[a-z0-9+_]*" paths "${rule}")
   foreach(path IN LISTS paths)

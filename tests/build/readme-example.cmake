@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Holds the example of the README against the file that the build compiles: cmake -DROOT=<sources> -P readme-example.cmake
 cmake_minimum_required(VERSION 3.25)
 file(READ ${ROOT}/README.md readme)

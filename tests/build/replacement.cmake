@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Builds the library on another platform altogether and looks at what came of it:
 #   cmake -DROOT=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DNINJA=.. -DREADELF=.. -P replacement.cmake
 cmake_minimum_required(VERSION 3.25)
@@ -38,9 +39,9 @@ refuses("RDB2NIMBRA_CALENDAR_HEADER is set (replacement/calendar.h), and RDB2NIM
   -DRDB2NIMBRA_CALENDAR=)
 refuses("RDB2NIMBRA_TRANSFORMATION: expected a target or a package, found the path /lib/libproj.so"
   -DRDB2NIMBRA_TRANSFORMATION=/lib/libproj.so)
-set(header ${away}/platform/model/platform/torvel/console.h)
+set(header ${away}/platform/model/model/torvel/objects/console.h)
 file(RENAME ${header} ${header}.away)
-refuses("has no header platform/torvel/console.h")
+refuses("has no header model/torvel/objects/console.h")
 file(RENAME ${header}.away ${header})
 
 run("Configuring the library" ${CMAKE_COMMAND} -S ${ROOT} -B ${FOLDER}/library ${common} ${choice}
@@ -59,9 +60,9 @@ run("Looking at the library" ${CMAKE_COMMAND} -DREADELF=${READELF} -DLIBRARY=${F
 # No source was compiled with a header of the embedded parts.
 run("Reading the dependencies" ${NINJA} -C ${FOLDER}/library -t deps)
 # Paths may be absolute or relative.
-string(REGEX MATCHALL "[^ \n]*(platform/[a-z]+|storage/torvel)/[^\n]*\\.h" embedded "${output}")
+string(REGEX MATCHALL "[^ \n]*(platform/[a-z]+|container|model)/[^\n]*\\.h" embedded "${output}")
 set(other ${embedded})
-list(FILTER other INCLUDE REGEX "platform/model/platform/nimbra/grid\\.h$")
+list(FILTER other INCLUDE REGEX "platform/model/model/nimbra/grid\\.h$")
 list(FILTER embedded EXCLUDE REGEX "platform/model/")
 list(REMOVE_DUPLICATES embedded)
 if(embedded OR NOT other)

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # run(<what> <command>...): runs a step of a check and ends the check where it fails; its output is in `output`.
 # Included by the checks that build something.
 function(run what)

@@ -1,7 +1,8 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any bytes as a database file: every item and every column is read, or an Error says why not.
 #include <vector>
 
-#include "platform/rdb/rdb.h"
+#include "platform/client/rdb.h"
 #include "tests/fuzz/input_file.h"
 
 namespace {

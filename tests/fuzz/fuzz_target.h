@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What every fuzz target shares: its entry, its claims, and silence.
-// Partner: replay_main.cpp
 #pragma once
 
 #include <cstddef>
@@ -9,7 +9,7 @@
 #include <iostream>
 #include <string>
 
-#include "platform/torvel/core/speak_ptr.h"
+#include "model/torvel/core/speak_ptr.h"
 
 /// Called with one input after the other; aborts where a claim does not hold.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count);

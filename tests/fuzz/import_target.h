@@ -1,13 +1,14 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What the fuzz targets of the imports have in common: a whole database comes of any bytes, or a refusal and no file.
 #pragma once
 
 #include <filesystem>
 #include <sstream>
 
-#include "platform/rdb/error.h"
+#include "platform/client/error.h"
 #include "tests/fuzz/input_file.h"
-#include "tools/import.h"
-#include "tools/tool_error.h"
+#include "apps/rdbtool/import.h"
+#include "apps/rdbtool/tool_error.h"
 
 namespace fuzz {
 

@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The input of a fuzz target as a file, for code that reads files.
-// Partner: fuzz_target.h
 #pragma once
 
 #include <fstream>

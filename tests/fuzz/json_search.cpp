@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The first line is the key, the rest the document that is searched for it.
 #include <algorithm>
 
 #include "tests/fuzz/fuzz_target.h"
-#include "waveform/json_search.h"
+#include "loader/waveform/json_search.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   const std::string input = fuzz::silentText(bytes, count);

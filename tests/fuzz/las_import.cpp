@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any bytes as a LAS file: a whole database comes of it, or a refusal and no file.
 #include "tests/fuzz/import_target.h"
 

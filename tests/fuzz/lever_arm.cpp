@@ -1,9 +1,10 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any text as a lever-arm file: both vectors come of it, or neither.
 #include <stdexcept>
 
-#include "storage/torvel/chunk.h"
+#include "model/torvel/references/chunk.h"
 #include "tests/fuzz/input_file.h"
-#include "trajectory/lever_arm.h"
+#include "loader/trajectory/lever_arm.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   const Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;

@@ -1,6 +1,7 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any text as the item of the reflectance table.
 #include "tests/fuzz/fuzz_target.h"
-#include "waveform/parsers.h"
+#include "loader/waveform/parsers.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   Torvel::StrongPtr<Torvel::Chunk<float>, Torvel::ChunkBase> table;

@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Runs a fuzz target on every file of a corpus folder, in the order of their names: <target> <folder>
-// Partner: fuzz_target.h
 #include "tests/fuzz/fuzz_target.h"
 
 #include <algorithm>

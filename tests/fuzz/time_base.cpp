@@ -1,8 +1,9 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any text as the item of the time base.
 #include <stdexcept>
 
 #include "tests/fuzz/fuzz_target.h"
-#include "timebase/date.h"
+#include "loader/timebase/date.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   try {

@@ -1,6 +1,6 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A calendar in which every day is a Wednesday.
-// Partner: replacement/calendar.h
-#include "replacement/calendar.h"
+#include "tests/replacement/replacement/calendar.h"
 
 int Ondrel::getWeekDay(int, int, int) {
   return 3;

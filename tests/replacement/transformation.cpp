@@ -1,6 +1,6 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A transformation that leaves every point where it is.
-// Partner: replacement/transformation.h
-#include "replacement/transformation.h"
+#include "tests/replacement/replacement/transformation.h"
 
 std::string Proj::transform(const std::string&, const std::string&,
                             std::vector<Quillon::PhysicalSpace::point>&, bool) {

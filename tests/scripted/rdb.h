@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A database client without a database: it answers from a script, records every call, and raises at call k.
 // It has the operations of `riegl::rdb` that the library uses and no others, so that nothing else can creep in.
 #pragma once

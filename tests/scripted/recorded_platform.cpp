@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The record of the calls to transformation and calendar, and their answers.
-// Partner: recorded_platform.h
 #include "tests/scripted/recorded_platform.h"
 
 #include "tests/scripted/script.h"

@@ -1,8 +1,8 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A transformation and a calendar that write what they are called with into the scripted client's record.
-// Partner: recorded_platform.cpp
 #pragma once
 
-#include "storage/quillon/physical_space.h"
+#include "arrays/quillon/physical_space.h"
 
 #include <string>
 #include <vector>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Keeps the script of a thread and raises at the call that it names.
 #include "tests/scripted/script.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The script of the scripted client: what a database holds, which call fails, and what was called.
 // The client itself: tests/scripted/rdb.h
 #pragma once

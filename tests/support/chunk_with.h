@@ -1,10 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A chunk by the values that it holds.
 #pragma once
 
 #include <algorithm>
 #include <vector>
 
-#include "storage/torvel/chunk.h"
+#include "model/torvel/references/chunk.h"
 
 namespace support {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A locale with the comma as decimal mark, made by the test: no machine has to have one.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Catches what the process writes to its console while a test runs.
 #pragma once
 
@@ -5,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/torvel/core/speak_ptr.h"
+#include "model/torvel/core/speak_ptr.h"
 
 namespace support {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Databases for tests: columns told by a rule, written with the embedded client's writer.
 #pragma once
 
@@ -8,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "platform/rdb/writer.h"
+#include "container/write/writer.h"
 
 namespace support {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The process's allocation operators, with a failure at a chosen place.
 #include "tests/support/failing_allocator.h"
 

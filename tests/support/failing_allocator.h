@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // An allocator that counts, and fails once when a test says so. The operators: failing_allocator.cpp
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The bytes of a file, as a test compares them.
 #pragma once
 

@@ -1,11 +1,12 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What stands on a grid, in the words of a test.
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "platform/nimbra/grid.h"
-#include "storage/nimbra/mem_array.h"
+#include "model/nimbra/grid.h"
+#include "arrays/nimbra/mem_array.h"
 
 namespace support {
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A locale as a host may choose it: digits in groups of three.
 #pragma once
 

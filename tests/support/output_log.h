@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What code under test says: std::cerr and the console in one list, in the order in which it was said.
 #pragma once
 
@@ -7,7 +8,7 @@
 #include <utility>
 #include <vector>
 
-#include "platform/torvel/core/speak_ptr.h"
+#include "model/torvel/core/speak_ptr.h"
 
 namespace support {
 

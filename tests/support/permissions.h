@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Makes file permissions bind the programs that a test starts, also where the test runs as the superuser.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // How much of a piece of memory is really there.
 #pragma once
 

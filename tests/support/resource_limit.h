@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A limit of the system on this process, for a test that has to run out of something.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A directory of a test's own, removed with everything in it when the test ends.
 #pragma once
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The place of a virtual operation in its class's table, as the Itanium C++ ABI writes it into a pointer to member.
 #pragma once
 

@@ -1,5 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The header that a replaced calendar is known by.
-// Partner: tests/replacement/calendar.cpp
 #pragma once
 
 namespace Ondrel {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The header that a replaced database client is known by.
 #pragma once
 

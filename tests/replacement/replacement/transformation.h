@@ -1,11 +1,11 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The header that a replaced transformation is known by.
-// Partner: tests/replacement/transformation.cpp
 #pragma once
 
 #include <string>
 #include <vector>
 
-#include "storage/quillon/physical_space.h"
+#include "arrays/quillon/physical_space.h"
 
 namespace Proj {
 std::string transform(const std::string& from, const std::string& to,

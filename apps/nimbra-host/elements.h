@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The elements of a chunk with their type: its name for readers, and access without a copy.
+// Nothing here is specific to a load: any chunk of the data model can be looked at.
+#pragma once
+
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <tuple>
+#include <type_traits>
+
+#include "model/torvel/core/typename.h"
+#include "arrays/nimbra/element_records.h"
+#include "model/torvel/references/chunk_base.h"
+
+namespace nimbrahost {
+
+/// Name of an element type as users meet it; these names never change.
+template <class T>
+constexpr std::string_view elementTypeName() {
+  if constexpr (std::is_same_v<T, double>) {
+    return "double";
+  } else if constexpr (std::is_same_v<T, float>) {
+    return "float";
+  } else if constexpr (std::is_same_v<T, short>) {
+    return "short";
+  } else if constexpr (std::is_same_v<T, unsigned short>) {
+    return "unsigned short";
+  } else if constexpr (std::is_same_v<T, int>) {
+    return "int";
+  } else if constexpr (std::is_same_v<T, unsigned int>) {
+    return "unsigned int";
+  } else if constexpr (std::is_same_v<T, unsigned long long>) {
+    return "unsigned long long";
+  } else if constexpr (std::is_same_v<T, unsigned char>) {
+    return "unsigned char";
+  } else if constexpr (std::is_same_v<T, Quillon::PhysicalSpace::point>) {
+    return "point";
+  } else if constexpr (std::is_same_v<T, Quillon::PhysicalSpace::vector>) {
+    return "vector";
+  } else if constexpr (std::is_same_v<T, Quillon::ColourRGBA>) {
+    return "rgba";
+  } else {
+    static_assert(std::is_same_v<T, std::string>);
+    return "string";
+  }
+}
+
+/// Scalars per element; a text counts as one.
+template <class T>
+constexpr std::size_t componentsOf() {
+  if constexpr (std::is_same_v<T, std::string>) {
+    return 1;
+  } else {
+    return static_cast<std::size_t>(Nimbra::componentCount<T>);
+  }
+}
+
+/// Component `number` of an element.
+template <class T>
+decltype(auto) component(const T& element, std::size_t number) {
+  if constexpr (componentsOf<T>() == 1) {
+    return (element);
+  } else {
+    return element[number];
+  }
+}
+
+namespace detail {
+
+template <class T, class Visitor>
+bool visitAs(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor& visit) {
+  if (chunk.elementType() != typeid(T)) {
+    return false;
+  }
+  const std::uint64_t count = std::min<std::uint64_t>(most, chunk.elementCount());
+  visit(std::span<const T>(static_cast<const T*>(chunk.data()), count));
+  return true;
+}
+
+template <class Visitor, class... T>
+bool visitFirstMatch(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor& visit,
+                     const std::tuple<T...>*) {
+  return (visitAs<T>(chunk, most, visit) || ...) || visitAs<std::string>(chunk, most, visit);
+}
+
+} // namespace detail
+
+/// Calls `visit` with the first elements of a chunk, as a std::span<const T> of its element type.
+///
+/// \param most  at most so many elements are in the span
+/// \returns false, with no call, for an element type outside the twelve that are known
+template <class Visitor>
+bool visitElements(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor&& visit) {
+  return detail::visitFirstMatch(chunk, most, visit, static_cast<const Nimbra::ElementTypes*>(nullptr));
+}
+
+/// Name of a chunk's element type; a foreign type is named as its source language writes it.
+inline std::string elementTypeNameOf(const Torvel::ChunkBase& chunk) {
+  std::string name;
+  const auto take = [&name]<class T>(std::span<const T>) { name = elementTypeName<T>(); };
+  return visitElements(chunk, 0, take) ? name : Torvel::Typename(chunk.elementType());
+}
+
+} // namespace nimbrahost

@@ -1,0 +1,13 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Quoting of texts for JSON.
+#include "apps/nimbra-host/json_value.h"
+
+#include <nlohmann/json.hpp>
+
+namespace nimbrahost {
+
+void appendJsonText(std::string& json, std::string_view text) {
+  json += nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+} // namespace nimbrahost

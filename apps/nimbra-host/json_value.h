@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Single JSON values: texts, numbers and elements of columns.
+#pragma once
+
+#include <cmath>
+#include <string>
+#include <string_view>
+#include <type_traits>
+
+#include "apps/nimbra-host/elements.h"
+#include "arrays/nimbra/element_text.h"
+
+namespace nimbrahost {
+
+/// Appends a text in quotation marks. Bytes that are no UTF-8 become replacement characters, so that the
+/// result is valid JSON whatever a file or a path holds.
+void appendJsonText(std::string& json, std::string_view text);
+
+/// Appends a number as the shortest text that reads back to the same value of its type. Not-a-number and the
+/// infinities become the texts "nan", "inf", "-inf". Negative zero is written -0.0, because readers take -0
+/// for an integer and lose its sign.
+template <class Scalar>
+void appendJsonNumber(std::string& json, Scalar value) {
+  if constexpr (std::is_floating_point_v<Scalar>) {
+    if (std::isnan(value)) {
+      json += "\"nan\"";
+      return;
+    }
+    if (std::isinf(value)) {
+      json += value < 0 ? "\"-inf\"" : "\"inf\"";
+      return;
+    }
+    if (value == 0 && std::signbit(value)) {
+      json += "-0.0";
+      return;
+    }
+  }
+  Nimbra::appendNumber(json, value);
+}
+
+/// Appends an element: a text, a number, or a list where it has several components.
+template <class T>
+void appendJsonElement(std::string& json, const T& element) {
+  if constexpr (std::is_same_v<T, std::string>) {
+    appendJsonText(json, element);
+  } else if constexpr (componentsOf<T>() == 1) {
+    appendJsonNumber(json, element);
+  } else {
+    char separator = '[';
+    for (const auto scalar : element) {
+      json += separator;
+      appendJsonNumber(json, scalar);
+      separator = ',';
+    }
+    json += ']';
+  }
+}
+
+} // namespace nimbrahost

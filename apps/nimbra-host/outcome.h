@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What a load was asked to do, and everything that came of it.
+#pragma once
+
+#include <cstdint>
+#include <limits>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "model/nimbra/grid.h"
+
+namespace nimbrahost {
+
+/// What to load, and how.
+struct LoadRequest {
+  std::string file{};
+  bool loadAllAttributes = false;
+  int epsgCode = 0;           ///< target system of a trajectory
+  std::string leverArmFile{}; ///< for a trajectory; empty for none
+  bool rebaseTime = false;    ///< shift the time column of a trajectory onto the seconds of the week
+  bool waveform = false;      ///< read the waveform metadata as well
+};
+
+/// An exception that left a call.
+struct Raised {
+  std::string type;
+  std::string what;
+};
+
+using GridPointer = Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family>;
+
+/// The metadata for waveform processing, and what they put on two grids and two fields of the host's own.
+struct WaveformOutcome {
+  std::string result{}; ///< text of the reading, empty on success
+  std::string speak{};  ///< the values in words
+  std::string error{};  ///< why the file could not be opened or the values not attached
+  GridPointer waveformGrid{}, pointGrid{};
+  Nimbra::Field::Pointer waveformField{}, tRefField{};
+
+  bool failed() const { return !result.empty() || !error.empty(); }
+};
+
+/// The state after a load. Whatever happened, the grid holds what the load put there.
+struct LoadOutcome {
+  GridPointer grid;
+  std::string result; ///< text of the load, empty on success
+  std::optional<Raised> exception;
+  std::vector<std::string> console; ///< lines written meanwhile, without line ends
+  double loadSeconds = 0;           ///< of the load alone
+  std::optional<std::string> rebaseError;
+  std::optional<WaveformOutcome> waveform;
+
+  /// Whether everything that was asked for has been done.
+  bool succeeded() const {
+    return result.empty() && !exception && (!rebaseError || rebaseError->empty()) &&
+           (!waveform || !waveform->failed());
+  }
+};
+
+/// How many elements of each column to show.
+struct ShownValues {
+  static constexpr std::uint64_t all = std::numeric_limits<std::uint64_t>::max();
+  std::uint64_t most = 0;
+};
+
+} // namespace nimbrahost

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The columns of a database under way, a bounded number of rows at a time.
+#include "apps/rdbtool/column_batch.h"
+
+#include "apps/rdbtool/interruption.h"
+
+namespace rdbtool {
+
+AttributeSpec attribute(const std::string& name, StoredType type, const std::string& unit, unsigned length) {
+  AttributeSpec spec;
+  spec.name = name;
+  spec.type = type;
+  spec.unit = unit;
+  spec.length = length;
+  return spec;
+}
+
+std::size_t ColumnBatch::add(const AttributeSpec& spec) {
+  writer.addAttribute(spec);
+  const std::size_t rowBytes = byteSize(spec.type) * spec.length;
+  columns.push_back({rowBytes, std::vector<std::byte>(rowBytes * rowCapacity)});
+  return columns.size() - 1;
+}
+
+void ColumnBatch::write(std::size_t rows) {
+  stopIfInterrupted();
+  if (rows == 0) {
+    return;
+  }
+  std::vector<const void*> pointers;
+  for (const Column& column : columns) {
+    pointers.push_back(column.bytes.data());
+  }
+  writer.write(rows, pointers);
+}
+
+} // namespace rdbtool

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The columns of a database under way, a bounded number of rows at a time.
+#pragma once
+
+#include "container/format/stored_type.h"
+#include "container/write/writer.h"
+
+#include <cstddef>
+#include <cstdint>
+#include <cstring>
+#include <string>
+#include <vector>
+
+namespace rdbtool {
+
+using riegl::rdb::embedded::AttributeSpec;
+using riegl::rdb::embedded::byteSize;
+using riegl::rdb::embedded::StoredType;
+using riegl::rdb::embedded::Writer;
+using riegl::rdb::embedded::WriterSettings;
+
+/// Rows that a batch holds: what bounds the memory of every import and synthesis.
+constexpr std::size_t batchRows = 65536;
+
+/// An attribute as most are: one value a record, no scale.
+AttributeSpec attribute(const std::string& name, StoredType type, const std::string& unit = {},
+                        unsigned length = 1);
+
+/// Buffers of a bounded number of rows, one an attribute, and the writer that they go to.
+///
+/// \threads one thread an object
+class ColumnBatch {
+ public:
+  /// \param target       must outlive the batch
+  /// \param mostRows     rows that the buffers take
+  explicit ColumnBatch(Writer& target, std::size_t mostRows = batchRows)
+      : writer(target), rowCapacity(mostRows) {}
+
+  /// Adds an attribute to the database and a column to the batch; hands back the column's number.
+  std::size_t add(const AttributeSpec& spec);
+
+  /// The place of one row of one column: `length` values of the stored type.
+  std::byte* place(std::size_t column, std::size_t row) {
+    return columns[column].bytes.data() + row * columns[column].rowBytes;
+  }
+  /// Stores one value of the column's own type.
+  template <typename T>
+  void put(std::size_t column, std::size_t row, const T& value) {
+    std::memcpy(place(column, row), &value, sizeof value);
+  }
+  /// Columns that were added.
+  std::size_t columnCount() const noexcept { return columns.size(); }
+
+  /// Appends the first `rows` rows to the database.
+  ///
+  /// \errors  ToolError after an interruption; riegl::rdb::Error from the writer
+  void write(std::size_t rows);
+
+ private:
+  struct Column {
+    std::size_t rowBytes;
+    std::vector<std::byte> bytes;
+  };
+  Writer& writer;
+  std::size_t rowCapacity;
+  std::vector<Column> columns;
+};
+
+} // namespace rdbtool

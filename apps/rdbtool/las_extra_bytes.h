@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The described extra bytes of LAS 1.4 point records, as attributes named las.<name>.
+#pragma once
+
+#include "apps/rdbtool/column_batch.h"
+#include "apps/rdbtool/las_header.h"
+
+#include <string>
+#include <vector>
+
+namespace rdbtool {
+
+/// One described piece of the bytes behind the standard part of a point record.
+struct ExtraBytesField {
+  unsigned position = 0; // from the start of the record
+  AttributeSpec spec;
+};
+
+/// What the descriptions of a file yield.
+struct ExtraBytes {
+  std::vector<ExtraBytesField> fields;
+  std::vector<std::string> left; // one sentence for each piece that becomes no attribute
+};
+
+/// Reads the descriptions in the file's record 4 of LASF_Spec. Fields of one to three values of a plain type
+/// whose values share scale and offset become attributes; all else is named in `left`.
+///
+/// \param header  a checked header
+/// \errors        none: what cannot be understood is left
+ExtraBytes describedExtraBytes(const LasHeader& header);
+
+} // namespace rdbtool

@@ -1,0 +1,263 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Imports LAS points: each part of a point record becomes an attribute.
+// The mapping is told in docs/rdbtool.md.
+#include "apps/rdbtool/import.h"
+#include "apps/rdbtool/input_file.h"
+#include "apps/rdbtool/interruption.h"
+#include "apps/rdbtool/las_extra_bytes.h"
+#include "apps/rdbtool/las_header.h"
+#include "apps/rdbtool/las_projection.h"
+#include "apps/rdbtool/number_text.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <ostream>
+
+namespace rdbtool {
+
+namespace {
+
+constexpr double adjustedOrigin = 1e9; // what adjusted stamps leave away
+constexpr std::size_t pieceBytes = std::size_t{16} << 20;
+
+/// Reads the point records piece by piece, from the first as often as asked.
+class PointReader {
+ public:
+  PointReader(InputFile& lasFile, const LasHeader& checkedHeader) : file(lasFile), header(checkedHeader) {
+    rowsAtOnce = std::clamp<std::size_t>(pieceBytes / header.recordBytes, 1, batchRows);
+    rowsAtOnce = static_cast<std::size_t>(std::min<std::uint64_t>(rowsAtOnce, header.pointCount));
+    bytes.resize(rowsAtOnce * header.recordBytes);
+  }
+
+  /// The most records that a visit gets.
+  std::size_t mostRows() const { return rowsAtOnce; }
+
+  /// Calls visit(first record's bytes, record count) over all points.
+  template <typename Visit>
+  void forEachPiece(const Visit& visit) {
+    for (std::uint64_t row = 0; row < header.pointCount; row += rowsAtOnce) {
+      const auto rows =
+          static_cast<std::size_t>(std::min<std::uint64_t>(rowsAtOnce, header.pointCount - row));
+      const std::span<std::byte> piece(bytes.data(), rows * header.recordBytes);
+      file.readAt(header.pointOffset + row * header.recordBytes, piece);
+      visit(static_cast<const std::byte*>(bytes.data()), rows);
+    }
+  }
+
+ private:
+  InputFile& file;
+  const LasHeader& header;
+  std::size_t rowsAtOnce;
+  std::vector<std::byte> bytes;
+};
+
+/// What has to be known of all points before the first is written.
+struct Overview {
+  double firstStamp = 0;
+  bool stampsOutsideWeek = false;
+  bool wideColours = false; // some channel needs more than 8 bits
+};
+
+Overview overviewOf(PointReader& reader, const LasHeader& header) {
+  Overview overview;
+  bool any = false;
+  reader.forEachPiece([&](const std::byte* record, std::size_t rows) {
+    for (std::size_t row = 0; row < rows; ++row, record += header.recordBytes) {
+      if (header.layout.gpsTime) {
+        const auto stamp = littleEndian<double>(record + *header.layout.gpsTime);
+        overview.firstStamp = any ? overview.firstStamp : stamp;
+        overview.stampsOutsideWeek |= !(stamp >= 0 && stamp < weekSeconds);
+        any = true;
+      }
+      for (unsigned channel = 0; header.layout.colour && channel < 3; ++channel) {
+        overview.wideColours |=
+            littleEndian<std::uint16_t>(record + *header.layout.colour + 2 * channel) > 255;
+      }
+    }
+  });
+  return overview;
+}
+
+/// How stamps become seconds of the week, and the day of the time base.
+struct TimeMapping {
+  double addend = 0;
+  CalendarDate epoch;
+};
+
+/// The week that stamps of the week are counted in: asked for, or that of the file's creation.
+CalendarDate weekOfSurvey(const ImportRequest& request, const LasHeader& header) {
+  if (request.date) {
+    return *request.date;
+  }
+  const bool dated = header.creationYear >= 1980 && header.creationYear <= 9999 && header.creationDay >= 1 &&
+                     header.creationDay <= 366;
+  return dated ? plusDays({static_cast<int>(header.creationYear), 1, 1}, header.creationDay - 1)
+               : CalendarDate{};
+}
+
+TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, const Overview& overview,
+                        std::ostream& notes) {
+  if (!header.adjustedGpsTime) {
+    if (overview.stampsOutsideWeek) {
+      notes << request.input << ": expected GPS seconds of the week, found stamps outside 0 to 604800; they "
+            << "are kept as they are\n";
+    }
+    return {0, epochForWeekSeconds(overview.firstStamp, weekOfSurvey(request, header))};
+  }
+  const double week = std::floor((overview.firstStamp + adjustedOrigin) / weekSeconds);
+  if (!(week >= 0 && week < 1e5)) {
+    notes << request.input << ": expected adjusted GPS time, found a first stamp of "
+          << numberText(overview.firstStamp) << "; the stamps are kept as they are\n";
+    return {0, weekOfSurvey(request, header)};
+  }
+  // The addend is whole and, outside the origin's own week, the sum smaller than the stamp: no bit is lost.
+  const double addend = adjustedOrigin - week * weekSeconds;
+  const CalendarDate weekBegin = plusDays(CalendarDate{}, static_cast<std::int64_t>(week) * 7);
+  return {addend, epochForWeekSeconds(overview.firstStamp + addend, weekBegin)};
+}
+
+/// Turns point records into rows of the batch.
+class PointWriter {
+ public:
+  PointWriter(Writer& writer, std::size_t mostRows, const LasHeader& checkedHeader,
+              const ExtraBytes& described, double addend, bool wide)
+      : batch(writer, mostRows), header(checkedHeader), extra(described), stampAddend(addend),
+        wideColours(wide) {
+    position = batch.add(attribute("riegl.xyz", StoredType::float64, "m", 3));
+    if (header.layout.gpsTime) {
+      stamp = batch.add(attribute("riegl.timestamp", StoredType::float64, "s"));
+    }
+    amplitude = batch.add(attribute("riegl.amplitude", StoredType::uint16));
+    targetIndex = batch.add(attribute("riegl.target_index", StoredType::uint8));
+    targetCount = batch.add(attribute("riegl.target_count", StoredType::uint8));
+    classification = batch.add(attribute("riegl.class", StoredType::uint16));
+    addScanAngle();
+    source = batch.add(attribute("riegl.source_index", StoredType::uint16));
+    if (header.layout.colour) {
+      colour = batch.add(attribute("riegl.rgba", StoredType::uint8, {}, 4));
+      // A load takes the colours' column from this attribute, so the one never stands without the other.
+      batch.add(attribute("riegl.direction_medium", StoredType::int8, {}, 3));
+    }
+    for (const ExtraBytesField& field : extra.fields) {
+      extraColumns.push_back(batch.add(field.spec));
+    }
+  }
+
+  void take(const std::byte* record, std::size_t rows) {
+    for (std::size_t row = 0; row < rows; ++row, record += header.recordBytes) {
+      putCommon(record, row);
+      header.layout.extended ? putExtended(record, row) : putLegacy(record, row);
+      if (header.layout.colour) {
+        putColour(record + *header.layout.colour, row);
+      }
+      for (std::size_t index = 0; index < extraColumns.size(); ++index) {
+        const AttributeSpec& spec = extra.fields[index].spec;
+        std::memcpy(batch.place(extraColumns[index], row), record + extra.fields[index].position,
+                    byteSize(spec.type) * spec.length);
+      }
+    }
+    batch.write(rows);
+  }
+
+ private:
+  void addScanAngle() {
+    AttributeSpec spec = attribute("riegl.scan_angle", StoredType::int8, "deg");
+    if (header.layout.extended) {
+      spec.type = StoredType::int16;
+      spec.scale = 0.006;
+    }
+    scanAngle = batch.add(spec);
+  }
+
+  void putCommon(const std::byte* record, std::size_t row) {
+    std::array<double, 3> place;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      place[axis] = littleEndian<std::int32_t>(record + 4 * axis) * header.scale[axis] + header.offset[axis];
+    }
+    batch.put(position, row, place);
+    if (header.layout.gpsTime) {
+      batch.put(stamp, row, littleEndian<double>(record + *header.layout.gpsTime) + stampAddend);
+    }
+    batch.put(amplitude, row, littleEndian<std::uint16_t>(record + 12));
+  }
+
+  void putLegacy(const std::byte* record, std::size_t row) {
+    const unsigned returns = std::to_integer<unsigned>(record[14]);
+    batch.put(targetIndex, row, static_cast<std::uint8_t>(returns & 7u));
+    batch.put(targetCount, row, static_cast<std::uint8_t>((returns >> 3) & 7u));
+    // The upper three bits are flags.
+    batch.put(classification, row, static_cast<std::uint16_t>(std::to_integer<unsigned>(record[15]) & 31u));
+    batch.put(scanAngle, row, littleEndian<std::int8_t>(record + 16));
+    batch.put(source, row, littleEndian<std::uint16_t>(record + 18));
+  }
+
+  void putExtended(const std::byte* record, std::size_t row) {
+    const unsigned returns = std::to_integer<unsigned>(record[14]);
+    batch.put(targetIndex, row, static_cast<std::uint8_t>(returns & 15u));
+    batch.put(targetCount, row, static_cast<std::uint8_t>(returns >> 4));
+    batch.put(classification, row, std::to_integer<std::uint16_t>(record[16]));
+    batch.put(scanAngle, row, littleEndian<std::int16_t>(record + 18));
+    batch.put(source, row, littleEndian<std::uint16_t>(record + 20));
+  }
+
+  void putColour(const std::byte* channels, std::size_t row) {
+    std::array<std::uint8_t, 4> rgba{0, 0, 0, 255};
+    for (std::size_t channel = 0; channel < 3; ++channel) {
+      const unsigned value = littleEndian<std::uint16_t>(channels + 2 * channel);
+      rgba[channel] = static_cast<std::uint8_t>(wideColours ? value >> 8 : value);
+    }
+    batch.put(colour, row, rgba);
+  }
+
+  ColumnBatch batch;
+  const LasHeader& header;
+  const ExtraBytes& extra;
+  double stampAddend;
+  bool wideColours;
+  std::size_t position = 0, stamp = 0, amplitude = 0, targetIndex = 0, targetCount = 0, classification = 0,
+              scanAngle = 0, source = 0, colour = 0;
+  std::vector<std::size_t> extraColumns;
+};
+
+void tellWhatIsLeft(const ImportRequest& request, const LasHeader& header, const ExtraBytes& extra,
+                    std::ostream& notes) {
+  if (header.layout.waveform) {
+    notes << request.input << ": waveform packets of point format " << header.format << " left\n";
+  }
+  if (header.layout.nearInfrared) {
+    notes << request.input << ": near infrared of point format " << header.format << " left\n";
+  }
+  for (const std::string& sentence : extra.left) {
+    notes << request.input << ": " << sentence << "\n";
+  }
+}
+
+} // namespace
+
+std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
+  InputFile file(request.input);
+  const LasHeader header = readLasHeader(file);
+  const ExtraBytes extra = describedExtraBytes(header);
+  tellWhatIsLeft(request, header, extra, notes);
+  PointReader reader(file, header);
+  const Overview overview = overviewOf(reader, header);
+  TimeMapping mapping;
+  if (header.layout.gpsTime) {
+    mapping = timeMapping(request, header, overview, notes);
+  }
+  const InterruptionWatch watch;
+  Writer writer(request.output, request.writer);
+  PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, overview.wideColours);
+  if (header.layout.gpsTime) {
+    writer.setMetadata("riegl.time_base", timeBaseText(mapping.epoch, "GPS"));
+  }
+  if (const std::string tag = geoTagText(header.records); !tag.empty()) {
+    writer.setMetadata("riegl.geo_tag", tag);
+  }
+  reader.forEachPiece([&](const std::byte* records, std::size_t rows) { points.take(records, rows); });
+  writer.finish();
+  return header.pointCount;
+}
+
+} // namespace rdbtool

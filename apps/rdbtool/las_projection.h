@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The coordinate system that a LAS file names, as the metadata item riegl.geo_tag.
+#pragma once
+
+#include "apps/rdbtool/las_header.h"
+
+#include <string>
+#include <vector>
+
+namespace rdbtool {
+
+/// A JSON object {"crs": {"epsg": N, "wkt": "..."}} with the keys that the file gives; empty where it gives none.
+/// The number comes from the keys of GeoTIFF (projected before geographic), the text from the WKT record.
+std::string geoTagText(const std::vector<LasVariableRecord>& records);
+
+} // namespace rdbtool

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The extensions that a load goes by.
+#include "apps/rdbtool/output_name.h"
+
+#include <filesystem>
+#include <ostream>
+
+namespace rdbtool {
+
+namespace {
+
+DatabaseContent contentByName(const std::string& path) {
+  const std::string extension = std::filesystem::path(path).extension().string();
+  return extension == ".pofx"   ? DatabaseContent::trajectory
+         : extension == ".sodx" ? DatabaseContent::shots
+                                : DatabaseContent::points;
+}
+
+const char* nameOf(DatabaseContent content) {
+  return content == DatabaseContent::trajectory ? "a trajectory"
+         : content == DatabaseContent::shots    ? "shots"
+                                                : "points";
+}
+
+const char* extensionOf(DatabaseContent content) {
+  return content == DatabaseContent::trajectory ? ".pofx"
+         : content == DatabaseContent::shots    ? ".sodx"
+                                                : ".rdbx";
+}
+
+} // namespace
+
+void noteOutputName(DatabaseContent content, const std::string& path, std::ostream& notes) {
+  const DatabaseContent taken = contentByName(path);
+  if (taken != content) {
+    notes << path << ": expected the extension " << extensionOf(content) << " for " << nameOf(content)
+          << ", found a name that a load takes for " << nameOf(taken) << "\n";
+  }
+}
+
+} // namespace rdbtool

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What rdbtool tells of a database: its description, and the findings of a check.
+#include "apps/rdbtool/report.h"
+
+#include "platform/client/rdb.h"
+#include "container/format/stored_type.h"
+#include "container/read/verify.h"
+#include "apps/rdbtool/input_file.h"
+#include "apps/rdbtool/number_text.h"
+
+#include <iomanip>
+#include <nlohmann/json.hpp>
+#include <ostream>
+
+namespace rdbtool {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+namespace embedded = riegl::rdb::embedded;
+using riegl::rdb::pointcloud::PointAttribute;
+
+std::string typeName(const PointAttribute& attribute) {
+  const auto type = embedded::storedTypeOf(attribute.storedType);
+  return type ? std::string(embedded::name(*type)) : "unknown";
+}
+
+std::string quoted(const std::string& text) {
+  return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+}
+
+void describeAsJson(const std::string& path, riegl::rdb::Pointcloud& database, std::ostream& out) {
+  Json description = {{"file", path},
+                      {"records", database.recordCount()},
+                      {"block_rows", database.blockRows()},
+                      {"attributes", Json::array()},
+                      {"metadata", Json::array()}};
+  for (const std::string& name : database.pointAttribute().list()) {
+    const PointAttribute attribute = database.pointAttribute().get(name);
+    description["attributes"].push_back({{"name", name},
+                                         {"type", typeName(attribute)},
+                                         {"length", attribute.length},
+                                         {"scale", attribute.scale},
+                                         {"offset", attribute.offset},
+                                         {"unit", attribute.unit},
+                                         {"title", attribute.title},
+                                         {"description", attribute.description}});
+  }
+  for (const std::string& name : database.metaData().list()) {
+    description["metadata"].push_back({{"name", name}, {"bytes", database.metaData().get(name).size()}});
+  }
+  out << description.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+}
+
+void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, std::ostream& out) {
+  out << path << "\nrecords     " << database.recordCount() << "\nblock rows  " << database.blockRows()
+      << "\nattributes\n";
+  for (const std::string& name : database.pointAttribute().list()) {
+    const PointAttribute attribute = database.pointAttribute().get(name);
+    out << "  " << std::left << std::setw(36) << name << " " << std::setw(8) << typeName(attribute) << " x "
+        << attribute.length;
+    if (attribute.scale != 1) {
+      out << "  scale " << numberText(attribute.scale);
+    }
+    if (attribute.offset != 0) {
+      out << "  offset " << numberText(attribute.offset);
+    }
+    if (!attribute.unit.empty()) {
+      out << "  unit " << quoted(attribute.unit);
+    }
+    out << "\n";
+  }
+  out << "metadata\n";
+  for (const std::string& name : database.metaData().list()) {
+    out << "  " << std::left << std::setw(36) << name << " " << database.metaData().get(name).size()
+        << " bytes\n";
+  }
+}
+
+std::string counted(std::uint64_t count, const std::string& thing) {
+  return std::to_string(count) + " " + thing + (count == 1 ? "" : "s");
+}
+
+} // namespace
+
+void describe(const std::string& path, bool json, std::ostream& out) {
+  requireReadableFile(path);
+  riegl::rdb::Pointcloud database{riegl::rdb::Context("", "")};
+  database.open(path, {});
+  json ? describeAsJson(path, database, out) : describeAsText(path, database, out);
+}
+
+bool verifyDatabase(const std::string& path, std::ostream& out) {
+  requireReadableFile(path);
+  const auto print = [&out](const std::string& what, const std::string& details) {
+    out << what << ": " << details << "\n";
+  };
+  try {
+    const embedded::Verification seen = embedded::verify(path, print);
+    out << path << ": " << counted(seen.blocks, "block") << ", " << seen.bytes << " bytes, "
+        << counted(seen.findings, "finding");
+    if (seen.withoutChecksum > 0) {
+      out << ", " << counted(seen.withoutChecksum, "block") << " without a checksum";
+    }
+    out << "\n";
+    return seen.findings == 0;
+  } catch (const riegl::rdb::Error& error) {
+    print(error.what(), error.details());
+    return false;
+  }
+}
+
+} // namespace rdbtool

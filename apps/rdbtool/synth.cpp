@@ -1,0 +1,191 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Makes databases of a synthetic survey: its scan, its shots, or its trajectory.
+#include "apps/rdbtool/synth.h"
+
+#include "apps/rdbtool/input_file.h"
+#include "apps/rdbtool/interruption.h"
+#include "apps/rdbtool/synth_metadata.h"
+#include "apps/rdbtool/tool_error.h"
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <set>
+
+namespace rdbtool {
+
+namespace {
+
+constexpr std::uint64_t fastestRateHz = 10000000;
+
+std::string fullName(const std::string& name) {
+  return name.rfind("riegl.", 0) == 0 ? name : "riegl." + name;
+}
+
+/// The columns of `table` that were asked for, in the table's order; all where none was.
+template <typename Column>
+std::vector<Column> chosen(const std::vector<Column>& table, const std::vector<std::string>& names) {
+  std::set<std::string> wanted;
+  for (const std::string& name : names) {
+    wanted.insert(fullName(name));
+  }
+  if (wanted.count("riegl.rgba") != 0) {
+    wanted.insert("riegl.direction_medium"); // a load takes the colours' column from it
+  }
+  std::vector<Column> columns;
+  for (const Column& column : table) {
+    if (names.empty() || wanted.erase(column.spec.name) > 0) {
+      columns.push_back(column);
+    }
+  }
+  if (!names.empty() && !wanted.empty()) {
+    throw wrongUse("--columns: expected columns of this kind of database, found \"" + *wanted.begin() + "\"");
+  }
+  return columns;
+}
+
+template <typename Column>
+void addColumns(ColumnBatch& batch, const std::vector<Column>& columns) {
+  for (const Column& column : columns) {
+    batch.add(column.spec);
+  }
+}
+
+void writeScan(Writer& writer, const Survey& survey, const SynthRequest& request) {
+  const std::vector<ScanColumn> columns = chosen(scanColumns(), request.columns);
+  ColumnBatch batch(writer);
+  addColumns(batch, columns);
+  ShotStream shots(survey);
+  Shot shot;
+  unsigned echo = 0;
+  for (std::uint64_t first = 0; first < request.records; first += batchRows) {
+    const auto rows = static_cast<std::size_t>(std::min<std::uint64_t>(batchRows, request.records - first));
+    for (std::size_t row = 0; row < rows; ++row) {
+      if (echo == shot.echoes.count) {
+        shot = shots.next();
+        echo = 0;
+      }
+      for (std::size_t column = 0; column < columns.size(); ++column) {
+        columns[column].put(shot, echo, batch.place(column, row));
+      }
+      ++echo;
+    }
+    batch.write(rows);
+  }
+}
+
+void writeShots(Writer& writer, const Survey& survey, const SynthRequest& request) {
+  const std::vector<ShotColumn> columns = chosen(shotColumns(), request.columns);
+  ColumnBatch batch(writer);
+  addColumns(batch, columns);
+  ShotStream shots(survey);
+  for (std::uint64_t first = 0; first < request.records; first += batchRows) {
+    const auto rows = static_cast<std::size_t>(std::min<std::uint64_t>(batchRows, request.records - first));
+    for (std::size_t row = 0; row < rows; ++row) {
+      const Shot shot = shots.next();
+      for (std::size_t column = 0; column < columns.size(); ++column) {
+        columns[column].put(shot, batch.place(column, row));
+      }
+    }
+    batch.write(rows);
+  }
+}
+
+void checkRate(const std::string& option, std::uint64_t rateHz) {
+  if (rateHz < 1 || rateHz > fastestRateHz) {
+    throw wrongUse(option + ": expected 1 to " + std::to_string(fastestRateHz) + " per second, found " +
+                   std::to_string(rateHz));
+  }
+}
+
+/// Stamps are seconds of one day, so a flight must not reach midnight.
+void checkDay(const SynthRequest& request, const Survey& survey) {
+  const std::uint64_t step = request.kind == SynthKind::trajectory ? ticksPerSecond / request.trajectoryRateHz
+                                                                   : survey.ticksPerShot();
+  const std::uint64_t most = (86400 * ticksPerSecond - survey.startTicks()) / step;
+  if (request.records > most) {
+    throw wrongUse("--records: expected at most " + std::to_string(most) +
+                   ", so that the flight ends before midnight, found " + std::to_string(request.records));
+  }
+}
+
+/// A lever-arm file that is written beside its place and takes it when the database stands. An empty path is
+/// no file.
+class LeverArmFile {
+ public:
+  explicit LeverArmFile(const std::string& target) : path(target), partial(target + ".partial") {
+    if (path.empty()) {
+      return;
+    }
+    std::ofstream file(partial, std::ios::trunc);
+    file << "leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n";
+    file.close();
+    std::error_code unseen;
+    if (!file || std::filesystem::is_directory(path, unseen)) {
+      discard();
+      refuse();
+    }
+  }
+  LeverArmFile(const LeverArmFile&) = delete;
+  LeverArmFile& operator=(const LeverArmFile&) = delete;
+  ~LeverArmFile() {
+    if (!path.empty()) {
+      discard();
+    }
+  }
+
+  void finish() const {
+    std::error_code problem;
+    if (!path.empty()) {
+      std::filesystem::rename(partial, path, problem);
+    }
+    if (problem) {
+      refuse();
+    }
+  }
+
+ private:
+  void discard() const {
+    std::error_code ignored;
+    std::filesystem::remove(partial, ignored);
+  }
+  [[noreturn]] void refuse() const {
+    throw failed(path + ": expected a place for the lever-arm file, found that it cannot be written");
+  }
+
+  std::string path, partial;
+};
+
+} // namespace
+
+void synthesise(const SynthRequest& request) {
+  checkRate("--pulse-rate", request.pulseRateHz);
+  checkRate("--trajectory-rate", request.trajectoryRateHz);
+  if (!request.leverArmFile.empty()) {
+    requireDistinct(request.output, request.leverArmFile);
+  }
+  const Survey survey(request.seed, request.pulseRateHz);
+  checkDay(request, survey);
+  const auto metadata = syntheticMetadata(request.kind, survey, request.without);
+  const InterruptionWatch watch;
+  const LeverArmFile leverArm(request.leverArmFile);
+  Writer writer(request.output, request.writer);
+  for (const auto& [name, value] : metadata) {
+    writer.setMetadata(name, value);
+  }
+  switch (request.kind) {
+  case SynthKind::scan:
+    writeScan(writer, survey, request);
+    break;
+  case SynthKind::shots:
+    writeShots(writer, survey, request);
+    break;
+  case SynthKind::trajectory:
+    writeTrajectory(writer, survey, request);
+    break;
+  }
+  writer.finish();
+  leverArm.finish();
+}
+
+} // namespace rdbtool

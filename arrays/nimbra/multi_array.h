@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The iterator chain with extents: an array of rank N as something to index. Chain:
+// arrays/nimbra/hyperslab.h
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <limits>
+#include <utility>
+
+#include "arrays/nimbra/hyperslab.h"
+
+namespace Nimbra {
+
+/// An index or the extents of rank N; entry 0 runs fastest.
+template <int N>
+using MultiIndex = std::array<std::uint64_t, static_cast<std::size_t>(N)>;
+
+/// Number of elements of the given extents; the largest number there is where the product is beyond it, so
+/// that memory for them is refused.
+template <std::size_t Rank>
+std::uint64_t elementTotal(const std::array<std::uint64_t, Rank>& extents) {
+  std::uint64_t total = 1;
+  bool beyond = false;
+  for (const std::uint64_t extent : extents) {
+    if (extent == 0) {
+      return 0;
+    }
+    beyond = __builtin_mul_overflow(total, extent, &total) || beyond;
+  }
+  return beyond ? std::numeric_limits<std::uint64_t>::max() : total;
+}
+
+/// Index of the last element; 0 in each rank whose extent is 0.
+template <std::size_t Rank>
+std::array<std::uint64_t, Rank> lastIndex(const std::array<std::uint64_t, Rank>& extents) {
+  std::array<std::uint64_t, Rank> last{};
+  for (std::size_t rank = 0; rank < Rank; ++rank) {
+    last[rank] = extents[rank] == 0 ? 0 : extents[rank] - 1;
+  }
+  return last;
+}
+
+/// The chain with its extents.
+template <int N, class T>
+class MultiArrayBase : public CreativeIterator<T> {
+ public:
+  MultiIndex<N> size{}; ///< extents in elements
+};
+
+template <int N, class T, class Sequence = std::make_integer_sequence<unsigned long long, N>>
+class MultiArray;
+
+/// Access with one argument a rank.
+template <int N, class T, unsigned long long... Ranks>
+class MultiArray<N, T, std::integer_sequence<unsigned long long, Ranks...>> : public MultiArrayBase<N, T> {
+  template <unsigned long long>
+  using Index = std::uint64_t;
+
+ public:
+  /// The element at the given index by the iterator rule; no check of bounds.
+  T at(Index<Ranks>... index) const { return at(MultiIndex<N>{index...}); }
+  T at(const MultiIndex<N>& index) const { return this->elementAt(index, this->size); }
+};
+
+} // namespace Nimbra

@@ -1,0 +1,209 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The work of one `next`: reading, verifying and converting, on one thread or several.
+#include "container/read/read_jobs.h"
+
+#include "container/format/checksum.h"
+#include "container/read/populate.h"
+
+#include <algorithm>
+#include <atomic>
+#include <cstring>
+#include <exception>
+#include <mutex>
+#include <thread>
+
+namespace riegl::rdb::embedded {
+namespace {
+
+// Below this, starting a thread costs more than it saves.
+constexpr std::uint64_t leastBytesForThreads = std::uint64_t{8} * 1024 * 1024;
+
+/// Takes a block's bytes in order, and keeps the checksum of those it has seen.
+class BlockPass {
+ public:
+  BlockPass(BlockReader& source, bool keepsChecksum) : reader(source), verifies(keepsChecksum) {}
+
+  /// Reads the next bytes of the block to `to`.
+  void read(unsigned char* to, std::size_t bytes) {
+    reader.read(to, bytes, offset);
+    offset += bytes;
+    if (verifies) {
+      checksum = crc32(checksum, to, bytes);
+    }
+  }
+  /// Goes to `target`; what lies between counts for the checksum.
+  void skipTo(std::size_t target) {
+    if (!verifies) {
+      offset = target;
+      return;
+    }
+    reader.stored.resize(std::max(reader.stored.size(), std::min(chunkBytes, target - offset)));
+    while (offset < target) {
+      read(reader.stored.data(), std::min(chunkBytes, target - offset));
+    }
+  }
+  std::uint32_t found() const { return checksum; }
+
+ private:
+  BlockReader& reader;
+  bool verifies;
+  std::size_t offset = 0;
+  std::uint32_t checksum = 0;
+};
+
+void deliverStoredBytes(BlockPass& pass, unsigned char* to, std::size_t bytes) {
+  while (bytes > 0) {
+    const std::size_t part = std::min(bytes, chunkBytes);
+    populate(to, part);
+    pass.read(to, part);
+    to += part;
+    bytes -= part;
+  }
+}
+
+void scatter(const unsigned char* from, const Target& target, unsigned char* to, std::size_t rows) {
+  for (std::size_t row = 0; row < rows; ++row) {
+    std::memcpy(to + row * target.stride, from + row * target.recordBytes, target.recordBytes);
+  }
+}
+
+void deliverRecords(BlockPass& pass, BlockReader& reader, const Target& target, unsigned char* to,
+                    std::uint64_t rows) {
+  const auto storedBytes = static_cast<std::size_t>(target.column->recordBytes());
+  const std::size_t rowsAtOnce = std::clamp<std::size_t>(chunkBytes / storedBytes, 1, rows);
+  const bool tight = target.stride == target.recordBytes;
+  const pointcloud::PointAttribute& attribute = target.column->attribute;
+  reader.stored.resize(std::max(reader.stored.size(), rowsAtOnce * storedBytes));
+  if (!tight && target.conversion != nullptr) {
+    reader.converted.resize(std::max(reader.converted.size(), rowsAtOnce * target.recordBytes));
+  }
+  for (std::uint64_t done = 0; done < rows; done += rowsAtOnce) {
+    const std::size_t part = std::min<std::size_t>(rowsAtOnce, rows - done);
+    unsigned char* const destination = to + done * target.stride;
+    pass.read(reader.stored.data(), part * storedBytes);
+    const unsigned char* records = reader.stored.data();
+    if (target.conversion != nullptr) {
+      unsigned char* const result = tight ? destination : reader.converted.data();
+      target.conversion(records, result, part * attribute.length, attribute.scale, attribute.offset);
+      records = result;
+    }
+    if (!tight) {
+      scatter(records, target, destination, part);
+    }
+  }
+}
+
+/// Delivers a job's records; the checksum of the whole block if it `verifies`.
+std::uint32_t deliver(const ReadJob& job, const BlockLayout& layout, BlockReader& reader, bool verifies) {
+  const Target& target = *job.target;
+  const auto storedBytes = static_cast<std::size_t>(target.column->recordBytes());
+  BlockPass pass(reader, verifies);
+  pass.skipTo(job.firstRow * storedBytes);
+  unsigned char* const to = target.buffer + job.firstRecord * target.stride;
+  if (target.conversion == nullptr && target.stride == storedBytes) {
+    deliverStoredBytes(pass, to, job.rows * storedBytes);
+  } else {
+    deliverRecords(pass, reader, target, to, job.rows);
+  }
+  if (verifies) {
+    pass.skipTo(layout.rows(job.block) * storedBytes);
+  }
+  return pass.found();
+}
+
+/// The failure of the lowest job so far.
+class FirstFailure {
+ public:
+  void report(std::uint64_t job, std::exception_ptr failure) {
+    const std::lock_guard<std::mutex> lock(mutex);
+    if (job < lowest) {
+      lowest = job;
+      first = std::move(failure);
+    }
+  }
+  void raise() const {
+    if (first) {
+      std::rethrow_exception(first);
+    }
+  }
+
+ private:
+  std::mutex mutex;
+  std::uint64_t lowest = noBlock;
+  std::exception_ptr first;
+};
+
+} // namespace
+
+ReadJobs::ReadJobs(const BlockLayout& division, const std::vector<Target>& columns, std::uint64_t position,
+                   std::uint64_t count)
+    : layout(division), targets(columns), begin(position), end(position + count),
+      firstBlock(position / division.blockRows),
+      blocks(count == 0 ? 0 : (end - 1) / division.blockRows - firstBlock + 1) {}
+
+ReadJob ReadJobs::operator[](std::uint64_t index) const {
+  const std::uint64_t block = firstBlock + index / targets.size();
+  const std::uint64_t first = std::max(begin, layout.firstRow(block));
+  const std::uint64_t last = std::min(end, layout.firstRow(block) + layout.rows(block));
+  return {&targets[index % targets.size()], block, first - layout.firstRow(block), last - first,
+          first - begin};
+}
+
+std::uint64_t ReadJobs::storedBytes() const {
+  std::uint64_t recordBytes = 0;
+  for (const Target& target : targets) {
+    recordBytes += target.column->recordBytes();
+  }
+  return recordBytes * (end - begin);
+}
+
+void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
+  reader.open(*job.target->column, layout, job.block);
+  const bool verifies = reader.checksum().has_value() && job.block != job.target->verified;
+  if (verifies && reader.readPastSqlite()) {
+    if (deliver(job, layout, reader, verifies) == reader.checksum()) {
+      return;
+    }
+    reader.readThroughSqlite(); // whose verdict stands
+  }
+  const std::uint32_t found = deliver(job, layout, reader, verifies);
+  if (verifies) {
+    reader.requireChecksum(found);
+  }
+}
+
+void runAll(const ReadJobs& jobs, Database& database) {
+  const std::uint64_t wanted = jobs.storedBytes() < leastBytesForThreads ? 1 : jobs.size();
+  const auto& readers = database.readersFor(static_cast<std::size_t>(wanted));
+  std::atomic<std::uint64_t> taken = 0;
+  std::atomic<bool> failed = false;
+  FirstFailure failure;
+  // Jobs are taken in rising order and finished once taken, so the lowest failure is the same on every run.
+  const auto work = [&](BlockReader& reader) {
+    for (std::uint64_t index = 0; !failed && (index = taken++) < jobs.size();) {
+      try {
+        run(jobs[index], database.layout(), reader);
+      } catch (...) {
+        failure.report(index, std::current_exception());
+        failed = true;
+      }
+    }
+  };
+  std::vector<std::thread> helpers;
+  const std::size_t threads = std::min<std::size_t>(readers.size(), wanted);
+  helpers.reserve(threads);
+  try {
+    while (helpers.size() + 1 < threads) {
+      helpers.emplace_back(work, std::ref(*readers[helpers.size() + 1]));
+    }
+  } catch (const std::exception&) {
+    // No thread to be had, or no memory for one: those that run, and this one, do the work.
+  }
+  work(*readers.front());
+  for (std::thread& helper : helpers) {
+    helper.join();
+  }
+  failure.raise();
+}
+
+} // namespace riegl::rdb::embedded

@@ -1,0 +1,5 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Marks the functions that the library exports; everything else in it is hidden.
+#pragma once
+
+#define RDB2NIMBRA_EXPORT __attribute__((visibility("default")))

@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Makes, binds and publishes the column buffers of a point-cloud load, row by row.
+#include "loader/pointcloud/rdbx_columns.h"
+
+#include <type_traits>
+
+#include "loader/pointcloud/waveform_attributes.h"
+#include "loader/columns/block_size.h"
+
+namespace Riegl {
+
+namespace {
+
+/// The point cloud's form of a column buffer.
+template <class T>
+class RdbxData final : public Z4Data<T> {
+ public:
+  using Z4Data<T>::Z4Data;
+  ~RdbxData() override = default;
+
+  void publish(const Torvel::StrongPtr<Nimbra::FragmentID, Nimbra::FragmentID>& fragment, unsigned int count,
+               const bool& isUTC, const ChunkCallback& callback) {
+    this->publishBlock(fragment, count, isUTC, callback);
+  }
+};
+
+/// Where the columns of one call of the binder come from and go to.
+struct Binding {
+  riegl::rdb::Pointcloud& database;
+  riegl::rdb::pointcloud::QuerySelect& query;
+  Nimbra::Grid& grid;
+  bool loadAllAttributes;
+};
+
+/// A fresh buffer in the slot, which drops the one of the last block; bound where the attribute exists.
+template <class T>
+void makeBuffer(const Binding& binding, const RdbxRow& row, RdbxSlot& slot, bool bind) {
+  const BufferReference<T> buffer(
+      new RdbxData<T>(row.field, binding.grid, row.toChart, recordsPerBlock * row.valuesPerRecord));
+  slot = buffer;
+  if (bind) {
+    const char* const name = row.boundName != nullptr ? row.boundName : row.name;
+    binding.query.bind(name, static_cast<riegl::rdb::pointcloud::DataType>(row.dataType),
+                       buffer->firstElement(), 0);
+  }
+}
+
+void makeBufferOfElement(const Binding& binding, const RdbxRow& row, RdbxSlot& slot, bool bind) {
+  switch (row.element) {
+  case Element::point:
+    return makeBuffer<Quillon::PhysicalSpace::point>(binding, row, slot, bind);
+  case Element::vector:
+    return makeBuffer<Quillon::PhysicalSpace::vector>(binding, row, slot, bind);
+  case Element::rgba:
+    return makeBuffer<Quillon::ColourRGBA>(binding, row, slot, bind);
+  case Element::float64:
+    return makeBuffer<double>(binding, row, slot, bind);
+  case Element::float32:
+    return makeBuffer<float>(binding, row, slot, bind);
+  case Element::int16:
+    return makeBuffer<short>(binding, row, slot, bind);
+  case Element::uint16:
+    return makeBuffer<unsigned short>(binding, row, slot, bind);
+  case Element::int32:
+    return makeBuffer<int>(binding, row, slot, bind);
+  case Element::uint32:
+    return makeBuffer<unsigned int>(binding, row, slot, bind);
+  case Element::uint64:
+    return makeBuffer<unsigned long long>(binding, row, slot, bind);
+  case Element::uint8:
+    return makeBuffer<unsigned char>(binding, row, slot, bind);
+  }
+}
+
+void bindRow(const Binding& binding, const RdbxRow& row, RdbxSlot& slot) {
+  // The catalogue is asked first, also for a row that is then left out.
+  const bool exists = binding.database.pointAttribute().exists(row.name);
+  if (exists && row.onlyWithAll && !binding.loadAllAttributes) {
+    return;
+  }
+  if (exists || row.bufferAlways) {
+    makeBufferOfElement(binding, row, slot, exists);
+  }
+}
+
+} // namespace
+
+std::string bindRdbxColumns(riegl::rdb::Pointcloud& database, RdbxColumns& columns,
+                            riegl::rdb::pointcloud::QuerySelect& query, Nimbra::Grid& grid,
+                            const bool& loadAllAttributes, const bool& readWaveformAttributes) {
+  const Binding binding{database, query, grid, loadAllAttributes};
+  for (std::size_t i = 0; i < rdbxRowCount; ++i) {
+    bindRow(binding, rdbxRows[i], columns.slots[i]);
+    if (rdbxRows[i].statedTwice) {
+      bindRow(binding, rdbxRows[i], columns.slots[i]);
+    }
+  }
+  return readWaveformAttributes ? setWaveformAttributes(database, *columns.positions()) : std::string();
+}
+
+void publishRdbxColumns(RdbxColumns& columns,
+                        const Torvel::StrongPtr<Nimbra::FragmentID, Nimbra::FragmentID>& fragment,
+                        unsigned int count, const bool& isUTC, const ChunkCallback& callback) {
+  const auto publish = [&]<class Slot>(const Slot& slot) {
+    if constexpr (!std::is_same_v<Slot, std::monostate>) {
+      [&]<class T>(const BufferReference<T>& buffer) {
+        static_cast<RdbxData<T>&>(*buffer).publish(fragment, count, isUTC, callback);
+      }(slot);
+    }
+  };
+  for (const RdbxSlot& slot : columns.slots) {
+    std::visit(publish, slot);
+  }
+}
+
+} // namespace Riegl

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The decision which shift a time column needs, and the shift.
+#include "loader/timebase/rebase.h"
+
+#include <limits>
+#include <vector>
+
+#include "arrays/nimbra/element_text.h"
+#include "model/torvel/references/chunk.h"
+
+namespace Riegl {
+
+namespace {
+
+constexpr double dayLengthSeconds = 86400.0;
+/// The double nearest to 1/86400: days are found by multiplying with it, never by dividing.
+constexpr double inverseDayLength = 1.1574074074074073e-05;
+/// GPS time minus UTC. It stands in this one place in the whole system.
+constexpr double leapSeconds = 18.0;
+
+template <class Number>
+std::string asText(Number value) {
+  std::string text;
+  Nimbra::appendNumber(text, value);
+  return text;
+}
+
+/// Whole days of a stamp, rounded down; a stamp too far out for an int, or no number, gives the lowest one.
+int wholeDays(double seconds) {
+  const double days = seconds * inverseDayLength;
+  constexpr double lowest = std::numeric_limits<int>::min();
+  if (!(days >= lowest && days < -lowest)) {
+    return std::numeric_limits<int>::min();
+  }
+  const int truncated = static_cast<int>(days);
+  return static_cast<double>(truncated) > days ? truncated - 1 : truncated;
+}
+
+void shiftAll(std::vector<double>& stamps, double shift) {
+  for (double& stamp : stamps) {
+    stamp += shift;
+  }
+}
+
+} // namespace
+
+void modifyGPSTime(std::string& error, const int& weekDay,
+                   const Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>& chunk,
+                   const std::string& fieldName, const bool& isUTC) {
+  if (!error.empty() || fieldName != "GPSTime") {
+    return;
+  }
+  const Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase> seconds(chunk);
+  if (!seconds) {
+    error = "baseRDB2Nimbra:: Have not time-field with type double.";
+    return;
+  }
+  std::vector<double>& stamps = seconds->values();
+  if (stamps.empty()) {
+    return;
+  }
+  // A column that isn't in ascending order is no failure: only its two ends decide.
+  const int firstDay = wholeDays(stamps.front());
+  if (firstDay != wholeDays(stamps.back())) {
+    error = "baseRDB2Nimbra:: Input file spans two days! Not implemented so far.";
+  } else if (firstDay < 1) {
+    if (weekDay != 0 || !isUTC) {
+      shiftAll(stamps, static_cast<double>(weekDay) * dayLengthSeconds - (isUTC ? 0.0 : leapSeconds));
+    }
+  } else if (firstDay != weekDay) {
+    error =
+        "baseRDB2Nimbra:: WeekDay " + asText(weekDay) + " does not match GPSTime: " + asText(stamps.front());
+  }
+}
+
+} // namespace Riegl

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Asks the database for its time base and the calendar for the day.
+#include "loader/timebase/week_day.h"
+
+#include "names/names.h"
+#include "loader/timebase/calendar.h"
+#include "loader/timebase/date.h"
+
+namespace Riegl {
+
+TimeSystemInfo getIsUTCandWeekday(const riegl::rdb::pointcloud::MetaData& metaData) {
+  TimeSystemInfo system;
+  if (!metaData.exists(metadata::timeBase)) {
+    return system;
+  }
+  const TimeBaseDate date = parseDate(metaData.get(metadata::timeBase, ""));
+  system.weekDay = Ondrel::getWeekDay(date.year, date.month, date.day);
+  system.isUTC = date.isUTC;
+  return system;
+}
+
+} // namespace Riegl

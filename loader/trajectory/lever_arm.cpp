@@ -1,0 +1,99 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Parses the lever-arm and misalignment file.
+#include "loader/trajectory/lever_arm.h"
+
+#include <fstream>
+#include <locale.h>
+#include <vector>
+
+#include "model/torvel/references/chunk.h"
+
+namespace Riegl {
+
+namespace {
+
+using Triple = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
+
+/// The two vectors of a file, empty until their line has been read.
+struct Vectors {
+  Triple leverArm;
+  Triple misalignment;
+};
+
+/// While it lives, this thread reads numbers with a point: a host may have set a locale with a comma, in which
+/// "0.1" is 0.
+class DecimalPoint {
+ public:
+  DecimalPoint() : before(uselocale(classic())) {}
+  DecimalPoint(const DecimalPoint&) = delete;
+  DecimalPoint& operator=(const DecimalPoint&) = delete;
+  ~DecimalPoint() { uselocale(before); }
+
+ private:
+  static locale_t classic() {
+    static const locale_t made = newlocale(LC_ALL_MASK, "C", locale_t{});
+    return made;
+  }
+
+  const locale_t before;
+};
+
+/// Splits at every colon and keeps empty tokens, the last one too; a NUL byte ends the line.
+std::vector<std::string> splitAtColons(const std::string& line) {
+  const std::string text(line.c_str()); // NOLINT(readability-redundant-string-cstr): ends at a NUL
+  std::vector<std::string> tokens;
+  std::size_t start = 0;
+  for (std::size_t colon = text.find(':'); colon != std::string::npos; colon = text.find(':', start)) {
+    tokens.push_back(text.substr(start, colon - start));
+    start = colon + 1;
+  }
+  tokens.push_back(text.substr(start));
+  return tokens;
+}
+
+/// \returns empty, or what is wrong with the line
+std::string readLine(const std::string& line, Vectors& vectors) {
+  const std::vector<std::string> tokens = splitAtColons(line);
+  if (tokens.size() != 4) {
+    return "pofx2nimbra::addLeverArm_Misalignment: cannot parse file. size is: " +
+           std::to_string(tokens.size());
+  }
+  const bool isLeverArm = tokens[0] == "leverarm";
+  if (!isLeverArm && tokens[0] != "misalignment") {
+    return "pofx2nimbra::addLeverArm_Misalignment: cannot parse file. key is wrong";
+  }
+  Triple& triple = isLeverArm ? vectors.leverArm : vectors.misalignment;
+  triple = Triple(new Torvel::Chunk<double>(3));
+  for (std::size_t i = 0; i < 3; ++i) {
+    triple->values()[i] = std::stod(tokens[i + 1]);
+  }
+  return std::string();
+}
+
+} // namespace
+
+std::string addLeverArm_Misalignment(Nimbra::Grid& grid, const std::string& path) {
+  if (path.empty()) {
+    return std::string();
+  }
+  std::ifstream file(path);
+  if (!file) {
+    return "pofx2nimbra:Error opening leverarm file: " + path;
+  }
+  const DecimalPoint decimalMark;
+  Vectors vectors;
+  for (std::string line; std::getline(file, line);) {
+    const std::string failure = readLine(line, vectors);
+    if (!failure.empty()) {
+      return failure;
+    }
+  }
+  if (!vectors.leverArm || !vectors.misalignment) {
+    return "pofx2nimbra::addLeverArm_Misalignment: cannot parse file";
+  }
+  grid.attributes().setAttribute("LeverArm", vectors.leverArm);
+  grid.attributes().setAttribute("Misalignment", vectors.misalignment);
+  return std::string();
+}
+
+} // namespace Riegl

@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Interleaves the columns of a position and hands them to the transformation.
+#include "loader/trajectory/position_conversion.h"
+
+#include <new>
+
+#include "model/torvel/objects/environment.h"
+#include "names/names.h"
+#include "loader/trajectory/projection.h"
+
+namespace Riegl {
+
+CoordinateSystems prepareConversion(int epsgCode) {
+  CoordinateSystems systems{"+proj=latlong", "epsg:" + std::to_string(epsgCode)};
+  Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true);
+  return systems;
+}
+
+GeodeticPositions::Array GeodeticPositions::makeZeroFilled(std::size_t count) {
+  // calloc gives pages that are zero without a touch; a short trajectory never fills most of them.
+  Array values(static_cast<double*>(std::calloc(count, sizeof(double)))); // NOLINT(*-no-malloc)
+  if (values == nullptr) {
+    throw std::bad_alloc();
+  }
+  return values;
+}
+
+GeodeticPositions::GeodeticPositions(std::size_t recordCount)
+    : latitudes(makeZeroFilled(recordCount)), longitudes(makeZeroFilled(recordCount)),
+      heights(makeZeroFilled(recordCount)) {}
+
+void GeodeticPositions::bind(riegl::rdb::pointcloud::QuerySelect& query) {
+  query.bind(attributes::pofLatitude, riegl::rdb::pointcloud::DataType(10), latitudes.get(), 0);
+  query.bind(attributes::pofLongitude, riegl::rdb::pointcloud::DataType(10), longitudes.get(), 0);
+  query.bind(attributes::pofHeight, riegl::rdb::pointcloud::DataType(10), heights.get(), 0);
+}
+
+void GeodeticPositions::interleave(std::size_t count,
+                                   std::vector<Quillon::PhysicalSpace::point>& points) const {
+  for (std::size_t i = 0; i < count; ++i) {
+    points[i][0] = longitudes[i];
+    points[i][1] = latitudes[i];
+    points[i][2] = heights[i];
+  }
+}
+
+std::string convertPositions(const CoordinateSystems& systems, const GeodeticPositions& positions,
+                             std::size_t count, std::vector<Quillon::PhysicalSpace::point>& points) {
+  positions.interleave(count, points);
+  const std::string error = Proj::transform(systems.fromProjStr, systems.toProjStr, points, false);
+  if (error.empty()) {
+    return std::string();
+  }
+  return "convertPOFtoZ4: Coordinate Transformation failed: fromProjStr:" + systems.fromProjStr + " to " +
+         systems.toProjStr + " with Error: " + error;
+}
+
+} // namespace Riegl

@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Brings the geodetic positions of a block into the coordinate system of the caller.
+#pragma once
+
+#include <cstddef>
+#include <cstdlib>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include <rdb2nimbra/client.h>
+#include "arrays/quillon/physical_space.h"
+
+namespace Riegl {
+
+/// Source and target of the conversion, as texts for PROJ.
+struct CoordinateSystems {
+  std::string fromProjStr; ///< longitude and latitude in degrees, height in metres
+  std::string toProjStr;
+};
+
+/// Forms both texts, and sets the environment variable PROJ_LIB to the folder of the running program, where
+/// the projection data stand.
+///
+/// \param epsgCode  of the target; not checked
+/// \threads loads may run side by side; whoever reads the environment without this project must not do so
+///          meanwhile
+CoordinateSystems prepareConversion(int epsgCode);
+
+/// What the client reads the positions into: three arrays that serve every block of a load.
+///
+/// The arrays are zero-filled; their memory is taken up only where it is written.
+/// \errors  std::bad_alloc
+class GeodeticPositions {
+ public:
+  explicit GeodeticPositions(std::size_t recordCount);
+
+  /// Binds latitude, longitude and height, in this order, for all blocks to come.
+  /// \param query  writes to the arrays until it ends
+  /// \errors  what the client raises
+  void bind(riegl::rdb::pointcloud::QuerySelect& query);
+
+  /// Writes (longitude, latitude, height) of the first `count` records to the first `count` points.
+  void interleave(std::size_t count, std::vector<Quillon::PhysicalSpace::point>& points) const;
+
+ private:
+  struct Release {
+    void operator()(double* values) const { std::free(values); } // NOLINT(cppcoreguidelines-no-malloc)
+  };
+  using Array = std::unique_ptr<double[], Release>;
+  static Array makeZeroFilled(std::size_t count);
+
+  Array latitudes;  ///< degrees
+  Array longitudes; ///< degrees
+  Array heights;    ///< metres above the ellipsoid
+};
+
+/// Fills the first `count` points of a column and converts the column at its whole length, in place.
+///
+/// \param count   records of the block, at most the length of `points`
+/// \param points  the column; what its points behind `count` hold doesn't matter
+/// \returns empty, or the text that ends the load
+std::string convertPositions(const CoordinateSystems& systems, const GeodeticPositions& positions,
+                             std::size_t count, std::vector<Quillon::PhysicalSpace::point>& points);
+
+} // namespace Riegl

@@ -1,0 +1,17 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What the reference scheme raises for an object that isn't there.
+#pragma once
+
+#include <exception>
+
+#include "model/torvel/core/api.h"
+
+namespace Torvel {
+
+/// Raised when a counted object is constructed on a null pointer. It carries nothing but its type.
+class TORVEL_API MemoryException : public std::exception {
+ public:
+  ~MemoryException() override;
+};
+
+} // namespace Torvel

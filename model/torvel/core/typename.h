@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A readable name of a type, for type records and messages.
+#pragma once
+
+#include <string>
+#include <typeinfo>
+
+#include "model/torvel/core/api.h"
+
+namespace Torvel {
+
+/// The name of `type` as it is written in the source language, or its mangled name where it has none.
+TORVEL_API std::string Typename(const std::type_info& type);
+
+} // namespace Torvel

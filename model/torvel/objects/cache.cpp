@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The in-memory cache of the process.
+#include "model/torvel/objects/cache.h"
+
+namespace Torvel {
+
+namespace {
+
+/// Hands the strong hold on and keeps nothing, so that memory goes with the field that asked for it.
+class MemoryCache final : public Cache {
+ public:
+  StrongPtr<Cacheable, Cacheable> keep(const StrongPtr<Cacheable, Cacheable>& object) override {
+    return object;
+  }
+};
+
+} // namespace
+
+CacheBase::CacheBase() : ReferenceBase<CacheBase>(this) {}
+CacheBase::~CacheBase() = default;
+
+Cache::Cache() = default;
+Cache::~Cache() = default;
+
+StrongPtr<Cache, CacheBase>& Cache::MemCache() {
+  static StrongPtr<Cache, CacheBase> cache(new MemoryCache);
+  return cache;
+}
+
+} // namespace Torvel

@@ -1,5 +1,0 @@
-// Visibility of what the embedded database client gives to other shared objects.
-#pragma once
-
-/// Marks classes and functions that programs and other shared objects call, and exceptions that they catch.
-#define RDB_API __attribute__((visibility("default")))

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Transforms points from one coordinate system to another.
+#pragma once
+
+#include "model/torvel/core/api.h"
+#include "arrays/quillon/physical_space.h"
+
+#include <string>
+#include <vector>
+
+namespace Proj {
+
+/// Transforms every point in place, from one coordinate system to another.
+///
+/// \param from    source system as PROJ reads it, for example "+proj=latlong"; geographic coordinates are
+///                x longitude in degrees, y latitude in degrees, z ellipsoidal height in metres
+/// \param to      target system, for example "epsg:32633"; x runs east and y north where the system is
+///                projected or geographic, and z is carried where it has no height of its own
+/// \param points  in/out; a point that the operation cannot take becomes infinite or not-a-number and ends
+///                nothing, whatever its bits are
+/// \return empty on success, otherwise why no point was touched
+///
+/// The variable PROJ_LIB names the folder, or the folders, of PROJ's data; unset, PROJ looks where it was
+/// installed to. No other variable and no network is asked. Large batches run on two threads, and a run of
+/// bitwise equal points is computed once; the values are those of one thread, bit for bit. Each calling
+/// thread keeps the operation that it used last until it ends.
+/// \errors  never throws \threads safe on distinct vectors
+TORVEL_API std::string transform(const std::string& from, const std::string& to,
+                                 std::vector<Quillon::PhysicalSpace::point>& points, bool reserved);
+
+} // namespace Proj

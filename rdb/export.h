@@ -1,4 +1,0 @@
-// Marks the functions that the library exports; everything else in it is hidden.
-#pragma once
-
-#define RDB2NIMBRA_EXPORT __attribute__((visibility("default")))

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Catches the streams of a run in files of its own directory.
+#include "tests/apps/nimbra-host/program_run.h"
+
+#include <csignal>
+#include <cstdlib>
+#include <sys/wait.h>
+
+#include "tests/support/file_content.h"
+#include "tests/support/temp_dir.h"
+
+namespace hosttest {
+
+using support::contentOf;
+
+ProgramRun runProgram(const std::string& arguments, const std::string& redirection) {
+  // A caller that ignores the signal would hide what the program does with it.
+  std::signal(SIGPIPE, SIG_DFL);
+  const support::TempDir directory;
+  const std::string output = redirection.empty() ? ">" + directory.path("out") : redirection;
+  const std::string command = "( \"" HOST_PROGRAM "\" " + arguments + " 2>" + directory.path("err") +
+                              "; echo $? >" + directory.path("status") + " ) " + output;
+  if (std::system(command.c_str()) == -1) {
+    return {};
+  }
+  ProgramRun run;
+  run.status = std::atoi(contentOf(directory.path("status")).c_str());
+  run.out = contentOf(directory.path("out"));
+  run.err = contentOf(directory.path("err"));
+  return run;
+}
+
+} // namespace hosttest

@@ -1,2 +1,0 @@
-// A header that climbs: the check of the rooms has to refuse it.
-#include "pointcloud/roof.h"

@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The time system and the week day of a database, from its metadata.
+#include <gtest/gtest.h>
+
+#include <ostream>
+
+#include "tests/scripted/rdb.h"
+#include "tests/support/console_lines.h"
+#include "loader/timebase/week_day.h"
+
+namespace {
+
+struct Case {
+  std::string name;
+  std::string timeBase;
+  bool isUTC;
+  int weekDay;
+  std::size_t consoleLines;
+
+  friend void PrintTo(const Case& test, std::ostream* stream) { *stream << test.name; }
+};
+
+class TimeSystem : public testing::TestWithParam<Case> {};
+
+TEST_P(TimeSystem, IsThatOfTheDatabasesEpoch) {
+  scripted::newScript().metadata["riegl.time_base"] = GetParam().timeBase;
+  const support::ConsoleLines console;
+  const Riegl::TimeSystemInfo system = Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData());
+  EXPECT_EQ(system.isUTC, GetParam().isUTC);
+  EXPECT_EQ(system.weekDay, GetParam().weekDay);
+  EXPECT_EQ(console.lines().size(), GetParam().consoleLines);
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OfEveryKind, TimeSystem,
+    testing::Values(Case{"UtcTuesday", R"({"epoch":"2015-10-27","system":"UTC"})", true, 2, 0},
+                    Case{"GpsSunday", R"({"epoch":"2015-10-25","system":"GPS"})", false, 0, 0},
+                    Case{"NoSystemSaturday", R"({"epoch":"2015-10-31"})", true, 6, 2},
+                    Case{"TestDateIsTheSaturday", R"({"epoch":"2019-02-08","system":"UTC"})", true, 6, 2},
+                    Case{"RefusedText", "no json", false, 0, 1}),
+    [](const auto& tested) { return tested.param.name; });
+
+TEST(TimeSystem, IsUtcOnSundayWhereTheDatabaseSaysNothing) {
+  scripted::newScript();
+  const support::ConsoleLines console;
+  const Riegl::TimeSystemInfo system = Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData());
+  EXPECT_TRUE(system.isUTC);
+  EXPECT_EQ(system.weekDay, 0);
+  EXPECT_TRUE(console.lines().empty());
+  EXPECT_EQ(scripted::script().calls, std::vector<std::string>{"MetaData::exists(riegl.time_base)"});
+}
+
+TEST(TimeSystem, AsksForTheTimeBaseWithAnEmptyFallback) {
+  scripted::newScript().metadata["riegl.time_base"] = R"({"epoch":"2015-10-27","system":"UTC"})";
+  Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData());
+  EXPECT_EQ(scripted::script().calls, (std::vector<std::string>{"MetaData::exists(riegl.time_base)",
+                                                                "MetaData::get(riegl.time_base,)"}));
+}
+
+TEST(TimeSystem, HoldsTheFlagThenTheWeekDay) {
+  const auto [isUTC, weekDay] = Riegl::TimeSystemInfo{false, 5};
+  EXPECT_FALSE(isUTC);
+  EXPECT_EQ(weekDay, 5);
+}
+
+TEST(TimeSystem, LetsTheExceptionOfANumberPass) {
+  scripted::newScript().metadata["riegl.time_base"] = R"({"epoch":"x-10-27"})";
+  EXPECT_THROW(Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData()), std::invalid_argument);
+}
+
+TEST(TimeSystem, LetsTheClientsErrorPass) {
+  scripted::newScript().raiseAt = 1;
+  EXPECT_THROW(Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData()), riegl::rdb::Error);
+}
+
+} // namespace

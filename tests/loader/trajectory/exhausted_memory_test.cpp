@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A load whose allocation k fails, for every k: the result text, and nothing left over.
+#include "tests/support/failing_allocator.h"
+#include "tests/loader/trajectory/scripted_load.h"
+
+#include <filesystem>
+#include <new>
+
+namespace {
+
+using namespace flight;
+
+class ExhaustedMemory : public ScriptedLoad {
+ protected:
+  ExhaustedMemory() {
+    script.blocks = {3};
+    script.calls.reserve(1000);
+    callback = nullptr;
+  }
+
+  /// Loads onto a fresh grid with the allocation behind the first `successes` failing.
+  std::string loadWith(long successes) {
+    Nimbra::Grid fresh;
+    script.calls.clear();
+    support::beginAllocations(successes);
+    std::string result = Riegl::pofx2nimbra(path, fresh, 32633, callback, leverArm, nullptr);
+    support::endAllocations();
+    return result;
+  }
+
+  /// What the process makes once and for all is made before.
+  long allocationsOfALoad() {
+    EXPECT_EQ(loadWith(-1), "");
+    EXPECT_EQ(loadWith(-1), "");
+    return support::allocationsMade();
+  }
+
+  /// What stays allocated once the grid of a load and the record of its calls are gone.
+  long aliveAfterLoadWith(long successes) {
+    loadWith(successes);
+    script.calls.clear();
+    return support::allocationsAlive();
+  }
+
+  long allocationsOfThePath() const {
+    support::beginAllocations(-1);
+    const std::filesystem::path file(path);
+    support::endAllocations();
+    return support::allocationsMade();
+  }
+};
+
+TEST_F(ExhaustedMemory, InTheReadingOfThePathPassesToTheCaller) {
+  for (long k = 0; k < allocationsOfThePath(); ++k) {
+    EXPECT_THROW(loadWith(k), std::bad_alloc) << "at allocation " << k;
+    support::endAllocations();
+    EXPECT_TRUE(script.calls.empty()) << "at allocation " << k;
+  }
+}
+
+TEST_F(ExhaustedMemory, EndsALoadWithItsTextAtEveryOtherAllocation) {
+  const long allocations = allocationsOfALoad();
+  ASSERT_GT(allocations, 100);
+  for (long k = allocationsOfThePath(); k < allocations; ++k) {
+    EXPECT_EQ(loadWith(k), "std::bad_alloc For File /data/flight.pofx") << "at allocation " << k;
+    EXPECT_EQ(script.liveObjects, 0) << "at allocation " << k;
+  }
+}
+
+TEST_F(ExhaustedMemory, LeavesNothingBehind) {
+  const long allocations = allocationsOfALoad();
+  const long alive = aliveAfterLoadWith(-1);
+  for (long k = allocationsOfThePath(); k < allocations; ++k) {
+    ASSERT_EQ(aliveAfterLoadWith(k), alive) << "at allocation " << k;
+  }
+}
+
+} // namespace

@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A database file with waveform metadata, whole at first, from which a test takes items away.
+#pragma once
+
+#include <map>
+#include <string>
+
+#include "container/write/writer.h"
+#include <rdb2nimbra/client.h>
+#include "tests/support/temp_dir.h"
+#include "tests/loader/waveform/scan_items.h"
+#include "loader/waveform/attributes_for_fwf_processing.h"
+
+namespace support {
+
+class ScanDatabase {
+ public:
+  ScanDatabase& with(const std::string& item, const std::string& json) {
+    items[item] = json;
+    return *this;
+  }
+  ScanDatabase& without(const std::string& item) {
+    items.erase(item);
+    return *this;
+  }
+
+  std::string path() const { return directory.path("scan.sodx"); }
+
+  /// Writes the file anew.
+  void write() const {
+    riegl::rdb::embedded::Writer writer(path());
+    writer.addAttribute({.name = "riegl.raw_range"});
+    for (const auto& [name, json] : items) {
+      writer.setMetadata(name, json);
+    }
+    writer.finish();
+  }
+
+  /// Reads the file as it stands into a record.
+  std::string readFile(Riegl::AttributesForFWFProcessing& record) const {
+    riegl::rdb::Pointcloud pointcloud{riegl::rdb::Context()};
+    pointcloud.open(path(), riegl::rdb::pointcloud::OpenSettings());
+    return record.getAttributesViaJson(pointcloud);
+  }
+
+  std::string readInto(Riegl::AttributesForFWFProcessing& record) const {
+    write();
+    return readFile(record);
+  }
+
+ private:
+  TempDir directory;
+  std::map<std::string, std::string> items = scanItems();
+};
+
+} // namespace support

@@ -1,0 +1,53 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// Counted objects for the tests of the reference scheme: one family with a hook of its own, one without.
+#pragma once
+
+#include <functional>
+#include <string>
+
+#include "model/torvel/references/pointer.h"
+
+namespace counted {
+
+/// A counted object that tells of its end and runs a given function as its pre-destruction hook.
+class Item : public Torvel::ReferenceBase<Item> {
+ public:
+  explicit Item(int* deathCounter = nullptr) : Torvel::ReferenceBase<Item>(this), deaths(deathCounter) {}
+  ~Item() override {
+    if (atEnd) {
+      atEnd();
+    }
+    if (deaths != nullptr) {
+      ++*deaths;
+    }
+  }
+  void preDestruction() override {
+    if (hook) {
+      hook();
+    }
+  }
+
+  std::function<void()> hook;  ///< run as the pre-destruction hook
+  std::function<void()> atEnd; ///< run by the destructor
+
+ private:
+  int* deaths;
+};
+
+/// An Item of a further kind, to cast to.
+class SpecialItem : public Item {
+ public:
+  using Item::Item;
+};
+
+using Strong = Torvel::StrongPtr<Item, Item>;
+using Weak = Torvel::WeakPtr<Item, Item>;
+using Record = Torvel::CountRecord<Item>;
+
+/// The counts of a pointer's object, to be tampered with.
+template <class Pointer>
+Record& record(const Pointer& pointer) {
+  return const_cast<Record&>(*pointer.counts());
+}
+
+} // namespace counted

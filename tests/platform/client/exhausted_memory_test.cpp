@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// A read on several threads whose allocation k fails, for every k: the records, or the failure as an exception.
+#include "tests/platform/client/database_file.h"
+#include "tests/support/failing_allocator.h"
+
+#include <new>
+#include <numeric>
+
+namespace {
+
+using namespace rdbtest;
+
+constexpr unsigned records = 2'000'000;
+
+/// Two columns' worth of bytes for several threads, in few blocks.
+class ExhaustedMemory : public testing::Test {
+ protected:
+  void SetUp() override {
+    std::iota(numbers.begin(), numbers.end(), 0);
+    AttributeSpec spec;
+    spec.name = "number";
+    writeColumn(path, spec, numbers, {200'000, true});
+  }
+
+  /// Reads all with the allocation behind the first `successes` failing. \returns whether memory was enough
+  bool readsWith(long successes) {
+    QuerySelect query = open(path, 4)->select("");
+    query.bind("number", DataType::FLOAT64, found.data(), 0);
+    support::beginAllocations(successes);
+    bool enough = true;
+    try {
+      query.next(records);
+    } catch (const std::bad_alloc&) {
+      enough = false;
+    }
+    support::endAllocations();
+    return enough;
+  }
+
+  support::TempDir directory;
+  std::string path = directory.path("scan.rdbx");
+  std::vector<double> numbers = std::vector<double>(records);
+  std::vector<double> found = std::vector<double>(records);
+};
+
+TEST_F(ExhaustedMemory, EndsAReadOnSeveralThreadsWithItsRecordsOrAnException) {
+  ASSERT_TRUE(readsWith(-1));
+  const long allocations = support::allocationsMade();
+  ASSERT_GT(allocations, 3);
+  for (long k = 0; k < allocations; ++k) {
+    std::fill(found.begin(), found.end(), -1.0);
+    EXPECT_TRUE(!readsWith(k) || found == numbers) << "at allocation " << k << " of " << allocations;
+  }
+}
+
+} // namespace

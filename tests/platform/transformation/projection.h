@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// What the tests of the transformation share: points, their bits, and the place of proj.db.
+#pragma once
+
+#include "platform/transformation/transform.h"
+#include "model/torvel/objects/environment.h"
+
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include <gtest/gtest.h>
+
+namespace projection {
+
+using Point = Quillon::PhysicalSpace::point;
+using Points = std::vector<Point>;
+
+inline const std::string degrees = "+proj=latlong";
+
+/// As a load leaves it: PROJ's data stand beside the program.
+class BesideTheData : public testing::Test {
+ protected:
+  void SetUp() override { Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true); }
+  void TearDown() override { Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true); }
+};
+
+/// The points in the system of the code, or a failed test.
+inline Points inSystem(const std::string& code, Points points) {
+  EXPECT_EQ(Proj::transform(degrees, code, points, false), "");
+  return points;
+}
+
+inline bool sameBits(const Points& left, const Points& right) {
+  return left.size() == right.size() &&
+         (left.empty() || std::memcmp(left.data(), right.data(), left.size() * sizeof(Point)) == 0);
+}
+
+inline void expectNear(const Point& point, double x, double y, double z, double tolerance) {
+  EXPECT_NEAR(point[0], x, tolerance);
+  EXPECT_NEAR(point[1], y, tolerance);
+  EXPECT_NEAR(point[2], z, tolerance);
+}
+
+} // namespace projection

@@ -1,9 +1,0 @@
-// The one place that names the header of the coordinate transformation; everything else knows
-// `Proj::transform` only.
-#pragma once
-
-#ifdef RDB2NIMBRA_TRANSFORMATION_HEADER
-#include RDB2NIMBRA_TRANSFORMATION_HEADER
-#else
-#include "platform/proj/transform.h"
-#endif
