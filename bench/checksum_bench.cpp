@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The checksum of a block's bytes, fresh from a read, against the library's.
-#include <libdeflate.h>
+#include "container/format/checksum.h"
 
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
-#include "container/format/checksum.h"
+
+#include <libdeflate.h>
 
 namespace {
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads whose columns are converted against loads of the same values stored as they are asked for.
-#include <algorithm>
-#include <cstring>
-#include <optional>
-
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/processors.h"
 #include "bench/support/random_values.h"
 #include "tests/support/temp_dir.h"
+
+#include <algorithm>
+#include <cstring>
+#include <optional>
 
 namespace {
 

@@ -1,18 +1,18 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // How the cost of a load grows with records and with columns: a table for docs/benchmarks.md, each line a process of
 // its own.
-#include <algorithm>
-#include <chrono>
-#include <cstdio>
-#include <cstring>
-#include <filesystem>
-
 #include "bench/support/child.h"
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/fresh_memory.h"
 #include "bench/support/program.h"
 #include "tests/support/temp_dir.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
 
 namespace {
 

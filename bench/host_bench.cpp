@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // `nimbra-host load --json` without values against a process that loads the same file and does nothing else.
-#include <algorithm>
-#include <cstdio>
-#include <cstring>
-
 #include "bench/support/child.h"
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/program.h"
 #include "tests/support/temp_dir.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
 
 namespace {
 

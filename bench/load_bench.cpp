@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The point-cloud load of 66 bytes a record against reading the same bytes into fresh memory.
 // docs/benchmarks.md has the targets.
-#include <future>
-#include <memory>
-#include <optional>
-
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/fresh_memory.h"
 #include "bench/support/processors.h"
 #include "tests/support/temp_dir.h"
+
+#include <future>
+#include <memory>
+#include <optional>
 
 namespace {
 

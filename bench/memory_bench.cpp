@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What a load leaves in memory, seen from a process of its own: resident and peak size against the bytes published.
 // Prints sizes, not times. docs/benchmarks.md has the targets.
-#include <cstdio>
-#include <cstring>
-
 #include "bench/support/child.h"
 #include "bench/support/database.h"
 #include "bench/support/program.h"
 #include "loader/columns/block_size.h"
 #include "tests/support/temp_dir.h"
+
+#include <cstdio>
+#include <cstring>
 
 namespace {
 

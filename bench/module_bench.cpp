@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loading and unloading the library against an empty shared object, each time in a fresh process that has the
 // libraries beneath it already. The target is about the difference of the two times.
+#include "bench/support/child.h"
+#include "bench/support/comparison.h"
+#include "bench/support/program.h"
+
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <dlfcn.h>
 #include <stdexcept>
-
-#include "bench/support/child.h"
-#include "bench/support/comparison.h"
-#include "bench/support/program.h"
 
 namespace {
 

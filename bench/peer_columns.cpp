@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The library's side of bench/peers/compare.py: writes the columns of the comparison, and loads them on request.
+#include "bench/support/database.h"
+#include "bench/support/program.h"
+
 #include <chrono>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
 #include <numeric>
-
-#include "bench/support/database.h"
-#include "bench/support/program.h"
 
 namespace {
 

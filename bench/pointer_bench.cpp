@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Copy and end of a strong pointer against std::shared_ptr, in a process with a second thread.
+#include "model/torvel/references/pointer.h"
+
+#include "bench/support/comparison.h"
+
 #include <condition_variable>
 #include <memory>
 #include <mutex>
 #include <thread>
-
-#include "bench/support/comparison.h"
-#include "model/torvel/references/pointer.h"
 
 namespace {
 

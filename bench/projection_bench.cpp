@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Proj::transform against PROJ's own array call on one thread, and trajectories of two lengths.
-#include <cstring>
-#include <memory>
-#include <optional>
-
-#include <proj.h>
-
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/random_values.h"
-#include "platform/transformation/transform.h"
-#include "model/torvel/objects/environment.h"
-#include "tests/support/temp_dir.h"
 #include "loader/trajectory/pofx2nimbra.h"
+#include "model/torvel/objects/environment.h"
+#include "platform/transformation/transform.h"
+#include "tests/support/temp_dir.h"
+
+#include <cstring>
+#include <memory>
+#include <optional>
+#include <proj.h>
 
 namespace {
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The rebasing of a time column against the bare addition.
+#include "loader/timebase/rebase.h"
+
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
 #include "model/torvel/references/chunk.h"
-#include "loader/timebase/rebase.h"
 
 namespace {
 

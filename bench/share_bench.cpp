@@ -1,19 +1,19 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The library's own share of a load: its sources over a client that copies from memory, against the same copies into
 // buffers made in the same way without the library.
+#include "arrays/quillon/physical_space.h"
+#include "bench/in_memory/rdb.h"
+#include "bench/support/comparison.h"
+#include "bench/support/random_values.h"
+#include "loader/columns/block_size.h"
+#include "loader/pointcloud/rdbx2Z4.h"
+#include "model/nimbra/grid.h"
+#include "model/torvel/references/fresh_elements.h"
+
 #include <map>
 #include <memory>
 #include <optional>
 #include <variant>
-
-#include "bench/in_memory/rdb.h"
-#include "bench/support/comparison.h"
-#include "bench/support/random_values.h"
-#include "model/nimbra/grid.h"
-#include "loader/pointcloud/rdbx2Z4.h"
-#include "loader/columns/block_size.h"
-#include "arrays/quillon/physical_space.h"
-#include "model/torvel/references/fresh_elements.h"
 
 namespace {
 

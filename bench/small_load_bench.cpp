@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A thousand records of 48 columns: what a load costs that fills next to nothing of its buffers, against writing
 // zeros to buffers of the same sizes.
-#include <optional>
-
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "loader/columns/block_size.h"
 #include "tests/support/temp_dir.h"
+
+#include <optional>
 
 namespace {
 

@@ -1,6 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # What `cmake --install` puts where, and the CMake package rdb2nimbra with the namespace rdb2nimbra::.
-# Cmake.in
 include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/rdb2nimbra)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads a scan and prints its columns: load_scan FILE
-#include <iostream>
-
 #include <rdb2nimbra/rdb2nimbra.h>
+
+#include <iostream>
 
 int main(int count, char** arguments) {
   if (count != 2) {

@@ -2,13 +2,13 @@
 // One pass over the elements of a column in their own type.
 #include "apps/nimbra-host/column_summary.h"
 
+#include "apps/nimbra-host/elements.h"
+#include "arrays/nimbra/element_text.h"
+
 #include <array>
 #include <charconv>
 #include <cmath>
 #include <optional>
-
-#include "apps/nimbra-host/elements.h"
-#include "arrays/nimbra/element_text.h"
 
 namespace nimbrahost {
 

@@ -2,12 +2,12 @@
 // A column in a few texts: first and last element, minimum and maximum of each component.
 #pragma once
 
+#include "model/nimbra/field.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "model/nimbra/field.h"
 
 namespace nimbrahost {
 

@@ -2,14 +2,14 @@
 // The command line of nimbra-host.
 #include "apps/nimbra-host/command_line.h"
 
+#include "apps/nimbra-host/json_report.h"
+#include "apps/nimbra-host/load.h"
+#include "apps/nimbra-host/people_report.h"
+
 #include <CLI/CLI.hpp>
 #include <charconv>
 #include <filesystem>
 #include <iostream>
-
-#include "apps/nimbra-host/json_report.h"
-#include "apps/nimbra-host/load.h"
-#include "apps/nimbra-host/people_report.h"
 
 namespace nimbrahost {
 

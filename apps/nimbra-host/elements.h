@@ -3,6 +3,10 @@
 // Nothing here is specific to a load: any chunk of the data model can be looked at.
 #pragma once
 
+#include "arrays/nimbra/element_records.h"
+#include "model/torvel/core/typename.h"
+#include "model/torvel/references/chunk_base.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -11,10 +15,6 @@
 #include <string_view>
 #include <tuple>
 #include <type_traits>
-
-#include "model/torvel/core/typename.h"
-#include "arrays/nimbra/element_records.h"
-#include "model/torvel/references/chunk_base.h"
 
 namespace nimbrahost {
 

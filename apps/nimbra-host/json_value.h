@@ -2,13 +2,13 @@
 // Single JSON values: texts, numbers and elements of columns.
 #pragma once
 
+#include "apps/nimbra-host/elements.h"
+#include "arrays/nimbra/element_text.h"
+
 #include <cmath>
 #include <string>
 #include <string_view>
 #include <type_traits>
-
-#include "apps/nimbra-host/elements.h"
-#include "arrays/nimbra/element_text.h"
 
 namespace nimbrahost {
 

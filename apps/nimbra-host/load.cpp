@@ -2,6 +2,12 @@
 // Calls the loads, the rebasing of time and the waveform metadata.
 #include "apps/nimbra-host/load.h"
 
+#include <rdb2nimbra/rdb2nimbra.h>
+
+#include "model/torvel/core/speak_ptr.h"
+#include "model/torvel/core/typename.h"
+#include "platform/client/rdb.h"
+
 #include <cerrno>
 #include <chrono>
 #include <cstring>
@@ -11,11 +17,6 @@
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
-
-#include <rdb2nimbra/rdb2nimbra.h>
-#include "platform/client/rdb.h"
-#include "model/torvel/core/speak_ptr.h"
-#include "model/torvel/core/typename.h"
 
 namespace nimbrahost {
 

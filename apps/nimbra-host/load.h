@@ -2,9 +2,9 @@
 // Runs a load and keeps everything that comes of it. The only place of the host that calls the library.
 #pragma once
 
-#include <string>
-
 #include "apps/nimbra-host/outcome.h"
+
+#include <string>
 
 namespace nimbrahost {
 

@@ -2,13 +2,13 @@
 // What a load was asked to do, and everything that came of it.
 #pragma once
 
+#include "model/nimbra/grid.h"
+
 #include <cstdint>
 #include <limits>
 #include <optional>
 #include <string>
 #include <vector>
-
-#include "model/nimbra/grid.h"
 
 namespace nimbrahost {
 

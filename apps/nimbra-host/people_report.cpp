@@ -2,13 +2,13 @@
 // Lays the report out: outcome first, then each representation as a table of its columns.
 #include "apps/nimbra-host/people_report.h"
 
-#include <algorithm>
-#include <set>
-
 #include "apps/nimbra-host/column_summary.h"
 #include "apps/nimbra-host/elements.h"
 #include "apps/nimbra-host/people_text.h"
 #include "arrays/nimbra/element_text.h"
+
+#include <algorithm>
+#include <set>
 
 namespace nimbrahost {
 

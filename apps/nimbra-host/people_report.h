@@ -2,11 +2,11 @@
 // A load as text for people, aligned and at most 100 columns wide where names and texts allow it.
 #pragma once
 
-#include <iosfwd>
-
 #include "apps/nimbra-host/outcome.h"
 #include "apps/nimbra-host/output_buffer.h"
 #include "apps/nimbra-host/picture.h"
+
+#include <iosfwd>
 
 namespace nimbrahost {
 

@@ -2,14 +2,14 @@
 // Draws points into a raster and writes it as PNG.
 #include "apps/nimbra-host/picture.h"
 
+#include "apps/nimbra-host/elements.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
 #include <png.h>
 #include <vector>
-
-#include "apps/nimbra-host/elements.h"
 
 namespace nimbrahost {
 

@@ -2,10 +2,10 @@
 // A top view of what a load has put on a grid, as a PNG file.
 #pragma once
 
+#include "model/nimbra/grid.h"
+
 #include <cstdint>
 #include <string>
-
-#include "model/nimbra/grid.h"
 
 namespace nimbrahost {
 

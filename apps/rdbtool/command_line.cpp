@@ -2,13 +2,13 @@
 // The command line of rdbtool: what users type, and what the program answers.
 #include "apps/rdbtool/command_line.h"
 
-#include "platform/client/error.h"
-#include "container/testing/damage.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"
 #include "apps/rdbtool/report.h"
 #include "apps/rdbtool/synth.h"
 #include "apps/rdbtool/tool_error.h"
+#include "container/testing/damage.h"
+#include "platform/client/error.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The two imports: point files and trajectories of open formats, into databases.
-// Cpp, import.cpp; the mapping is told in docs/rdbtool.md.
+// The mapping is in docs/rdbtool.md.
 #pragma once
 
 #include "apps/rdbtool/calendar_date.h"

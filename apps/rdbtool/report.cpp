@@ -2,11 +2,11 @@
 // What rdbtool tells of a database: its description, and the findings of a check.
 #include "apps/rdbtool/report.h"
 
-#include "platform/client/rdb.h"
-#include "container/format/stored_type.h"
-#include "container/read/verify.h"
 #include "apps/rdbtool/input_file.h"
 #include "apps/rdbtool/number_text.h"
+#include "container/format/stored_type.h"
+#include "container/read/verify.h"
+#include "platform/client/rdb.h"
 
 #include <iomanip>
 #include <nlohmann/json.hpp>

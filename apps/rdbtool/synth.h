@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Makes databases of a synthetic survey: its scan, its shots, or its trajectory.
-// Cpp, synth_shots.cpp, synth_trajectory.cpp; docs/rdbtool.md tells what they hold.
+// What the databases hold: docs/rdbtool.md
 #pragma once
 
 #include "apps/rdbtool/column_batch.h"

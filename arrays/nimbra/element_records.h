@@ -2,11 +2,11 @@
 // The eleven element types and the record of each.
 #pragma once
 
-#include <tuple>
-
+#include "arrays/quillon/physical_space.h"
 #include "model/nimbra/type_base.h"
 #include "model/torvel/core/typename.h"
-#include "arrays/quillon/physical_space.h"
+
+#include <tuple>
 
 namespace Nimbra {
 

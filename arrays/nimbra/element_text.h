@@ -2,11 +2,11 @@
 // An element as text: the shortest form that reads back to the same value.
 #pragma once
 
+#include "arrays/nimbra/element_records.h"
+
 #include <array>
 #include <charconv>
 #include <string>
-
-#include "arrays/nimbra/element_records.h"
 
 namespace Nimbra {
 

@@ -2,11 +2,11 @@
 // The view that an array has of its memory block, and how an index becomes an element.
 #pragma once
 
+#include "model/torvel/core/api.h"
+
 #include <array>
 #include <cstddef>
 #include <cstdint>
-
-#include "model/torvel/core/api.h"
 
 namespace Nimbra {
 

@@ -5,17 +5,17 @@
 // with every virtual operation of an array, in the order in which they are listed for its users.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <typeinfo>
-
-#include "model/nimbra/mem_base.h"
-#include "model/torvel/core/counters.h"
 #include "arrays/nimbra/element_records.h"
 #include "arrays/nimbra/element_text.h"
 #include "arrays/nimbra/multi_array.h"
 #include "arrays/nimbra/save_registry.h"
+#include "model/nimbra/mem_base.h"
+#include "model/torvel/core/counters.h"
 #include "model/torvel/references/chunk.h"
+
+#include <cstdint>
+#include <string>
+#include <typeinfo>
 
 namespace Nimbra {
 

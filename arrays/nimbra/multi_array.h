@@ -3,12 +3,12 @@
 // arrays/nimbra/hyperslab.h
 #pragma once
 
+#include "arrays/nimbra/hyperslab.h"
+
 #include <array>
 #include <cstdint>
 #include <limits>
 #include <utility>
-
-#include "arrays/nimbra/hyperslab.h"
 
 namespace Nimbra {
 

@@ -2,12 +2,12 @@
 // Enters element types into the framework's tables, so that arrays of them can be made by type.
 #pragma once
 
+#include "arrays/nimbra/element_records.h"
+#include "arrays/nimbra/mem_array.h"
+
 #include <cstring>
 #include <tuple>
 #include <typeinfo>
-
-#include "arrays/nimbra/element_records.h"
-#include "arrays/nimbra/mem_array.h"
 
 namespace Nimbra {
 

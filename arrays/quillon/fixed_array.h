@@ -5,9 +5,9 @@
 // one and the same in every module of a process.
 #pragma once
 
-#include <cstddef>
-
 #include "model/torvel/references/typed_chunk.h"
+
+#include <cstddef>
 
 namespace Quillon {
 

@@ -3,12 +3,11 @@
 // Docs/benchmarks.md tells how to read the output.
 #pragma once
 
+#include <benchmark/benchmark.h>
 #include <functional>
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include <benchmark/benchmark.h>
 
 namespace bench {
 

@@ -2,6 +2,11 @@
 // Makes databases from seeds and looks at what the load has put on the grid.
 #include "bench/support/database.h"
 
+#include "bench/support/random_values.h"
+#include "loader/pointcloud/rdbx2Z4.h"
+#include "loader/pointcloud/rdbx_rows.h"
+#include "model/torvel/references/chunk_base.h"
+
 #include <algorithm>
 #include <array>
 #include <cerrno>
@@ -11,11 +16,6 @@
 #include <stdexcept>
 #include <system_error>
 #include <unistd.h>
-
-#include "bench/support/random_values.h"
-#include "loader/pointcloud/rdbx2Z4.h"
-#include "loader/pointcloud/rdbx_rows.h"
-#include "model/torvel/references/chunk_base.h"
 
 namespace bench {
 

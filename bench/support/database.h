@@ -2,14 +2,14 @@
 // Databases made from a seed, and what the grid holds of them.
 #pragma once
 
+#include "container/format/stored_type.h"
+#include "container/write/writer.h"
+#include "model/nimbra/grid.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "model/nimbra/grid.h"
-#include "container/format/stored_type.h"
-#include "container/write/writer.h"
 
 namespace bench {
 

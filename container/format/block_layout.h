@@ -2,8 +2,8 @@
 // How the records of one column lie in blocks, and where the blocks are. Internal to this room.
 #pragma once
 
-#include "platform/client/point_attribute.h"
 #include "container/format/stored_type.h"
+#include "platform/client/point_attribute.h"
 
 #include <algorithm>
 #include <cstdint>

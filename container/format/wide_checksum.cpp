@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// CRC-32 in registers of 512 bits. Partner: wide_checksum.h
+// CRC-32 in registers of 512 bits.
 //
 // Why: a load that verifies reads every byte once more; with the usual 128 bits that takes a fifth of its time.
 // Folding: a register is what is left of all bytes so far. Two carry-less products move it over a distance, onto the

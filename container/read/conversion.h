@@ -2,8 +2,8 @@
 // Conversion of stored values into the element type that a caller asks for. Internal to this room.
 #pragma once
 
-#include "platform/client/data_type.h"
 #include "container/format/stored_type.h"
+#include "platform/client/data_type.h"
 
 #include <cstddef>
 

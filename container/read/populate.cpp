@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Takes pages many at a time before a read writes to them. Partner: populate.h
+// Takes pages many at a time before a read writes to them.
 //
 // Why: a caller's buffer is fresh memory. Where huge pages don't fit, at both of its ends, each small page costs a
 // fault in the midst of the kernel's copy, which is dearer than a page asked for: nine of ten faults go, and 3 %

@@ -3,10 +3,10 @@
 #include "container/write/writer.h"
 
 #include "container/format/checksum.h"
-#include "platform/client/error.h"
 #include "container/format/file_format.h"
 #include "container/format/sqlite_file.h"
 #include "container/write/temporary_file.h"
+#include "platform/client/error.h"
 
 #include <algorithm>
 #include <cmath>

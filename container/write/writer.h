@@ -2,8 +2,8 @@
 // Makes a database file that the embedded client reads.
 #pragma once
 
-#include "platform/client/api.h"
 #include "container/format/stored_type.h"
+#include "platform/client/api.h"
 
 #include <cstddef>
 #include <cstdint>

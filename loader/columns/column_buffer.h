@@ -3,18 +3,18 @@
 // Both imports derive their buffers from it. docs/architecture.md tells the life of one block.
 #pragma once
 
+#include "arrays/nimbra/element_records.h"
+#include "arrays/nimbra/mem_array.h"
+#include "loader/columns/named_field.h"
+#include "loader/timebase/chunk_callback.h"
+#include "model/nimbra/grid.h"
+#include "model/torvel/objects/cache.h"
+#include "model/torvel/references/chunk.h"
+
 #include <atomic>
 #include <cstdint>
 #include <string>
 #include <vector>
-
-#include "model/nimbra/grid.h"
-#include "model/torvel/objects/cache.h"
-#include "loader/columns/named_field.h"
-#include "arrays/nimbra/element_records.h"
-#include "arrays/nimbra/mem_array.h"
-#include "model/torvel/references/chunk.h"
-#include "loader/timebase/chunk_callback.h"
 
 namespace Riegl {
 

@@ -2,9 +2,9 @@
 // The slot of a field by its name in a representation.
 #pragma once
 
-#include <string>
-
 #include "model/nimbra/grid.h"
+
+#include <string>
 
 namespace Riegl {
 

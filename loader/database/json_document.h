@@ -2,14 +2,13 @@
 // A metadata text as a JSON document, in the one way in which the library reads them.
 #pragma once
 
-#include <climits>
-#include <cstddef>
-#include <string>
-
 #include <QByteArray>
 #include <QJsonDocument>
 #include <QJsonParseError>
 #include <QString>
+#include <climits>
+#include <cstddef>
+#include <string>
 
 namespace Riegl {
 

@@ -2,15 +2,16 @@
 // The point-cloud load: opens the database, prepares the grid, and walks it block by block.
 #include "loader/pointcloud/rdbx2Z4.h"
 
-#include <cstdint>
-#include <filesystem>
+#include <rdb2nimbra/client.h>
 
+#include "loader/columns/block_size.h"
 #include "loader/columns/named_field.h"
 #include "loader/pointcloud/rdbx_columns.h"
-#include "loader/columns/block_size.h"
-#include <rdb2nimbra/client.h>
 #include "loader/timebase/rebase.h"
 #include "loader/timebase/week_day.h"
+
+#include <cstdint>
+#include <filesystem>
 
 namespace Riegl {
 

@@ -2,11 +2,12 @@
 // Loads a point cloud onto a grid. docs/architecture.md tells the life of one block.
 #pragma once
 
-#include <string>
+#include <rdb2nimbra/export.h>
 
 #include "model/nimbra/grid.h"
 #include "model/torvel/objects/interface.h"
-#include <rdb2nimbra/export.h>
+
+#include <string>
 
 namespace Riegl {
 

@@ -2,10 +2,10 @@
 // Makes, binds and publishes the column buffers of a point-cloud load, row by row.
 #include "loader/pointcloud/rdbx_columns.h"
 
-#include <type_traits>
-
-#include "loader/pointcloud/waveform_attributes.h"
 #include "loader/columns/block_size.h"
+#include "loader/pointcloud/waveform_attributes.h"
+
+#include <type_traits>
 
 namespace Riegl {
 

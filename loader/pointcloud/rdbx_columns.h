@@ -3,13 +3,14 @@
 // The rows: loader/pointcloud/rdbx_rows.h
 #pragma once
 
-#include <array>
-#include <string>
-#include <variant>
+#include <rdb2nimbra/client.h>
 
 #include "loader/columns/column_buffer.h"
 #include "loader/pointcloud/rdbx_rows.h"
-#include <rdb2nimbra/client.h>
+
+#include <array>
+#include <string>
+#include <variant>
 
 namespace Riegl {
 

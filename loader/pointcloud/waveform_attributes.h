@@ -2,10 +2,11 @@
 // What a shot database says about its waveforms, hung on the field "Positions".
 #pragma once
 
-#include <string>
+#include <rdb2nimbra/client.h>
 
 #include "loader/columns/column_buffer.h"
-#include <rdb2nimbra/client.h>
+
+#include <string>
 
 namespace Riegl {
 

@@ -2,10 +2,10 @@
 // What an import calls for each column and block before the block's memory goes to the grid.
 #pragma once
 
+#include "model/torvel/references/chunk_base.h"
+
 #include <functional>
 #include <string>
-
-#include "model/torvel/references/chunk_base.h"
 
 namespace Riegl {
 

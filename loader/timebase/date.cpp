@@ -2,12 +2,12 @@
 // Reads the epoch and the time system out of the time base's JSON text.
 #include "loader/timebase/date.h"
 
+#include "loader/database/json_document.h"
+#include "model/torvel/objects/console.h"
+
 #include <QJsonObject>
 #include <QJsonValue>
 #include <vector>
-
-#include "loader/database/json_document.h"
-#include "model/torvel/objects/console.h"
 
 namespace Riegl {
 

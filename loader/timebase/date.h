@@ -2,10 +2,10 @@
 // The date of a database's time base. Its week day: loader/timebase/week_day.h
 #pragma once
 
+#include <rdb2nimbra/export.h>
+
 #include <cstdint>
 #include <string>
-
-#include <rdb2nimbra/export.h>
 
 namespace Riegl {
 

@@ -2,11 +2,11 @@
 // The decision which shift a time column needs, and the shift.
 #include "loader/timebase/rebase.h"
 
-#include <limits>
-#include <vector>
-
 #include "arrays/nimbra/element_text.h"
 #include "model/torvel/references/chunk.h"
+
+#include <limits>
+#include <vector>
 
 namespace Riegl {
 

@@ -2,10 +2,11 @@
 // Moves a time column from the seconds of a day onto the seconds of the week.
 #pragma once
 
-#include <string>
-
 #include <rdb2nimbra/export.h>
+
 #include "model/torvel/references/chunk_base.h"
+
+#include <string>
 
 namespace Riegl {
 

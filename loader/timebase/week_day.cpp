@@ -2,9 +2,9 @@
 // Asks the database for its time base and the calendar for the day.
 #include "loader/timebase/week_day.h"
 
-#include "names/names.h"
 #include "loader/timebase/calendar.h"
 #include "loader/timebase/date.h"
+#include "names/names.h"
 
 namespace Riegl {
 

@@ -2,10 +2,10 @@
 // The time system of a database and the week day of its epoch. The date itself: loader/timebase/date.h
 #pragma once
 
-#include <cstdint>
-
 #include <rdb2nimbra/client.h>
 #include <rdb2nimbra/export.h>
+
+#include <cstdint>
 
 namespace Riegl {
 

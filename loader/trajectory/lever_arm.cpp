@@ -2,11 +2,11 @@
 // Parses the lever-arm and misalignment file.
 #include "loader/trajectory/lever_arm.h"
 
+#include "model/torvel/references/chunk.h"
+
 #include <fstream>
 #include <locale.h>
 #include <vector>
-
-#include "model/torvel/references/chunk.h"
 
 namespace Riegl {
 

@@ -2,9 +2,9 @@
 // Reads the lever-arm and misalignment file and hangs its two vectors on the grid.
 #pragma once
 
-#include <string>
-
 #include "model/nimbra/grid.h"
+
+#include <string>
 
 namespace Riegl {
 

@@ -2,19 +2,20 @@
 // The trajectory load: opens the database, walks it block by block, and reads the lever-arm file at the end.
 #include "loader/trajectory/pofx2nimbra.h"
 
-#include <cstdint>
-#include <exception>
-#include <filesystem>
+#include <rdb2nimbra/client.h>
 
 #include "loader/columns/block_size.h"
-#include <rdb2nimbra/client.h>
-#include "names/names.h"
 #include "loader/timebase/calendar.h"
 #include "loader/timebase/date.h"
 #include "loader/trajectory/leap_second_warnings.h"
 #include "loader/trajectory/lever_arm.h"
 #include "loader/trajectory/position_conversion.h"
 #include "loader/trajectory/trajectory_columns.h"
+#include "names/names.h"
+
+#include <cstdint>
+#include <exception>
+#include <filesystem>
 
 namespace Riegl {
 

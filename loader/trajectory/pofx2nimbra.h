@@ -2,12 +2,13 @@
 // Loads a platform trajectory onto a grid. docs/architecture.md tells the life of one block.
 #pragma once
 
-#include <string>
+#include <rdb2nimbra/export.h>
 
+#include "loader/timebase/chunk_callback.h"
 #include "model/nimbra/grid.h"
 #include "model/torvel/objects/interface.h"
-#include <rdb2nimbra/export.h>
-#include "loader/timebase/chunk_callback.h"
+
+#include <string>
 
 namespace Riegl {
 

@@ -2,11 +2,11 @@
 // Interleaves the columns of a position and hands them to the transformation.
 #include "loader/trajectory/position_conversion.h"
 
-#include <new>
-
+#include "loader/trajectory/projection.h"
 #include "model/torvel/objects/environment.h"
 #include "names/names.h"
-#include "loader/trajectory/projection.h"
+
+#include <new>
 
 namespace Riegl {
 

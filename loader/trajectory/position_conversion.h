@@ -2,14 +2,15 @@
 // Brings the geodetic positions of a block into the coordinate system of the caller.
 #pragma once
 
+#include <rdb2nimbra/client.h>
+
+#include "arrays/quillon/physical_space.h"
+
 #include <cstddef>
 #include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include <rdb2nimbra/client.h>
-#include "arrays/quillon/physical_space.h"
 
 namespace Riegl {
 

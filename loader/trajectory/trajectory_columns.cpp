@@ -2,10 +2,10 @@
 // Checks, makes, binds and publishes the column buffers of a trajectory load.
 #include "loader/trajectory/trajectory_columns.h"
 
-#include <array>
-
 #include "loader/columns/block_size.h"
 #include "names/names.h"
+
+#include <array>
 
 namespace Riegl {
 

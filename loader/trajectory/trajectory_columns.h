@@ -2,10 +2,11 @@
 // The six columns of a trajectory load: made and bound before every block, published after it.
 #pragma once
 
-#include <string>
+#include <rdb2nimbra/client.h>
 
 #include "loader/columns/column_buffer.h"
-#include <rdb2nimbra/client.h>
+
+#include <string>
 
 namespace Riegl {
 

@@ -2,11 +2,11 @@
 // The record in words, and the correction of its time reference from outside.
 #include "loader/waveform/attributes_for_fwf_processing.h"
 
+#include "arrays/nimbra/element_text.h"
+#include "model/torvel/objects/console.h"
+
 #include <algorithm>
 #include <cstddef>
-
-#include "model/torvel/objects/console.h"
-#include "arrays/nimbra/element_text.h"
 
 namespace Riegl {
 namespace {

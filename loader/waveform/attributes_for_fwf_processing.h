@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The record that carries a scan's instrument and atmosphere to later full-waveform processing.
-// Cpp, attach_attributes.cpp
 #pragma once
 
-#include <string>
-
-#include "model/nimbra/grid.h"
 #include <rdb2nimbra/client.h>
 #include <rdb2nimbra/export.h>
+
+#include "model/nimbra/grid.h"
 #include "model/torvel/references/chunk.h"
+
+#include <string>
 
 namespace Riegl {
 

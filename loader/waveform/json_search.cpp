@@ -2,14 +2,13 @@
 // The search for a key through the objects of a metadata item.
 #include "loader/waveform/json_search.h"
 
-#include <iostream>
-#include <type_traits>
+#include "loader/database/json_document.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonValue>
-
-#include "loader/database/json_document.h"
+#include <iostream>
+#include <type_traits>
 
 namespace Riegl {
 namespace {

@@ -2,12 +2,11 @@
 // The search for a key through the objects of a metadata item, wherever in the item it lies.
 #pragma once
 
-#include <string>
+#include <rdb2nimbra/client.h>
 
 #include <QJsonObject>
 #include <QString>
-
-#include <rdb2nimbra/client.h>
+#include <string>
 
 namespace Riegl {
 

@@ -1,15 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Fills the record for full-waveform processing from the metadata of a database.
-// H, parsers.h
 #include "loader/waveform/attributes_for_fwf_processing.h"
+#include "loader/waveform/json_search.h"
+#include "loader/waveform/parsers.h"
+#include "model/torvel/objects/console.h"
+#include "names/names.h"
 
 #include <algorithm>
 #include <cstddef>
-
-#include "model/torvel/objects/console.h"
-#include "names/names.h"
-#include "loader/waveform/json_search.h"
-#include "loader/waveform/parsers.h"
 
 namespace Riegl {
 namespace {

@@ -2,18 +2,17 @@
 // The two array-like metadata items.
 #include "loader/waveform/parsers.h"
 
-#include <cstddef>
-#include <iostream>
-#include <utility>
+#include "loader/database/json_document.h"
+#include "model/torvel/objects/console.h"
 
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QJsonParseError>
 #include <QJsonValue>
-
-#include "loader/database/json_document.h"
-#include "model/torvel/objects/console.h"
+#include <cstddef>
+#include <iostream>
+#include <utility>
 
 namespace Riegl {
 namespace {

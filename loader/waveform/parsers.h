@@ -2,11 +2,11 @@
 // The two array-like metadata items: reflectance table and exponential decomposition of the system wave.
 #pragma once
 
+#include "model/torvel/references/chunk.h"
+
 #include <map>
 #include <string>
 #include <vector>
-
-#include "model/torvel/references/chunk.h"
 
 namespace Riegl {
 

@@ -2,10 +2,10 @@
 // Extents of an array whose rank is only known at run time.
 #pragma once
 
+#include "model/torvel/core/api.h"
+
 #include <cstdint>
 #include <initializer_list>
-
-#include "model/torvel/core/api.h"
 
 namespace Nimbra {
 

@@ -2,14 +2,14 @@
 // A field: one array per fragment, with attributes of its own.
 #pragma once
 
-#include <deque>
-#include <string>
-
 #include "model/nimbra/fragment.h"
 #include "model/nimbra/mem_base.h"
 #include "model/nimbra/ownable.h"
 #include "model/torvel/objects/attributes.h"
 #include "model/torvel/objects/cache.h"
+
+#include <deque>
+#include <string>
 
 namespace Nimbra {
 

@@ -2,10 +2,10 @@
 // Identities: of a fragment (one block of records) and of the fragments that a group of fields shares.
 #pragma once
 
+#include "model/torvel/objects/interface.h"
+
 #include <deque>
 #include <string>
-
-#include "model/torvel/objects/interface.h"
 
 namespace Nimbra {
 

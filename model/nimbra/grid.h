@@ -2,11 +2,11 @@
 // The grid: named representations, each with its fields, and attributes of its own.
 #pragma once
 
-#include <deque>
-#include <string>
-
 #include "model/nimbra/field.h"
 #include "model/nimbra/ownable.h"
+
+#include <deque>
+#include <string>
 
 namespace Nimbra {
 

@@ -2,15 +2,15 @@
 // The abstract memory array, and the table through which the framework makes arrays by element type.
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <typeinfo>
-#include <vector>
-
 #include "model/nimbra/dynamic_size.h"
 #include "model/nimbra/ownable.h"
 #include "model/nimbra/type_base.h"
 #include "model/torvel/references/chunk_base.h"
+
+#include <cstdint>
+#include <string>
+#include <typeinfo>
+#include <vector>
 
 namespace Nimbra {
 

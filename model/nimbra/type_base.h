@@ -2,13 +2,13 @@
 // The record that describes an element type, and the counted type object that publishes it.
 #pragma once
 
+#include "model/torvel/references/chunk_base.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <string>
 #include <typeinfo>
 #include <vector>
-
-#include "model/torvel/references/chunk_base.h"
 
 namespace Nimbra {
 

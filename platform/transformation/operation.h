@@ -6,9 +6,8 @@
 
 #include <cstddef>
 #include <memory>
-#include <string>
-
 #include <proj.h>
+#include <string>
 
 namespace Proj {
 

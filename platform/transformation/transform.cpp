@@ -2,19 +2,18 @@
 // Transforms a batch of points, on two threads if it is large.
 #include "platform/transformation/transform.h"
 
+#include "model/torvel/objects/environment.h"
 #include "platform/transformation/operation.h"
 #include "platform/transformation/repeated_points.h"
-#include "model/torvel/objects/environment.h"
 
 #include <algorithm>
 #include <atomic>
 #include <cstdint>
 #include <exception>
 #include <memory>
+#include <sys/mman.h>
 #include <system_error>
 #include <thread>
-
-#include <sys/mman.h>
 #include <unistd.h>
 
 namespace Proj {

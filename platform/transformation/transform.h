@@ -2,8 +2,8 @@
 // Transforms points from one coordinate system to another.
 #pragma once
 
-#include "model/torvel/core/api.h"
 #include "arrays/quillon/physical_space.h"
+#include "model/torvel/core/api.h"
 
 #include <string>
 #include <vector>

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads a database and prints the names of its fields with their element counts, and the first amplitude as the
 // number that it is: consumer FILE
-#include <iostream>
-
 #include <rdb2nimbra/rdb2nimbra.h>
+
 #include "arrays/nimbra/mem_array.h"
+
+#include <iostream>
 
 int main(int argumentCount, char** arguments) {
   Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;

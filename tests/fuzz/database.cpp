@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Any bytes as a database file: every item and every column is read, or an Error says why not.
-#include <vector>
-
 #include "platform/client/rdb.h"
 #include "tests/fuzz/input_file.h"
+
+#include <vector>
 
 namespace {
 

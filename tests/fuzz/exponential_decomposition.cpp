@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Any text as the item of the exponential decomposition.
-#include "tests/fuzz/fuzz_target.h"
 #include "loader/waveform/parsers.h"
+#include "tests/fuzz/fuzz_target.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   Riegl::ExponentialDecompositionMap channels;

@@ -2,14 +2,14 @@
 // What every fuzz target shares: its entry, its claims, and silence.
 #pragma once
 
+#include "model/torvel/core/speak_ptr.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <iostream>
 #include <string>
-
-#include "model/torvel/core/speak_ptr.h"
 
 /// Called with one input after the other; aborts where a claim does not hold.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count);

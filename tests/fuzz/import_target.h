@@ -2,13 +2,13 @@
 // What the fuzz targets of the imports have in common: a whole database comes of any bytes, or a refusal and no file.
 #pragma once
 
-#include <filesystem>
-#include <sstream>
-
-#include "platform/client/error.h"
-#include "tests/fuzz/input_file.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/tool_error.h"
+#include "platform/client/error.h"
+#include "tests/fuzz/input_file.h"
+
+#include <filesystem>
+#include <sstream>
 
 namespace fuzz {
 

@@ -2,11 +2,11 @@
 // The input of a fuzz target as a file, for code that reads files.
 #pragma once
 
-#include <fstream>
-#include <string>
-
 #include "tests/fuzz/fuzz_target.h"
 #include "tests/support/temp_dir.h"
+
+#include <fstream>
+#include <string>
 
 namespace fuzz {
 

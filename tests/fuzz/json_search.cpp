@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The first line is the key, the rest the document that is searched for it.
-#include <algorithm>
+#include "loader/waveform/json_search.h"
 
 #include "tests/fuzz/fuzz_target.h"
-#include "loader/waveform/json_search.h"
+
+#include <algorithm>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   const std::string input = fuzz::silentText(bytes, count);

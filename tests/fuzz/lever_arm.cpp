@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Any text as a lever-arm file: both vectors come of it, or neither.
-#include <stdexcept>
+#include "loader/trajectory/lever_arm.h"
 
 #include "model/torvel/references/chunk.h"
 #include "tests/fuzz/input_file.h"
-#include "loader/trajectory/lever_arm.h"
+
+#include <stdexcept>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   const Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Any text as the item of the reflectance table.
-#include "tests/fuzz/fuzz_target.h"
 #include "loader/waveform/parsers.h"
+#include "tests/fuzz/fuzz_target.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   Torvel::StrongPtr<Torvel::Chunk<float>, Torvel::ChunkBase> table;

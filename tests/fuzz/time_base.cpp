@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Any text as the item of the time base.
-#include <stdexcept>
-
-#include "tests/fuzz/fuzz_target.h"
 #include "loader/timebase/date.h"
+#include "tests/fuzz/fuzz_target.h"
+
+#include <stdexcept>
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
   try {

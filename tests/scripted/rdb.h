@@ -3,13 +3,13 @@
 // It has the operations of `riegl::rdb` that the library uses and no others, so that nothing else can creep in.
 #pragma once
 
+#include "tests/scripted/script.h"
+
 #include <cstring>
 #include <exception>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "tests/scripted/script.h"
 
 namespace riegl::rdb {
 

@@ -2,9 +2,9 @@
 // Keeps the script of a thread and raises at the call that it names.
 #include "tests/scripted/script.h"
 
-#include <algorithm>
-
 #include "tests/scripted/rdb.h"
+
+#include <algorithm>
 
 namespace scripted {
 

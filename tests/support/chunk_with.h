@@ -2,10 +2,10 @@
 // A chunk by the values that it holds.
 #pragma once
 
+#include "model/torvel/references/chunk.h"
+
 #include <algorithm>
 #include <vector>
-
-#include "model/torvel/references/chunk.h"
 
 namespace support {
 

@@ -2,13 +2,13 @@
 // A locale with the comma as decimal mark, made by the test: no machine has to have one.
 #pragma once
 
+#include "tests/support/temp_dir.h"
+
 #include <clocale>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <string>
-
-#include "tests/support/temp_dir.h"
 
 namespace support {
 

@@ -2,11 +2,11 @@
 // Catches what the process writes to its console while a test runs.
 #pragma once
 
+#include "model/torvel/core/speak_ptr.h"
+
 #include <mutex>
 #include <string>
 #include <vector>
-
-#include "model/torvel/core/speak_ptr.h"
 
 namespace support {
 

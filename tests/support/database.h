@@ -2,14 +2,14 @@
 // Databases for tests: columns told by a rule, written with the embedded client's writer.
 #pragma once
 
+#include "container/write/writer.h"
+
 #include <cstdint>
 #include <cstring>
 #include <functional>
 #include <map>
 #include <string>
 #include <vector>
-
-#include "container/write/writer.h"
 
 namespace support {
 

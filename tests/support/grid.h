@@ -2,11 +2,11 @@
 // What stands on a grid, in the words of a test.
 #pragma once
 
+#include "arrays/nimbra/mem_array.h"
+#include "model/nimbra/grid.h"
+
 #include <string>
 #include <vector>
-
-#include "model/nimbra/grid.h"
-#include "arrays/nimbra/mem_array.h"
 
 namespace support {
 

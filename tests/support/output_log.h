@@ -2,13 +2,13 @@
 // What code under test says: std::cerr and the console in one list, in the order in which it was said.
 #pragma once
 
+#include "model/torvel/core/speak_ptr.h"
+
 #include <iostream>
 #include <sstream>
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "model/torvel/core/speak_ptr.h"
 
 namespace support {
 

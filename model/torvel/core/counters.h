@@ -2,10 +2,10 @@
 // Process-wide counters of the object library: the serial of pointers and the clock of changes.
 #pragma once
 
+#include "model/torvel/core/api.h"
+
 #include <atomic>
 #include <cstdint>
-
-#include "model/torvel/core/api.h"
 
 namespace Torvel {
 

@@ -2,9 +2,9 @@
 // What the reference scheme raises for an object that isn't there.
 #pragma once
 
-#include <exception>
-
 #include "model/torvel/core/api.h"
+
+#include <exception>
 
 namespace Torvel {
 

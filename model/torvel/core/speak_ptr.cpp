@@ -2,12 +2,12 @@
 // Texts of the five reports, and the one sink that every line of the process goes to.
 #include "model/torvel/core/speak_ptr.h"
 
+#include "model/torvel/core/typename.h"
+
 #include <cstdio>
 #include <locale>
 #include <mutex>
 #include <sstream>
-
-#include "model/torvel/core/typename.h"
 
 namespace Torvel {
 

@@ -2,11 +2,11 @@
 // Reports of the reference scheme when a count goes wrong; nothing here stops the program.
 #pragma once
 
+#include "model/torvel/core/api.h"
+
 #include <functional>
 #include <string>
 #include <typeinfo>
-
-#include "model/torvel/core/api.h"
 
 namespace Torvel {
 

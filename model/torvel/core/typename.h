@@ -2,10 +2,10 @@
 // A readable name of a type, for type records and messages.
 #pragma once
 
+#include "model/torvel/core/api.h"
+
 #include <string>
 #include <typeinfo>
-
-#include "model/torvel/core/api.h"
 
 namespace Torvel {
 

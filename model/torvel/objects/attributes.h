@@ -2,11 +2,11 @@
 // Named chunks that hang on an object.
 #pragma once
 
+#include "model/torvel/references/chunk_base.h"
+
 #include <cstddef>
 #include <deque>
 #include <string>
-
-#include "model/torvel/references/chunk_base.h"
 
 namespace Torvel {
 

@@ -2,11 +2,11 @@
 // Objects that a cache may hold, and objects that create others.
 #pragma once
 
-#include <cstdint>
-#include <typeinfo>
-
 #include "model/torvel/core/counters.h"
 #include "model/torvel/objects/interface.h"
+
+#include <cstdint>
+#include <typeinfo>
 
 namespace Torvel {
 

@@ -2,9 +2,9 @@
 // One line of text for whoever watches the process.
 #pragma once
 
-#include <string>
-
 #include "model/torvel/core/speak_ptr.h"
+
+#include <string>
 
 namespace Torvel {
 

@@ -2,9 +2,9 @@
 // The process's surroundings: environment variables and the place of the running program.
 #pragma once
 
-#include <string>
-
 #include "model/torvel/core/api.h"
+
+#include <string>
 
 namespace Torvel {
 

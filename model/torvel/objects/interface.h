@@ -2,9 +2,9 @@
 // Interfaces that hang on objects: their counted base and the objects that carry them.
 #pragma once
 
-#include <typeinfo>
-
 #include "model/torvel/references/pointer.h"
+
+#include <typeinfo>
 
 namespace Torvel {
 

@@ -2,10 +2,10 @@
 // Creators of save interfaces, and the walk that shows an object to each of them.
 #pragma once
 
+#include "model/torvel/references/pointer.h"
+
 #include <memory>
 #include <typeinfo>
-
-#include "model/torvel/references/pointer.h"
 
 namespace Torvel {
 

@@ -2,14 +2,14 @@
 // The memory block itself: a vector of elements with the virtual faces of model/torvel/references/typed_chunk.h
 #pragma once
 
+#include "model/torvel/references/fresh_elements.h"
+#include "model/torvel/references/typed_chunk.h"
+
 #include <cstddef>
 #include <cstring>
 #include <string>
 #include <type_traits>
 #include <vector>
-
-#include "model/torvel/references/fresh_elements.h"
-#include "model/torvel/references/typed_chunk.h"
 
 namespace Torvel {
 

@@ -2,12 +2,12 @@
 // The typeless face of a memory block: what a holder can ask without knowing the element type.
 #pragma once
 
+#include "model/torvel/core/api.h"
+#include "model/torvel/references/pointer.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <typeinfo>
-
-#include "model/torvel/core/api.h"
-#include "model/torvel/references/pointer.h"
 
 namespace Torvel {
 

@@ -7,12 +7,12 @@
 // RDB2NIMBRA_PORTABLE_ELEMENTS take the plain way; the values are the same.
 #pragma once
 
+#include "model/torvel/references/fresh_pages.h"
+
 #include <cstddef>
 #include <stdexcept>
 #include <type_traits>
 #include <vector>
-
-#include "model/torvel/references/fresh_pages.h"
 
 #if defined(__GLIBCXX__) && !defined(_GLIBCXX_DEBUG) && !defined(_GLIBCXX_SANITIZE_VECTOR) &&                \
     !defined(RDB2NIMBRA_PORTABLE_ELEMENTS)

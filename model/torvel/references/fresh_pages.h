@@ -3,9 +3,9 @@
 // Used by model/torvel/references/fresh_elements.h; the portable path stands beside the other one in fresh_pages.cpp
 #pragma once
 
-#include <cstddef>
-
 #include "model/torvel/core/api.h"
+
+#include <cstddef>
 
 namespace Torvel {
 

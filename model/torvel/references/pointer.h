@@ -2,13 +2,13 @@
 // Strong and weak pointers; long, as both share each step. Counts: model/torvel/references/count_record.h
 #pragma once
 
+#include "model/torvel/core/speak_ptr.h"
+#include "model/torvel/references/reference_base.h"
+
 #include <cstddef>
 #include <cstdint>
 #include <type_traits>
 #include <typeinfo>
-
-#include "model/torvel/core/speak_ptr.h"
-#include "model/torvel/references/reference_base.h"
 
 namespace Torvel {
 

@@ -2,15 +2,15 @@
 // Base of every counted object: its link to its own counts, its serial, and the hook before its end.
 #pragma once
 
-#include <atomic>
-#include <cstdint>
-#include <cstring>
-#include <memory>
-
 #include "model/torvel/core/api.h"
 #include "model/torvel/core/counters.h"
 #include "model/torvel/core/memory_exception.h"
 #include "model/torvel/references/count_record.h"
+
+#include <atomic>
+#include <cstdint>
+#include <cstring>
+#include <memory>
 
 namespace Torvel {
 

@@ -2,11 +2,11 @@
 // The typed faces of a memory block, following the inheritance of its element type.
 #pragma once
 
+#include "model/torvel/references/chunk_base.h"
+
 #include <span>
 #include <type_traits>
 #include <vector>
-
-#include "model/torvel/references/chunk_base.h"
 
 namespace Torvel {
 

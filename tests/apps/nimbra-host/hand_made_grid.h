@@ -2,12 +2,12 @@
 // Grids made by hand, for tests of what the host shows of them.
 #pragma once
 
-#include <string>
-#include <vector>
-
 #include "apps/nimbra-host/outcome.h"
 #include "arrays/nimbra/mem_array.h"
 #include "tests/support/chunk_with.h"
+
+#include <string>
+#include <vector>
 
 namespace hosttest {
 

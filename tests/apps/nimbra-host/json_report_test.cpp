@@ -2,15 +2,15 @@
 // The JSON object, byte for byte.
 #include "apps/nimbra-host/json_report.h"
 
+#include "tests/apps/nimbra-host/hand_made_grid.h"
+#include "tests/support/temp_dir.h"
+
 #include <cstdlib>
 #include <fstream>
 #include <gmock/gmock.h>
 #include <limits>
 #include <nlohmann/json.hpp>
 #include <sstream>
-
-#include "tests/apps/nimbra-host/hand_made_grid.h"
-#include "tests/support/temp_dir.h"
 
 namespace {
 

@@ -2,12 +2,12 @@
 // The report for people: its lines, their width, and what each failure adds to standard error.
 #include "apps/nimbra-host/people_report.h"
 
+#include "apps/nimbra-host/people_text.h"
+#include "tests/apps/nimbra-host/hand_made_grid.h"
+
 #include <gmock/gmock.h>
 #include <limits>
 #include <sstream>
-
-#include "apps/nimbra-host/people_text.h"
-#include "tests/apps/nimbra-host/hand_made_grid.h"
 
 namespace {
 

@@ -2,12 +2,12 @@
 // The picture: scale, directions, colours, and grids that are hard to draw.
 #include "apps/nimbra-host/picture.h"
 
+#include "tests/apps/nimbra-host/hand_made_grid.h"
+#include "tests/support/temp_dir.h"
+
 #include <gmock/gmock.h>
 #include <limits>
 #include <png.h>
-
-#include "tests/apps/nimbra-host/hand_made_grid.h"
-#include "tests/support/temp_dir.h"
 
 namespace {
 

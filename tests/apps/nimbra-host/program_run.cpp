@@ -2,12 +2,12 @@
 // Catches the streams of a run in files of its own directory.
 #include "tests/apps/nimbra-host/program_run.h"
 
+#include "tests/support/file_content.h"
+#include "tests/support/temp_dir.h"
+
 #include <csignal>
 #include <cstdlib>
 #include <sys/wait.h>
-
-#include "tests/support/file_content.h"
-#include "tests/support/temp_dir.h"
 
 namespace hosttest {
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The program as users and scripts meet it: exit statuses, standard error, and whole loads.
-#include <cstdlib>
-#include <fstream>
-#include <gmock/gmock.h>
-#include <unistd.h>
-
 #include "tests/apps/nimbra-host/program_run.h"
 #include "tests/support/database.h"
 #include "tests/support/permissions.h"
 #include "tests/support/temp_dir.h"
+
+#include <cstdlib>
+#include <fstream>
+#include <gmock/gmock.h>
+#include <unistd.h>
 
 namespace {
 

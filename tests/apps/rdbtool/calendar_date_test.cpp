@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Dates, week days and the time base of an import.
 #include "apps/rdbtool/calendar_date.h"
+
 #include "apps/rdbtool/tool_error.h"
 
 #include <gtest/gtest.h>

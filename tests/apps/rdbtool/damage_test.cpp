@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Every kind of damage that can be done is noticed by a check.
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/temp_dir.h"
 
 #include <filesystem>
 #include <gmock/gmock.h>

@@ -2,8 +2,8 @@
 // Reads back what the tool has written, for tests.
 #include "tests/apps/rdbtool/database_rows.h"
 
-#include "platform/client/rdb.h"
 #include "container/format/stored_type.h"
+#include "platform/client/rdb.h"
 
 #include <algorithm>
 

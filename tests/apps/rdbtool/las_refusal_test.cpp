@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // LAS files that are refused, with what is said about each.
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/temp_dir.h"
 
 #include <filesystem>
 #include <fstream>

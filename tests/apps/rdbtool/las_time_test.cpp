@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // How stamps of LAS points and the time base go together.
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/temp_dir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

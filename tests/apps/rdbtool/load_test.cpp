@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What the tool makes is what the library loads.
 #include <rdb2nimbra/rdb2nimbra.h>
-#include "tests/support/grid.h"
-#include "tests/support/temp_dir.h"
+
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/grid.h"
+#include "tests/support/temp_dir.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

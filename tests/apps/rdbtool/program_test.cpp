@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The program as users run it: exit statuses, one line for a failure, nothing half-written.
-#include "tests/support/permissions.h"
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/permissions.h"
+#include "tests/support/temp_dir.h"
 
 #include <csignal>
 #include <filesystem>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Imports of real survey files against what a script finds in them on its own.
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/temp_dir.h"
 
 #include <algorithm>
 #include <cmath>

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What an imported SBET trajectory becomes, and which are refused.
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/temp_dir.h"
 
 #include <array>
 #include <fstream>

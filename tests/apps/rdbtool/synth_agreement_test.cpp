@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Scan, shots and trajectory of one seed are one flight.
-#include "tests/support/temp_dir.h"
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
+#include "tests/support/temp_dir.h"
 
 #include <cmath>
 #include <gtest/gtest.h>

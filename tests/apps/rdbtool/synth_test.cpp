@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What synthetic databases hold, and that a seed is all it takes.
-#include "tests/support/file_content.h"
-#include "tests/support/temp_dir.h"
+#include "apps/rdbtool/seeded_noise.h"
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
-#include "apps/rdbtool/seeded_noise.h"
+#include "tests/support/file_content.h"
+#include "tests/support/temp_dir.h"
 
 #include <cmath>
 #include <filesystem>

@@ -2,8 +2,8 @@
 // Runs the tool's command line inside a test, or any program outside it.
 #include "tests/apps/rdbtool/tool_run.h"
 
-#include "tests/support/file_content.h"
 #include "apps/rdbtool/command_line.h"
+#include "tests/support/file_content.h"
 
 #include <cstdlib>
 #include <sstream>

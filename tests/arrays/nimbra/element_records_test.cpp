@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The record of each element type, row by row.
-#include <gtest/gtest.h>
+#include "arrays/nimbra/element_records.h"
 
+#include <gtest/gtest.h>
 #include <ostream>
 #include <vector>
-
-#include "arrays/nimbra/element_records.h"
 
 namespace {
 

@@ -2,14 +2,13 @@
 // The 44 arrays, eleven element types times four ranks, in one form that a test can walk through.
 #pragma once
 
-#include <gtest/gtest.h>
+#include "arrays/nimbra/mem_array.h"
 
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <vector>
-
-#include "arrays/nimbra/mem_array.h"
 
 namespace everyarray {
 

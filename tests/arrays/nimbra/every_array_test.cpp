@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Every operation of a memory array, for each of the eleven element types and the ranks 1 to 4.
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-
 #include "tests/arrays/nimbra/every_array.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
 
 using namespace everyarray;
 

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // How an index becomes an element, and how many elements a view has.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "arrays/nimbra/multi_array.h"
 
 #include <cstddef>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <limits>
 #include <numeric>
 #include <ostream>
 #include <string>
 #include <vector>
-
-#include "arrays/nimbra/multi_array.h"
 
 using Nimbra::elementTotal;
 using Nimbra::MultiIndex;

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Memory arrays where values matter: tails, views, texts, creators, save interfaces, the count of arrays made.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "tests/arrays/nimbra/every_array.h"
 
 #include <algorithm>
 #include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <limits>
 #include <ostream>
 #include <stdexcept>
-
-#include "tests/arrays/nimbra/every_array.h"
 
 using everyarray::samples;
 using Nimbra::MemArray;

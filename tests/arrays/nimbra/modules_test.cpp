@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Modules of one process share the tables: what one enters, another sees.
-#include <gtest/gtest.h>
+#include "model/nimbra/mem_base.h"
 
 #include <dlfcn.h>
+#include <gtest/gtest.h>
 #include <stdexcept>
-
-#include "model/nimbra/mem_base.h"
 
 namespace {
 

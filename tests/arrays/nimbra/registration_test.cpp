@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Entering the element types into the framework's tables: what, in which order, and once only.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "arrays/nimbra/registration.h"
 
 #include "model/nimbra/fragment.h"
-#include "arrays/nimbra/registration.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 
 using Nimbra::DynamicSize;
 using Nimbra::getNimbraType;

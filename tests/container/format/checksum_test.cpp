@@ -2,16 +2,15 @@
 // The checksum of a block against its definition, byte by byte from a table.
 #include "container/format/checksum.h"
 
-#include <gtest/gtest.h>
+#include "container/format/wide_checksum.h"
 
 #include <array>
 #include <cstring>
+#include <gtest/gtest.h>
 #include <memory>
 #include <random>
 #include <string>
 #include <vector>
-
-#include "container/format/wide_checksum.h"
 
 namespace {
 

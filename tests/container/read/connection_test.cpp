@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // How a connection to a file of unknown origin is held in check.
 #include "container/read/connection.h"
+
 #include "tests/platform/client/database_file.h"
 
 namespace {

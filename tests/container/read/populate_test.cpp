@@ -2,9 +2,8 @@
 // Pages asked for before they are written: they come, and nothing else changes.
 #include "container/read/populate.h"
 
-#include <gtest/gtest.h>
-
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
 #include <vector>

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The column buffer: what it holds when it is new, and the order of what publishing does.
-#include <gtest/gtest.h>
-
-#include <functional>
-#include <new>
-
 #include "loader/columns/column_buffer.h"
+
 #include "tests/support/grid.h"
 #include "tests/support/resident_pages.h"
 #include "tests/support/resource_limit.h"
+
+#include <functional>
+#include <gtest/gtest.h>
+#include <new>
 
 namespace {
 

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The users' page of the columns, held against the columns as they have to be.
-#include <gtest/gtest.h>
-
 #include "tests/loader/pointcloud/expected_rows.h"
 #include "tests/support/file_content.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A load whose allocation k fails, for every k: the result text, whole columns in their order, nothing left over.
-#include <gtest/gtest.h>
-
-#include <algorithm>
-
 #include "loader/pointcloud/rdbx2Z4.h"
 #include "tests/scripted/script.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/support/grid.h"
+
+#include <algorithm>
+#include <gtest/gtest.h>
 
 namespace {
 

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads of real database files: blocks, missing columns, conversions, wrong files.
-#include <gtest/gtest.h>
-
-#include <fstream>
-#include <ostream>
-#include <thread>
-
 #include "loader/pointcloud/rdbx2Z4.h"
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
 #include "tests/support/temp_dir.h"
+
+#include <fstream>
+#include <gtest/gtest.h>
+#include <ostream>
+#include <thread>
 
 namespace {
 

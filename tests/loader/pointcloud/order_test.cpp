@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The order of client calls and of side effects on the grid in a point-cloud load.
-#include <algorithm>
-#include <ostream>
-
 #include "tests/loader/pointcloud/expected_rows.h"
 #include "tests/loader/pointcloud/scripted_scan.h"
+
+#include <algorithm>
+#include <ostream>
 
 namespace {
 

@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Real survey files, imported with rdbtool and loaded, against columns computed apart from this project's code.
-#include <gtest/gtest.h>
+#include "loader/pointcloud/rdbx2Z4.h"
+#include "tests/support/grid.h"
+#include "tests/support/temp_dir.h"
 
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <gtest/gtest.h>
 #include <numeric>
 #include <sstream>
-
-#include "loader/pointcloud/rdbx2Z4.h"
-#include "tests/support/grid.h"
-#include "tests/support/temp_dir.h"
 
 namespace {
 

@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What loading the library leaves in the framework's tables.
-#include <gtest/gtest.h>
-
 #include <rdb2nimbra/rdb2nimbra.h>
+
 #include "model/nimbra/mem_base.h"
 #include "model/torvel/core/typename.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

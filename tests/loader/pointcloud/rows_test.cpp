@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Every column of the import, one by one, through the scripted client.
+#include "tests/loader/pointcloud/expected_rows.h"
+#include "tests/loader/pointcloud/scripted_scan.h"
+
 #include <algorithm>
 #include <cstring>
 #include <numeric>
-
-#include "tests/loader/pointcloud/expected_rows.h"
-#include "tests/loader/pointcloud/scripted_scan.h"
 
 namespace {
 

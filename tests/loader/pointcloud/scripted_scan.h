@@ -2,15 +2,14 @@
 // A point-cloud load over the scripted client, in the words of a test.
 #pragma once
 
-#include <gtest/gtest.h>
-
-#include <initializer_list>
-#include <string>
-#include <vector>
-
 #include "loader/pointcloud/rdbx2Z4.h"
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
+
+#include <gtest/gtest.h>
+#include <initializer_list>
+#include <string>
+#include <vector>
 
 namespace pointcloudTest {
 

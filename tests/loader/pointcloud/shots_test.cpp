@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The waveform attributes that a shot database hangs on "Positions".
-#include <gtest/gtest.h>
-
 #include "loader/pointcloud/rdbx2Z4.h"
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
 #include "tests/support/temp_dir.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

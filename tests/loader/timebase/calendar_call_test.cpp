@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Which date the calendar is asked for, and that its answer is taken whatever the date is.
-#include <gtest/gtest.h>
-
+#include "loader/timebase/week_day.h"
 #include "tests/scripted/rdb.h"
 #include "tests/scripted/recorded_platform.h"
 #include "tests/support/console_lines.h"
-#include "loader/timebase/week_day.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 

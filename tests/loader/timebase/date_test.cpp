@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The date of a time base: every form, every line on the console.
-#include <gtest/gtest.h>
-
-#include <ostream>
-#include <tuple>
+#include "loader/timebase/date.h"
 
 #include "tests/support/console_lines.h"
-#include "loader/timebase/date.h"
+
+#include <gtest/gtest.h>
+#include <ostream>
+#include <tuple>
 
 namespace {
 

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The rebasing of a time column: the decision table, the failure texts, and what is left alone.
-#include <gtest/gtest.h>
-
-#include <cmath>
-#include <limits>
-#include <ostream>
+#include "loader/timebase/rebase.h"
 
 #include "tests/support/chunk_with.h"
 #include "tests/support/console_lines.h"
-#include "loader/timebase/rebase.h"
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <limits>
+#include <ostream>
 
 namespace {
 

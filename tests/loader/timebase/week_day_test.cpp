@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The time system and the week day of a database, from its metadata.
-#include <gtest/gtest.h>
-
-#include <ostream>
+#include "loader/timebase/week_day.h"
 
 #include "tests/scripted/rdb.h"
 #include "tests/support/console_lines.h"
-#include "loader/timebase/week_day.h"
+
+#include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins every call of a load to the client, the transformation and the calendar, in order and with arguments.
-#include "tests/loader/trajectory/scripted_load.h"
 #include "loader/trajectory/trajectory_columns.h"
+#include "tests/loader/trajectory/scripted_load.h"
 
 #include <malloc.h>
 

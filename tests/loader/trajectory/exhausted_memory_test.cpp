@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A load whose allocation k fails, for every k: the result text, and nothing left over.
-#include "tests/support/failing_allocator.h"
 #include "tests/loader/trajectory/scripted_load.h"
+#include "tests/support/failing_allocator.h"
 
 #include <filesystem>
 #include <new>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins how a load ends early, with which text, and what stands on the grid then.
 #include <rdb2nimbra/client.h>
+
 #include "tests/loader/trajectory/flight.h"
 
 #include <filesystem>

@@ -2,19 +2,18 @@
 // A small flight as a database, and its load, in the words of a test.
 #pragma once
 
+#include "loader/trajectory/pofx2nimbra.h"
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
 #include "tests/support/temp_dir.h"
-#include "loader/trajectory/pofx2nimbra.h"
 
 #include <fstream>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <map>
 #include <string>
 #include <vector>
-
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 namespace flight {
 

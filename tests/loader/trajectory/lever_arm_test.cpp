@@ -8,10 +8,9 @@
 
 #include <cstdlib>
 #include <fstream>
-#include <ostream>
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins what stands on the grid after the load of a small trajectory.
-#include <ostream>
-
 #include "tests/loader/trajectory/flight.h"
+
+#include <ostream>
 
 namespace {
 

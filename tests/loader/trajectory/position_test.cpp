@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins what becomes of positions: order, projection, points that can't be taken, and missing projection data.
-#include "platform/transformation/transform.h"
 #include "model/torvel/objects/environment.h"
+#include "platform/transformation/transform.h"
 #include "tests/loader/trajectory/flight.h"
 
 #include <cmath>

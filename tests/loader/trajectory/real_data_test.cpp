@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads a real flight beside the real points that were scanned from it; skips loudly without the files.
 #include <rdb2nimbra/client.h>
+
 #include "tests/loader/trajectory/flight.h"
 
 #include <algorithm>

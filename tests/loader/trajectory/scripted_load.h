@@ -2,18 +2,17 @@
 // A load over the scripted client, in the words of a test.
 #pragma once
 
+#include "loader/trajectory/pofx2nimbra.h"
 #include "model/torvel/objects/environment.h"
 #include "tests/scripted/recorded_platform.h"
 #include "tests/scripted/script.h"
 #include "tests/support/console_lines.h"
 #include "tests/support/grid.h"
-#include "loader/trajectory/pofx2nimbra.h"
-
-#include <string>
-#include <vector>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <string>
+#include <vector>
 
 namespace flight {
 

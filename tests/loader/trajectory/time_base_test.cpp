@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins what the time base of a trajectory leads to: two warnings, an attribute, and no change of a stamp.
-#include "tests/loader/trajectory/flight.h"
 #include "loader/timebase/rebase.h"
+#include "tests/loader/trajectory/flight.h"
 
 namespace {
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Which attribute lands where, in which order and of which type, and what is shared.
-#include <gmock/gmock.h>
+#include "loader/waveform/attributes_for_fwf_processing.h"
+#include "tests/support/output_log.h"
 
+#include <gmock/gmock.h>
 #include <memory>
 #include <string>
 #include <vector>
-
-#include "tests/support/output_log.h"
-#include "loader/waveform/attributes_for_fwf_processing.h"
 
 namespace {
 

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What the reader asks the client for, in which order, and what a failure of each request leaves.
-#include <gmock/gmock.h>
+#include "tests/loader/waveform/read_state.h"
+#include "tests/loader/waveform/scan_items.h"
+#include "tests/scripted/script.h"
+#include "tests/support/output_log.h"
 
+#include <gmock/gmock.h>
 #include <stdexcept>
 #include <string>
 #include <vector>
-
-#include "tests/scripted/script.h"
-#include "tests/support/output_log.h"
-#include "tests/loader/waveform/read_state.h"
-#include "tests/loader/waveform/scan_items.h"
 
 namespace {
 

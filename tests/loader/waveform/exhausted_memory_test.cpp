@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Allocation k fails, for every k: the exception passes, and what was set before it stays.
-#include <gtest/gtest.h>
+#include "loader/waveform/attributes_for_fwf_processing.h"
+#include "loader/waveform/parsers.h"
+#include "tests/support/failing_allocator.h"
 
 #include <algorithm>
+#include <gtest/gtest.h>
 #include <new>
 #include <string>
 #include <vector>
-
-#include "tests/support/failing_allocator.h"
-#include "loader/waveform/attributes_for_fwf_processing.h"
-#include "loader/waveform/parsers.h"
 
 namespace {
 

@@ -2,16 +2,14 @@
 // The search rule: which value counts where a key stands in several places.
 #include "loader/waveform/json_search.h"
 
-#include <gmock/gmock.h>
+#include "loader/database/json_document.h"
+#include "tests/support/output_log.h"
 
 #include <QJsonDocument>
-
+#include <gmock/gmock.h>
 #include <ostream>
 #include <string>
 #include <vector>
-
-#include "loader/database/json_document.h"
-#include "tests/support/output_log.h"
 
 namespace {
 

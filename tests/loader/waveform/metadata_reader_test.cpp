@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What a database that reads well puts into the record.
-#include <gmock/gmock.h>
+#include "tests/loader/waveform/scan_database.h"
+#include "tests/support/output_log.h"
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <gmock/gmock.h>
 #include <string>
 #include <vector>
-
-#include "tests/support/output_log.h"
-#include "tests/loader/waveform/scan_database.h"
 
 namespace {
 

@@ -2,20 +2,18 @@
 // The two array-like items: what becomes of each element, and what each fault says.
 #include "loader/waveform/parsers.h"
 
-#include <gmock/gmock.h>
+#include "tests/loader/waveform/scan_items.h"
+#include "tests/support/output_log.h"
 
 #include <QJsonDocument>
 #include <QJsonParseError>
-
 #include <algorithm>
 #include <cstddef>
+#include <gmock/gmock.h>
 #include <limits>
 #include <ostream>
 #include <string>
 #include <vector>
-
-#include "tests/support/output_log.h"
-#include "tests/loader/waveform/scan_items.h"
 
 namespace {
 

@@ -2,12 +2,12 @@
 // How far a read has come, seen from the members of the record.
 #pragma once
 
+#include "loader/waveform/attributes_for_fwf_processing.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <string>
 #include <vector>
-
-#include "loader/waveform/attributes_for_fwf_processing.h"
 
 namespace support {
 

@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Metadata that is missing or damaged: the result, what is said in which order, and where the record stands.
-#include <gmock/gmock.h>
-#include <sqlite3.h>
+#include "tests/loader/waveform/read_state.h"
+#include "tests/loader/waveform/scan_database.h"
+#include "tests/support/output_log.h"
 
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <gmock/gmock.h>
 #include <ostream>
+#include <sqlite3.h>
 #include <string>
 #include <vector>
-
-#include "tests/support/output_log.h"
-#include "tests/loader/waveform/read_state.h"
-#include "tests/loader/waveform/scan_database.h"
 
 namespace {
 

@@ -1,18 +1,17 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The record as a value: defaults, order of members, its text, the correction of the time reference.
-#include <gmock/gmock.h>
+#include "loader/waveform/attributes_for_fwf_processing.h"
+#include "tests/support/chunk_with.h"
+#include "tests/support/output_log.h"
 
 #include <algorithm>
 #include <bit>
 #include <cstdint>
+#include <gmock/gmock.h>
 #include <limits>
 #include <string>
 #include <type_traits>
 #include <vector>
-
-#include "tests/support/chunk_with.h"
-#include "tests/support/output_log.h"
-#include "loader/waveform/attributes_for_fwf_processing.h"
 
 namespace {
 

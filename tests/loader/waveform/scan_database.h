@@ -2,14 +2,15 @@
 // A database file with waveform metadata, whole at first, from which a test takes items away.
 #pragma once
 
-#include <map>
-#include <string>
+#include <rdb2nimbra/client.h>
 
 #include "container/write/writer.h"
-#include <rdb2nimbra/client.h>
-#include "tests/support/temp_dir.h"
-#include "tests/loader/waveform/scan_items.h"
 #include "loader/waveform/attributes_for_fwf_processing.h"
+#include "tests/loader/waveform/scan_items.h"
+#include "tests/support/temp_dir.h"
+
+#include <map>
+#include <string>
 
 namespace support {
 

@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Fields: one array a fragment, held by the field, over a collection of identities that fields share.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "arrays/nimbra/mem_array.h"
+#include "tests/support/grid.h"
 
 #include <algorithm>
 #include <functional>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <vector>
-
-#include "arrays/nimbra/mem_array.h"
-#include "tests/support/grid.h"
 
 using Nimbra::Field;
 using Nimbra::MemArray;

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Grid, representations and the slots of fields.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <stdexcept>
+#include "tests/support/grid.h"
 
 #include "arrays/nimbra/mem_array.h"
-#include "tests/support/grid.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <stdexcept>
 
 using Nimbra::Field;
 using Nimbra::Grid;

@@ -4,9 +4,8 @@
 
 #include <chrono>
 #include <climits>
-#include <ostream>
-
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace {
 

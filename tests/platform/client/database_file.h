@@ -2,8 +2,8 @@
 // The small language in which the tests make databases, damage them and read them.
 #pragma once
 
-#include "platform/client/rdb.h"
 #include "container/write/writer.h"
+#include "platform/client/rdb.h"
 #include "tests/support/temp_dir.h"
 
 #include <cstdint>

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The embedded client under the suite that every client has to pass.
-#include "platform/client/rdb.h"
 #include "container/write/writer.h"
-
+#include "platform/client/rdb.h"
 #include "tests/platform/client/client_suite.h"
 #include "tests/support/virtual_slot.h"
 

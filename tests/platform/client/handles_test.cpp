@@ -1,14 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The client's plain values: attribute descriptions, the context, the settings of opening.
-#include <gtest/gtest.h>
-
-#include <limits>
-#include <ostream>
-
 #include "platform/client/context.h"
 #include "platform/client/data_type.h"
 #include "platform/client/open_settings.h"
 #include "platform/client/point_attribute.h"
+
+#include <gtest/gtest.h>
+#include <limits>
+#include <ostream>
 
 namespace {
 

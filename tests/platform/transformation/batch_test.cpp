@@ -3,9 +3,8 @@
 #include "tests/platform/transformation/projection.h"
 
 #include <limits>
-#include <random>
-
 #include <proj.h>
+#include <random>
 
 namespace {
 

@@ -2,14 +2,13 @@
 // What the tests of the transformation share: points, their bits, and the place of proj.db.
 #pragma once
 
-#include "platform/transformation/transform.h"
 #include "model/torvel/objects/environment.h"
+#include "platform/transformation/transform.h"
 
 #include <cstring>
+#include <gtest/gtest.h>
 #include <string>
 #include <vector>
-
-#include <gtest/gtest.h>
 
 namespace projection {
 

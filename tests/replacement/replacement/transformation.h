@@ -2,10 +2,10 @@
 // The header that a replaced transformation is known by.
 #pragma once
 
+#include "arrays/quillon/physical_space.h"
+
 #include <string>
 #include <vector>
-
-#include "arrays/quillon/physical_space.h"
 
 namespace Proj {
 std::string transform(const std::string& from, const std::string& to,

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Attributes of an object, and names of types.
+#include "model/torvel/objects/attributes.h"
+
+#include "model/torvel/core/typename.h"
+#include "model/torvel/objects/cache.h"
+#include "model/torvel/references/chunk.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <map>
-
-#include "model/torvel/objects/attributes.h"
-#include "model/torvel/objects/cache.h"
-#include "model/torvel/core/typename.h"
-#include "model/torvel/references/chunk.h"
 
 using Torvel::Attributes;
 using Torvel::ChunkBase;

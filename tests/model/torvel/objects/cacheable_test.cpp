@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Cacheable objects: construction finished by the first strong hold, and the step before the destruction.
-#include <gtest/gtest.h>
-
-#include <stdexcept>
-
 #include "model/torvel/objects/cacheable.h"
+
+#include <gtest/gtest.h>
+#include <stdexcept>
 
 namespace {
 

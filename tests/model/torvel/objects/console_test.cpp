@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The console: one line a statement, to the host's sink or to standard error, never mixed between threads.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "model/torvel/objects/console.h"
+
+#include "tests/support/console_lines.h"
 
 #include <algorithm>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <sstream>
 #include <stdexcept>
 #include <thread>
-
-#include "model/torvel/objects/console.h"
-#include "tests/support/console_lines.h"
 
 using Torvel::Console;
 

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Environment variables and the place of the running program.
-#include <gtest/gtest.h>
+#include "model/torvel/objects/environment.h"
 
 #include <cstdlib>
 #include <filesystem>
-
-#include "model/torvel/objects/environment.h"
+#include <gtest/gtest.h>
 
 namespace {
 

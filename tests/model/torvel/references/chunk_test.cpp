@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Chunks: their elements, the count of bytes of the process, copies, and the faces they can be reached through.
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
+#include "model/torvel/references/chunk.h"
+
+#include "arrays/quillon/physical_space.h"
 
 #include <cstdint>
 #include <cstring>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
 #include <limits>
 #include <stdexcept>
-
-#include "arrays/quillon/physical_space.h"
-#include "model/torvel/references/chunk.h"
 
 using Quillon::ColourRGBA;
 using Quillon::PhysicalSpace::point;

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Counts under threads: many holds at once, and weak pointers taken up while the last strong hold goes.
-#include <gtest/gtest.h>
+#include "model/torvel/references/pointer.h"
+#include "tests/support/console_lines.h"
 
 #include <atomic>
 #include <barrier>
 #include <functional>
+#include <gtest/gtest.h>
 #include <thread>
 #include <vector>
-
-#include "model/torvel/references/pointer.h"
-#include "tests/support/console_lines.h"
 
 namespace {
 

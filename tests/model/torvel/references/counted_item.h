@@ -2,10 +2,10 @@
 // Counted objects for the tests of the reference scheme: one family with a hook of its own, one without.
 #pragma once
 
+#include "model/torvel/references/pointer.h"
+
 #include <functional>
 #include <string>
-
-#include "model/torvel/references/pointer.h"
 
 namespace counted {
 

@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // What a new chunk finds in its memory. The pattern there comes from tests/model/torvel/references/pattern_allocator.cpp
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include <vector>
-
 #include "arrays/quillon/physical_space.h"
 #include "model/torvel/references/chunk.h"
 #include "tests/model/torvel/references/pattern_allocator.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <vector>
 
 namespace {
 

@@ -2,12 +2,12 @@
 // Blocks that are made to read as zero, and memory that is given back: what is read there, and what stays in memory.
 #include "model/torvel/references/fresh_pages.h"
 
+#include "tests/support/resident_pages.h"
+
 #include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <sys/mman.h>
-
-#include "tests/support/resident_pages.h"
 
 namespace {
 

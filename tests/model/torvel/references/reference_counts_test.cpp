@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The reference scheme: what each pointer does to the counts, and when an object and its record end.
-#include <gtest/gtest.h>
-
-#include <new>
-
 #include "tests/model/torvel/references/counted_item.h"
+
+#include <gtest/gtest.h>
+#include <new>
 
 using counted::Item;
 using counted::SpecialItem;

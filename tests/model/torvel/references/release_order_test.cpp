@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The order of the steps of a release, seen by a count record that keeps a log in place of the real one.
+#include "model/torvel/references/count_record.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <string>
 #include <utility>
 #include <vector>
-
-#include "model/torvel/references/count_record.h"
 
 namespace {
 

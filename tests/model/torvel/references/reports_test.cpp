@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The five reports of the reference scheme: each provoked, its text pinned, and the work seen to go on.
+#include "tests/model/torvel/references/counted_item.h"
+#include "tests/support/console_lines.h"
+#include "tests/support/grouping_locale.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
-
 #include <new>
 #include <optional>
 #include <sstream>
 #include <stdexcept>
-
-#include "tests/model/torvel/references/counted_item.h"
-#include "tests/support/console_lines.h"
-#include "tests/support/grouping_locale.h"
 
 using counted::Item;
 using counted::record;

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The order of virtual operations, which modules built at other times rely on. The destructors take two slots.
-#include <gtest/gtest.h>
-
 #include "arrays/nimbra/registration.h"
 #include "tests/support/virtual_slot.h"
+
+#include <gtest/gtest.h>
 
 using support::slotOf;
 using Torvel::Chunk;
