@@ -101,10 +101,10 @@ bench::Finding shortBlock() {
 void writeTrajectory(const std::string& path, unsigned int rows) {
   const std::vector<std::string> names{"timestamp",   "roll",     "pitch",     "yaw",
                                        "path_length", "latitude", "longitude", "height"};
-  riegl::rdb::embedded::Writer writer(path);
+  container::Writer writer(path);
   std::vector<std::vector<double>> columns;
   for (const std::string& name : names) {
-    riegl::rdb::embedded::AttributeSpec spec;
+    container::Attribute spec;
     spec.name = "riegl.pof_" + name;
     writer.addAttribute(spec);
     columns.push_back(bench::randomValues<double>(columns.size(), 0, rows));

@@ -14,7 +14,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::crc32;
+using container::crc32;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -110,15 +110,14 @@ TEST(Checksum, ReadsNothingBeforeTheFirstByteOrBehindTheLast) {
 }
 
 TEST(WideChecksum, IsTheDefinitionsForEveryNumberOfSteps) {
-  if (!riegl::rdb::embedded::hasWideMultiplication()) {
+  if (!container::hasWideMultiplication()) {
     GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build: the plain way is "
                     "all there is";
   }
-  const Bytes bytes = randomBytes(400 * riegl::rdb::embedded::checksumStepBytes);
+  const Bytes bytes = randomBytes(400 * container::checksumStepBytes);
   for (std::size_t steps = 1; steps <= 400; ++steps) {
-    const std::size_t length = steps * riegl::rdb::embedded::checksumStepBytes;
-    EXPECT_EQ(riegl::rdb::embedded::wideCrc32(7, bytes.data(), steps), definition(7, bytes.data(), length))
-        << steps;
+    const std::size_t length = steps * container::checksumStepBytes;
+    EXPECT_EQ(container::wideCrc32(7, bytes.data(), steps), definition(7, bytes.data(), length)) << steps;
   }
 }
 

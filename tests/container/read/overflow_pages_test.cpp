@@ -3,7 +3,7 @@
 // Longer than other sources because every test needs the same writer of files and reader of pages.
 #include "container/read/overflow_pages.h"
 
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,8 +13,8 @@
 
 namespace {
 
-using namespace rdbtest;
-using riegl::rdb::embedded::OverflowPages;
+using namespace containertest;
+using container::OverflowPages;
 using Bytes = std::vector<unsigned char>;
 
 constexpr const char* table = "CREATE TABLE block (attribute INTEGER NOT NULL, number INTEGER NOT NULL, "

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The client reads past SQLite's page cache where it may, and a file that answers such reads wrongly does no harm.
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 
 #include <gmock/gmock.h>
 #include <limits>
@@ -8,7 +8,7 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 /// What happens to reads that SQLite would not make itself, which are those of anything but a whole page.
 enum class Answer { right, failure, shortRead, otherBytes };
@@ -77,12 +77,12 @@ class PastSqlite : public testing::TestWithParam<Answer> {
     sqlite3_vfs_register(system, 1);
   }
   void givenDatabase(bool checksums) {
-    writeColumn(path, {"riegl.xyz", StoredType::float64, 3}, points, {50'000, checksums});
+    writeColumn(path, {"riegl.xyz", ElementType::float64, 3}, points, {50'000, checksums});
     sqlite3_vfs_register(&watched, 1);
     reads = 0;
   }
   std::vector<double> load(unsigned atOnce = 200'000) {
-    return readColumn<double>(path, "riegl.xyz", DataType::FLOAT64, atOnce);
+    return readColumn<double>(path, "riegl.xyz", atOnce);
   }
   int readsOfSoundLoad() {
     EXPECT_EQ(load(), points);

@@ -10,7 +10,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::populate;
+using container::populate;
 
 const auto pageBytes = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A read on several threads whose allocation k fails, for every k: the records, or the failure as an exception.
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 #include "tests/support/failing_allocator.h"
 
 #include <new>
@@ -8,7 +8,7 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 constexpr unsigned records = 2'000'000;
 
@@ -17,19 +17,17 @@ class ExhaustedMemory : public testing::Test {
  protected:
   void SetUp() override {
     std::iota(numbers.begin(), numbers.end(), 0);
-    AttributeSpec spec;
-    spec.name = "number";
-    writeColumn(path, spec, numbers, {200'000, true});
+    writeColumn(path, {"number", ElementType::float64}, numbers, {200'000, true});
   }
 
   /// Reads all with the allocation behind the first `successes` failing. \returns whether memory was enough
   bool readsWith(long successes) {
-    QuerySelect query = open(path, 4)->select("");
-    query.bind("number", DataType::FLOAT64, found.data(), 0);
+    Cursor cursor(Database(path, 4));
+    cursor.bind("number", ElementType::float64, found.data());
     support::beginAllocations(successes);
     bool enough = true;
     try {
-      query.next(records);
+      cursor.next(records);
     } catch (const std::bad_alloc&) {
       enough = false;
     }

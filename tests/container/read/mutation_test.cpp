@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Files with changed or missing bytes, and files that lie about their size: data, an Error, and nothing else.
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 
 #include <algorithm>
 #include <atomic>
@@ -13,7 +13,7 @@ std::atomic<std::size_t> bytesInUse = 0;
 std::atomic<std::size_t> mostBytesInUse = 0;
 } // namespace
 
-// Counts what this program and the client allocate; SQLite counts its own part.
+// Counts what this program and the container allocate; SQLite counts its own part.
 void* operator new(std::size_t bytes) {
   void* const memory = std::malloc(bytes);
   if (memory == nullptr) {
@@ -37,7 +37,7 @@ void operator delete(void* memory, std::size_t) noexcept {
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 struct Loaded {
   std::vector<double> points;
@@ -46,8 +46,7 @@ struct Loaded {
 };
 
 Loaded load(const std::string& path) {
-  return {readColumn<double>(path, "riegl.xyz", DataType::FLOAT64, 700),
-          readColumn<float>(path, "riegl.class", DataType::FLOAT32, 333)};
+  return {readColumn<double>(path, "riegl.xyz", 700), readColumn<float>(path, "riegl.class", 333)};
 }
 
 /// Small pages, so that a small file has a tree of every kind of page: 3000 records, blocks of 256.
@@ -55,8 +54,8 @@ class Mutated : public testing::Test {
  protected:
   void SetUp() override {
     Writer writer(path, {256, true});
-    writer.addAttribute({"riegl.xyz", StoredType::float64, 3});
-    writer.addAttribute({"riegl.class", StoredType::uint8});
+    writer.addAttribute({"riegl.xyz", ElementType::float64, 3});
+    writer.addAttribute({"riegl.class", ElementType::uint8});
     std::vector<double> points(9000);
     std::vector<unsigned char> classes(3000);
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -204,7 +203,7 @@ TEST_F(SharedText, IsReadAsOftenAsTheFileCouldHoldIt) {
   mostBytesInUse = bytesInUse.load();
   const std::size_t before = bytesInUse;
   EXPECT_EQ(
-      errorOf(directory, [this] { open(path); }),
+      errorOf(directory, [this] { Database{path}; }),
       "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected at most as much "
       "text as the file has bytes, " +
           std::to_string(sound.size()) + ", found more)");
@@ -213,7 +212,7 @@ TEST_F(SharedText, IsReadAsOftenAsTheFileCouldHoldIt) {
 
 TEST_F(Mutated, MemoryOfTheClientIsCounted) {
   const std::size_t before = bytesInUse;
-  const auto database = open(path);
+  const Database database(path);
   EXPECT_GT(bytesInUse - before, 1000U);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Every way in which a file can be no sound database, with the text that a user gets to read.
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 #include "tests/support/grouping_locale.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 struct Case {
   std::string name;
@@ -77,13 +77,16 @@ const Case cases[] = {
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 25 blocks, found "
      "3)"},
     {"NegativeBlockRows", "UPDATE database SET block_rows = -4",
-     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
+     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records per block of "
+     "1 "
      "to 4294967295, found -4)"},
     {"ZeroBlockRows", "UPDATE database SET block_rows = 0",
-     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
+     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records per block of "
+     "1 "
      "to 4294967295, found 0)"},
     {"HugeBlockRows", "UPDATE database SET block_rows = 9223372036854775807",
-     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
+     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records per block of "
+     "1 "
      "to 4294967295, found 9223372036854775807)"},
     {"LargerBlockRows", "UPDATE database SET block_rows = 5",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 2 blocks, found "
@@ -194,9 +197,9 @@ const Case cases[] = {
 };
 
 void readAll(const std::string& path) {
-  readColumn<double>(path, "riegl.xyz", DataType::FLOAT64, 5);
-  readColumn<unsigned char>(path, "riegl.class", DataType::UINT8, 3);
-  open(path)->metaData().get("riegl.time_base", "");
+  readColumn<double>(path, "riegl.xyz", 5);
+  readColumn<unsigned char>(path, "riegl.class", 3);
+  Database(path).item("riegl.time_base").value();
 }
 
 class WrongFile : public testing::Test {
@@ -245,7 +248,7 @@ TEST_F(WrongFile, NamedPipeIsToldWithoutWaiting) {
 }
 
 TEST_F(WrongFile, DeviceIsTold) {
-  EXPECT_EQ(errorOf(directory, [] { open("/dev/null"); }),
+  EXPECT_EQ(errorOf(directory, [] { Database("/dev/null"); }),
             "cannot open the database (/dev/null: expected a regular file, found a device)");
 }
 
@@ -303,12 +306,12 @@ TEST_F(WrongFile, SizeThatOverflowsIsNotTakenForMemoryThatRanOut) {
 }
 
 TEST_F(WrongFile, EmptyPathIsTold) {
-  EXPECT_EQ(errorOf(directory, [] { open(""); }),
+  EXPECT_EQ(errorOf(directory, [] { Database(""); }),
             "cannot open the database (expected the path of a file, found no text)");
 }
 
 TEST_F(WrongFile, PathWithAZeroByteIsTold) {
-  EXPECT_EQ(errorOf(directory, [] { open(std::string("a\0b", 3)); }),
+  EXPECT_EQ(errorOf(directory, [] { Database(std::string("a\0b", 3)); }),
             "cannot open the database (expected the path of a file, found a zero byte in it)");
 }
 
@@ -318,13 +321,6 @@ TEST_F(WrongFile, IsToldTheSameInALocaleThatGroupsDigits) {
   const support::GroupingLocale grouping;
   EXPECT_EQ(errorOfReading(), "the file is not a database of this kind (scan.rdbx: expected application id "
                               "0x52444243, found 0x00000007)");
-}
-
-TEST_F(WrongFile, FailedOpenLeavesTheDatabaseThatWasOpen) {
-  writeSample(path);
-  const auto database = open(path);
-  EXPECT_THROW(database->open(directory.path("none.rdbx"), OpenSettings()), Error);
-  EXPECT_EQ(database->recordCount(), 10U);
 }
 
 } // namespace
