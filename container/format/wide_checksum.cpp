@@ -177,7 +177,7 @@ WIDE inline void foldPiece(Sums& sums, __m512i overOneStep, const unsigned char*
   }
 }
 
-// The checksum of the bytes that `sums` stands for.
+// The checksum of all bytes that were folded into `sums`.
 WIDE inline std::uint32_t remainder(const Sums& sums) {
   static constexpr Distance overOneRegister = distance(512);
   static constexpr Distance overOneLane = distance(128);

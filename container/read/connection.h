@@ -39,7 +39,7 @@ class Connection {
   const std::string& path() const { return filePath; }
   /// The file that the path led to before it was opened.
   const FileIdentity& identity() const { return file; }
-  /// Resets the count of steps that ends a statement which would run for ever on a damaged file.
+  /// Resets the count of steps that ends a statement that would never end on a damaged file.
   void beginStatement() { steps = 0; }
   /// The Error for a call of SQLite that failed while `object` was read. \errors std::bad_alloc if memory ran out
   Error failure(const std::string& object, int status) const;

@@ -45,7 +45,7 @@ class CONTAINER_API Database {
 
   /// The text of a metadata item, or nothing. \errors Error for an item that holds no text
   std::optional<std::string> item(const std::string& name) const;
-  /// The names of all items, sorted by their bytes. \errors Error for a name that is no text or stands twice
+  /// The names of all items, sorted by their bytes. \errors Error for a name that is no text or occurs twice
   std::vector<std::string> itemNames() const;
 
  private:

@@ -13,7 +13,7 @@ namespace container {
 /// The text of a metadata item, or nothing. \errors Error for an item that holds no text
 std::optional<std::string> metadataItem(Connection& connection, const std::string& name);
 
-/// The names of all items, sorted by their bytes. \errors Error for a name that is no text or stands twice
+/// The names of all items, sorted by their bytes. \errors Error for a name that is no text or occurs twice
 std::vector<std::string> metadataNames(Connection& connection);
 
 } // namespace container

@@ -29,7 +29,7 @@ struct DamageRequest {
   std::optional<std::uint64_t> flipFileByte;
   std::optional<std::uint64_t> truncateBytes; // what is left of the file
 
-  // Whether there is a change of one block, of the tables beside it, of the file, or one that needs `attribute`.
+  // Whether there is a change of one block, of other tables, of the file, or one that needs `attribute`.
   bool changesBlock() const;
   bool changesTables() const;
   bool changesFile() const;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The client's data types and the container's element types, which stand for each other. Internal to the client.
+// The client's data types and the container's element types, one for one. Internal to the client.
 #pragma once
 
 #include "container/format/element_type.h"

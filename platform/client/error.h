@@ -21,7 +21,7 @@ enum class ErrorKind : int {
 
 /// A failure of the client. `what()` says what happened; `details()` names the object, what was expected and what was
 /// found. Copies share their texts, so copying never throws. Both texts live as long as any copy and are never null.
-/// The virtual operations stand in the order in which callers expect them: destructors, what, code, details.
+/// Callers depend on the order of the virtual operations: destructors, what, code, details.
 class RDB_API Error : public std::exception {
  public:
   /// Keeps copies of both texts.

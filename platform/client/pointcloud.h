@@ -35,7 +35,7 @@ class RDB_API Pointcloud {
   /// The attributes of the database; the object lives as long as the Pointcloud.
   pointcloud::PointAttributes& pointAttribute() const;
 
-  /// A query that stands before the first record. Filters are not offered: a filter that is not empty is an Error.
+  /// A query positioned before the first record. Filters are not offered: a filter that is not empty is an Error.
   pointcloud::QuerySelect select(const std::string& filter = {});
 
   /// Records of the database.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How a connection to a file of unknown origin is held in check.
+// The limits and settings of a connection to a file of unknown origin.
 #include "container/read/connection.h"
 
 #include "tests/container/database_file.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a cursor makes of binds, strides, positions, threads and damaged blocks.
+// Reading through a cursor: binds, strides, positions, threads, damaged blocks.
 #include "tests/container/database_file.h"
 
 #include <algorithm>

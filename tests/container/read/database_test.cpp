@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a database says of itself: its catalogue, its metadata, and the paths that lead to it.
+// Opening a database: its catalogue, its metadata, and odd paths.
 #include "tests/container/database_file.h"
 
 #include <filesystem>
@@ -57,14 +57,14 @@ TEST_F(OpenDatabase, HasNoItemThatWasNotWritten) {
 
 const char* const oddNames[] = {"a b?c%20d#e.rdbx", "file:x?mode=ro", ":memory:", "\u00e4\u6f22.rdbx", "-"};
 
-TEST_F(OpenDatabase, ReadsPathsThatLookLikeSomethingElse) {
+TEST_F(OpenDatabase, ReadsPathsThatSqliteCouldMisread) {
   for (const char* name : oddNames) {
     writeSample(directory.path(name));
     EXPECT_EQ(Database(directory.path(name)).recordCount(), 10U) << name;
   }
 }
 
-TEST_F(OpenDatabase, ReadsRelativePathsThatLookLikeSomethingElse) {
+TEST_F(OpenDatabase, ReadsRelativePathsThatSqliteCouldMisread) {
   const std::filesystem::path before = std::filesystem::current_path();
   std::filesystem::current_path(directory.root());
   for (const char* name : oddNames) {

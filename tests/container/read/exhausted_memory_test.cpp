@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A read on several threads whose allocation k fails, for every k: the records, or the failure as an exception.
+// A read on several threads with allocation k failing, for every k, returns the records or raises std::bad_alloc.
 #include "tests/container/database_file.h"
 #include "tests/support/failing_allocator.h"
 
@@ -12,7 +12,7 @@ using namespace containertest;
 
 constexpr unsigned records = 2'000'000;
 
-/// Two columns' worth of bytes for several threads, in few blocks.
+/// A column large enough for several threads to read it, in few blocks.
 class ExhaustedMemory : public testing::Test {
  protected:
   void SetUp() override {
@@ -20,7 +20,7 @@ class ExhaustedMemory : public testing::Test {
     writeColumn(path, {"number", ElementType::float64}, numbers, {200'000, true});
   }
 
-  /// Reads all with the allocation behind the first `successes` failing. \returns whether memory was enough
+  /// Reads all records; the allocation after the first `successes` fails. \return whether memory was enough
   bool readsWith(long successes) {
     Cursor cursor(Database(path, 4));
     cursor.bind("number", ElementType::float64, found.data());

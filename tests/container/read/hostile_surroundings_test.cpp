@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What stands beside a database, who else has it open, and where its name leads to.
+// Opening a database with files beside it, with other programs that have it open, and through links.
 #include "tests/container/database_file.h"
 
 #include <filesystem>
@@ -10,7 +10,7 @@ namespace {
 
 using namespace containertest;
 
-/// A connection as any other program may have it, until the end of the test.
+/// A connection as another program might have it, open until the end of the test.
 class OtherProgram {
  public:
   OtherProgram(const std::string& path, const std::string& sql) {
@@ -62,7 +62,7 @@ TEST_F(BesideTheFile, LogOfAConcurrentWriterCounts) {
   EXPECT_EQ(item(), "{\"new\": 1}");
 }
 
-TEST_F(BesideTheFile, NamedPipeIsToldWithoutWaiting) {
+TEST_F(BesideTheFile, NamedPipeIsReportedWithoutWaiting) {
   for (const char* suffix : {"-journal", "-wal"}) {
     const std::string pipe = path + suffix;
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -72,7 +72,7 @@ TEST_F(BesideTheFile, NamedPipeIsToldWithoutWaiting) {
   }
 }
 
-TEST_F(BesideTheFile, JournalOfABrokenOffChangeIsTold) {
+TEST_F(BesideTheFile, JournalOfABrokenOffChangeIsReported) {
   writeBytes(path + "-journal", std::vector<char>(1024, 'x'));
   EXPECT_EQ(errorOfOpening(),
             "cannot open the database (" + name +
@@ -88,7 +88,7 @@ TEST_F(BesideTheFile, EmptiedJournalIsPassedOver) {
   EXPECT_EQ(item(), "{}");
 }
 
-TEST_F(BesideTheFile, WriterThatHoldsTheFileIsTold) {
+TEST_F(BesideTheFile, WriterThatHoldsTheFileIsReported) {
   const OtherProgram writer(path, "BEGIN EXCLUSIVE");
   EXPECT_EQ(
       errorOfOpening(),
@@ -126,7 +126,7 @@ struct Link {
 
 class WrongLink : public BesideTheFile, public testing::WithParamInterface<Link> {};
 
-TEST_P(WrongLink, IsToldWhereItLeads) {
+TEST_P(WrongLink, IsReportedByItsTarget) {
   std::filesystem::create_symlink(GetParam().target, directory.path("link"));
   EXPECT_EQ(errorOf(directory, [this] { Database{directory.path("link")}; }),
             std::string("cannot open the database (link: expected a ") + GetParam().found + ")");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Files with changed or missing bytes, and files that lie about their size: data, an Error, and nothing else.
+// Files with changed or missing bytes, or with wrong sizes in them, give the right data or an Error.
 #include "tests/container/database_file.h"
 
 #include <algorithm>
@@ -91,8 +91,7 @@ class Mutated : public testing::Test {
       return Outcome::error;
     }
   }
-  /// The layout has no checksum over these tables: a changed scale is a scale, for all that a reader can
-  /// tell.
+  /// No checksum covers these tables: a reader cannot detect a changed scale.
   bool liesInCatalogue(std::size_t at) const {
     return std::find(cataloguePages.begin(), cataloguePages.end(), at / pageBytes + 1) !=
            cataloguePages.end();
@@ -149,8 +148,8 @@ TEST_F(Mutated, ChangedFileHeadIsAnErrorOrHarmless) {
   EXPECT_GT(errors, 50);
 }
 
-/// Attributes whose descriptions of 200,000 bytes lie in the same pages: the cell of each is changed to lead to
-/// the pages of the first one.
+/// Attributes whose descriptions of 200,000 bytes share pages: the cell of each is changed to point to the pages of the
+/// first one.
 class SharedText : public Mutated {
  protected:
   void SetUp() override {
@@ -166,13 +165,13 @@ class SharedText : public Mutated {
     sound = bytesOf(path);
   }
   static std::string nameOf(int i) { return "shared" + std::to_string(i / 10) + std::to_string(i % 10); }
-  /// Behind the cell's size and row: eleven bytes of types, then the name.
+  /// Position of an attribute's name: it follows the cell's size and row id and eleven bytes of types.
   std::size_t nameAt(int i) const {
     const std::string name = nameOf(i) + "int8";
     const auto found = std::search(sound.begin(), sound.end(), name.begin(), name.end());
     return static_cast<std::size_t>(found - sound.begin());
   }
-  /// SQLite's number of three bytes, seven bits each.
+  /// Writes a number as SQLite stores it, in three bytes of seven bits each.
   static void putNumber(std::vector<char>& bytes, std::size_t at, std::size_t number) {
     bytes[at] = static_cast<char>((number >> 14) | 0x80);
     bytes[at + 1] = static_cast<char>(((number >> 7) & 0x7f) | 0x80);
@@ -210,7 +209,7 @@ TEST_F(SharedText, IsReadAsOftenAsTheFileCouldHoldIt) {
   EXPECT_LT(mostBytesInUse - before, 3 * sound.size());
 }
 
-TEST_F(Mutated, MemoryOfTheClientIsCounted) {
+TEST_F(Mutated, MemoryOfTheContainerIsCounted) {
   const std::size_t before = bytesInUse;
   const Database database(path);
   EXPECT_GT(bytesInUse - before, 1000U);

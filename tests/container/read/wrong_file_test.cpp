@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Every way in which a file can be no sound database, with the text that a user gets to read.
+// Every kind of file that is not a sound database, with the error text that a user reads.
 #include "tests/container/database_file.h"
 #include "tests/support/grouping_locale.h"
 
@@ -213,7 +213,7 @@ class WrongFile : public testing::Test {
 
 class DamagedSample : public WrongFile, public testing::WithParamInterface<Case> {};
 
-TEST_P(DamagedSample, IsToldInFull) {
+TEST_P(DamagedSample, IsReportedInFull) {
   writeSample(path);
   execute(path, GetParam().damage);
   std::string expected = GetParam().error;
@@ -229,30 +229,30 @@ TEST_P(DamagedSample, IsToldInFull) {
 INSTANTIATE_TEST_SUITE_P(Tables, DamagedSample, testing::ValuesIn(cases),
                          [](const auto& row) { return row.param.name; });
 
-TEST_F(WrongFile, MissingFileIsTold) {
+TEST_F(WrongFile, MissingFileIsReported) {
   EXPECT_EQ(errorOfReading(),
             "cannot open the database (scan.rdbx: expected a readable file, found: No such file "
             "or directory)");
 }
 
-TEST_F(WrongFile, DirectoryIsTold) {
+TEST_F(WrongFile, DirectoryIsReported) {
   mkdir(path.c_str(), 0700);
   EXPECT_EQ(errorOfReading(),
             "cannot open the database (scan.rdbx: expected a regular file, found a directory)");
 }
 
-TEST_F(WrongFile, NamedPipeIsToldWithoutWaiting) {
+TEST_F(WrongFile, NamedPipeIsReportedWithoutWaiting) {
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   EXPECT_EQ(errorOfReading(),
             "cannot open the database (scan.rdbx: expected a regular file, found a named pipe)");
 }
 
-TEST_F(WrongFile, DeviceIsTold) {
+TEST_F(WrongFile, DeviceIsReported) {
   EXPECT_EQ(errorOf(directory, [] { Database("/dev/null"); }),
             "cannot open the database (/dev/null: expected a regular file, found a device)");
 }
 
-TEST_F(WrongFile, UnreadableFileIsTold) {
+TEST_F(WrongFile, UnreadableFileIsReported) {
   writeSample(path);
   chmod(directory.root().c_str(), 0755);
   chmod(path.c_str(), 0);
@@ -264,14 +264,14 @@ TEST_F(WrongFile, UnreadableFileIsTold) {
             "cannot open the database (scan.rdbx: expected a readable file, found: Permission denied)");
 }
 
-TEST_F(WrongFile, EmptyFileIsTold) {
+TEST_F(WrongFile, EmptyFileIsReported) {
   writeBytes(path, {});
   EXPECT_EQ(
       errorOfReading(),
       "the file is not a database of this kind (scan.rdbx: expected an SQLite file, found an empty file)");
 }
 
-TEST_F(WrongFile, OtherContentIsTold) {
+TEST_F(WrongFile, OtherContentIsReported) {
   const std::string other =
       "the file is not a database of this kind (scan.rdbx: expected an SQLite file, found other content)";
   writeBytes(path, {'x'});
@@ -280,7 +280,7 @@ TEST_F(WrongFile, OtherContentIsTold) {
   EXPECT_EQ(errorOfReading(), other);
 }
 
-TEST_F(WrongFile, TruncatedFileIsTold) {
+TEST_F(WrongFile, TruncatedFileIsReported) {
   writeSample(path);
   std::vector<char> bytes = bytesOf(path);
   bytes.pop_back();
@@ -305,17 +305,17 @@ TEST_F(WrongFile, SizeThatOverflowsIsNotTakenForMemoryThatRanOut) {
             "the file cannot hold)");
 }
 
-TEST_F(WrongFile, EmptyPathIsTold) {
+TEST_F(WrongFile, EmptyPathIsReported) {
   EXPECT_EQ(errorOf(directory, [] { Database(""); }),
             "cannot open the database (expected the path of a file, found no text)");
 }
 
-TEST_F(WrongFile, PathWithAZeroByteIsTold) {
+TEST_F(WrongFile, PathWithAZeroByteIsReported) {
   EXPECT_EQ(errorOf(directory, [] { Database(std::string("a\0b", 3)); }),
             "cannot open the database (expected the path of a file, found a zero byte in it)");
 }
 
-TEST_F(WrongFile, IsToldTheSameInALocaleThatGroupsDigits) {
+TEST_F(WrongFile, IsReportedTheSameInALocaleThatGroupsDigits) {
   writeSample(path);
   execute(path, "PRAGMA application_id = 7");
   const support::GroupingLocale grouping;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Damage that cannot be done is refused with kind and text; what damage does is seen by a reader.
+// Damage that is not possible is refused with kind and text; damage that is done is found by verify.
 #include "container/testing/damage.h"
 
 #include "container/read/verify.h"

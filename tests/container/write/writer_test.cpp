@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The writer: what it leaves behind when it finishes, fails or is dropped, and what verify finds.
+// The writer: the files it leaves when it finishes, fails or is destroyed early, and what verify finds in them.
 #include "container/read/verify.h"
 #include "tests/container/database_file.h"
 #include "tests/support/resource_limit.h"
@@ -125,7 +125,7 @@ TEST_F(Writing, PartsOfAnySizeMakeTheSameFile) {
   }
 }
 
-TEST_F(Writing, FullDiskIsToldAndLeavesNothing) {
+TEST_F(Writing, FullDiskIsReportedAndLeavesNothing) {
   const auto handler = signal(SIGXFSZ, SIG_IGN);
   const support::ResourceLimit limit(RLIMIT_FSIZE, 1'000'000);
   const std::string error = errorOf(directory, [&] {
@@ -168,7 +168,7 @@ TEST_F(Writing, MakesTheDocumentedTables) {
                 " FROM sqlite_schema WHERE type = 'table'");
 }
 
-/// CRC-32 bit by bit, as its definition says.
+/// CRC-32 bit by bit, from its definition.
 std::uint32_t slowChecksum(const unsigned char* data, std::size_t bytes) {
   std::uint32_t state = 0xffffffff;
   for (std::size_t i = 0; i < bytes; ++i) {
@@ -195,7 +195,7 @@ TEST_F(Writing, ChecksumsAreThoseOfTheDefinitionAtEveryBlockSize) {
   }
 }
 
-TEST_F(Writing, LeavesChecksumsOutWhenTold) {
+TEST_F(Writing, OmitsChecksumsWhenAsked) {
   writeSample(path, false);
   const auto seen = container::verify(path, [](const auto&, const auto&) {});
   EXPECT_EQ(seen.withoutChecksum, 6U);

@@ -127,7 +127,7 @@ TEST_F(Query, BlockIsVerifiedBeforeAnyOfItIsDelivered) {
   EXPECT_THROW(query.next(1), Error);
 }
 
-TEST_F(Query, CatalogueTellsWhatAnAttributeIs) {
+TEST_F(Query, CatalogueDescribesAnAttribute) {
   const auto database = open(path);
   const auto attribute = database->pointAttribute().get("riegl.xyz");
   EXPECT_THAT(database->pointAttribute().list(), ElementsAre("riegl.xyz", "riegl.class"));
