@@ -203,7 +203,7 @@ TEST_F(PointCloudFile, WithMoreValuesARecordThanItsBuffersHoldIsRefused) {
                            [](std::uint64_t, unsigned int) { return 1.0; })});
   EXPECT_EQ(load(),
             "the attribute has another length than its name stands for (column \"riegl.amplitude\" of " +
-                path + ": expected 1 values a record, found 3)");
+                path + ": expected 1 values per record, found 3)");
 }
 
 TEST_F(PointCloudFile, MayBearAnyNameInUtf8) {
