@@ -51,6 +51,18 @@ std::vector<std::string> splitAtColons(const std::string& line) {
   return tokens;
 }
 
+/// Reads one line. A read error ends the file, as its end does.
+///
+/// \param file  must have `badbit` among its exceptions: without it std::getline swallows std::bad_alloc
+/// \return whether a line was read
+bool nextLine(std::ifstream& file, std::string& line) {
+  try {
+    return static_cast<bool>(std::getline(file, line));
+  } catch (const std::ios_base::failure&) {
+    return false;
+  }
+}
+
 /// \returns empty, or what is wrong with the line
 std::string readLine(const std::string& line, Vectors& vectors) {
   const std::vector<std::string> tokens = splitAtColons(line);
@@ -80,9 +92,10 @@ std::string addLeverArm_Misalignment(Nimbra::Grid& grid, const std::string& path
   if (!file) {
     return "pofx2nimbra:Error opening leverarm file: " + path;
   }
+  file.exceptions(std::ios_base::badbit);
   const DecimalPoint decimalMark;
   Vectors vectors;
-  for (std::string line; std::getline(file, line);) {
+  for (std::string line; nextLine(file, line);) {
     const std::string failure = readLine(line, vectors);
     if (!failure.empty()) {
       return failure;

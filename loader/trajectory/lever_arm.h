@@ -17,7 +17,8 @@ namespace Riegl {
 /// \param path  of the file; empty for none, which is success
 /// \returns empty on success, else a message for the user
 /// \errors  std::invalid_argument "stod" for a token that is no number, std::out_of_range "stod" for one that
-///          doesn't fit a double
+///          does not fit a double; std::bad_alloc. The grid's attributes then stay as they were, unless memory
+///          runs out between the two.
 /// \threads the thread of the load
 std::string addLeverArm_Misalignment(Nimbra::Grid& grid, const std::string& path);
 

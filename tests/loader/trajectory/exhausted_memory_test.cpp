@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A load whose allocation k fails, for every k: the result text, and nothing left over.
+#include "loader/trajectory/lever_arm.h"
 #include "tests/loader/trajectory/scripted_load.h"
 #include "tests/support/failing_allocator.h"
+#include "tests/support/temp_dir.h"
 
 #include <filesystem>
+#include <fstream>
 #include <new>
 
 namespace {
@@ -72,6 +75,46 @@ TEST_F(ExhaustedMemory, LeavesNothingBehind) {
   const long alive = aliveAfterLoadWith(-1);
   for (long k = allocationsOfThePath(); k < allocations; ++k) {
     ASSERT_EQ(aliveAfterLoadWith(k), alive) << "at allocation " << k;
+  }
+}
+
+/// A lever-arm file of lines that a string cannot hold without an allocation.
+class ExhaustedMemoryInTheLeverArmFile : public ExhaustedMemory {
+ protected:
+  ExhaustedMemoryInTheLeverArmFile() {
+    leverArm = directory.path("lever_arm.txt");
+    std::ofstream(leverArm) << "leverarm:" + std::string(200, ' ') + "1:2:3\n"
+                            << "misalignment:" + std::string(4000, ' ') + "4:5:6\n";
+  }
+
+  std::string readWith(long successes) {
+    Nimbra::Grid fresh;
+    support::beginAllocations(successes);
+    std::string result = Riegl::addLeverArm_Misalignment(fresh, leverArm);
+    support::endAllocations();
+    return result;
+  }
+
+  support::TempDir directory;
+};
+
+TEST_F(ExhaustedMemoryInTheLeverArmFile, IsNeverTakenForAWrongFile) {
+  ASSERT_EQ(readWith(-1), "");
+  const long allocations = support::allocationsMade();
+  ASSERT_GT(allocations, 10);
+  for (long k = 0; k < allocations; ++k) {
+    EXPECT_THROW(readWith(k), std::bad_alloc) << "at allocation " << k;
+    support::endAllocations();
+  }
+}
+
+TEST_F(ExhaustedMemoryInTheLeverArmFile, LeavesTheLoadAsItsOwnException) {
+  const long reading = (readWith(-1), support::allocationsMade());
+  const long allocations = allocationsOfALoad();
+  for (long k = allocations - reading; k < allocations; ++k) {
+    EXPECT_THROW(loadWith(k), std::bad_alloc) << "at allocation " << k;
+    support::endAllocations();
+    EXPECT_EQ(script.liveObjects, 0) << "at allocation " << k;
   }
 }
 
