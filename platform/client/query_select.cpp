@@ -3,7 +3,7 @@
 #include "platform/client/query_select.h"
 
 #include "container/read/read_jobs.h"
-#include "platform/client/standard_lengths.h"
+#include "names/names.h"
 
 #include <algorithm>
 #include <utility>
@@ -33,12 +33,13 @@ namespace {
 
 /// A caller's buffer is sized by the attribute's name; what the file says of its length must not exceed that.
 void requireStandardLength(const embedded::Column& column, const std::string& path) {
-  const auto standard = embedded::standardLength(column.attribute.name);
+  const Riegl::Attribute* const standard = Riegl::attributes::find(column.attribute.name);
   const unsigned found = column.attribute.length;
-  if (standard && (found < standard->least || found > standard->most)) {
+  if (standard != nullptr && (found < standard->leastValues || found > standard->mostValues)) {
     throw Error(ErrorKind::wrongFormat, "the attribute has another length than its name stands for",
                 "column \"" + column.attribute.name + "\" of " + path + ": expected " +
-                    std::to_string(standard->most) + " values a record, found " + std::to_string(found));
+                    std::to_string(standard->mostValues) + " values a record, found " +
+                    std::to_string(found));
   }
 }
 

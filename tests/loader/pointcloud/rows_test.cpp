@@ -146,6 +146,7 @@ TEST_F(Rows, ArePublishedInTheirOrder) {
   for (const ExpectedRow& row : expectedRows()) {
     if (row.attribute != "riegl.shot_timestamp_hr" && row.attribute != "riegl.xyz") {
       const auto made = field(grid, row.field, row.attribute == "riegl.xyz_socs" ? scanner : chart);
+      ASSERT_TRUE(made) << row.attribute << " has no row";
       serials.push_back(made->array("Fragment_0")->serialNumber());
     }
   }
