@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Proj::transform against PROJ's own array call on one thread, and trajectories of two lengths.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/random_values.h"
-#include "loader/trajectory/pofx2nimbra.h"
 #include "model/torvel/objects/environment.h"
 #include "platform/transformation/transform.h"
 #include "tests/support/temp_dir.h"

@@ -2,8 +2,9 @@
 // Makes databases from seeds and looks at what the load has put on the grid.
 #include "bench/support/database.h"
 
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "bench/support/random_values.h"
-#include "loader/pointcloud/rdbx2Z4.h"
 #include "loader/pointcloud/rdbx_rows.h"
 #include "model/torvel/references/chunk_base.h"
 

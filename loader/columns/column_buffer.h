@@ -3,10 +3,11 @@
 // Both imports derive their buffers from it. docs/architecture.md tells the life of one block.
 #pragma once
 
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "arrays/nimbra/element_records.h"
 #include "arrays/nimbra/mem_array.h"
 #include "loader/columns/named_field.h"
-#include "loader/timebase/chunk_callback.h"
 #include "model/nimbra/grid.h"
 #include "model/torvel/objects/cache.h"
 #include "model/torvel/references/chunk.h"

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The point-cloud load: opens the database, prepares the grid, and walks it block by block.
-#include "loader/pointcloud/rdbx2Z4.h"
-
-#include <rdb2nimbra/client.h>
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/columns/block_size.h"
 #include "loader/columns/named_field.h"
 #include "loader/pointcloud/rdbx_columns.h"
-#include "loader/timebase/rebase.h"
-#include "loader/timebase/week_day.h"
 
 #include <cstdint>
 #include <filesystem>

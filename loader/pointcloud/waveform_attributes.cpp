@@ -2,7 +2,7 @@
 // Copies nine members of the processing record onto "Positions".
 #include "loader/pointcloud/waveform_attributes.h"
 
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 namespace Riegl {
 

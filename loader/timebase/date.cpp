@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Reads the epoch and the time system out of the time base's JSON text.
-#include "loader/timebase/date.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/database/json_document.h"
 #include "model/torvel/objects/console.h"

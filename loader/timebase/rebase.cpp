@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The decision which shift a time column needs, and the shift.
-#include "loader/timebase/rebase.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "arrays/nimbra/element_text.h"
 #include "model/torvel/references/chunk.h"

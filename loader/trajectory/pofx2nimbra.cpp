@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The trajectory load: opens the database, walks it block by block, and reads the lever-arm file at the end.
-#include "loader/trajectory/pofx2nimbra.h"
-
-#include <rdb2nimbra/client.h>
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/columns/block_size.h"
 #include "loader/timebase/calendar.h"
-#include "loader/timebase/date.h"
 #include "loader/trajectory/leap_second_warnings.h"
 #include "loader/trajectory/lever_arm.h"
 #include "loader/trajectory/position_conversion.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Hangs the record for full-waveform processing on the grids and fields of a data set.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "model/torvel/objects/console.h"
 
 namespace Riegl {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The record in words, and the correction of its time reference from outside.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "arrays/nimbra/element_text.h"
 #include "model/torvel/objects/console.h"

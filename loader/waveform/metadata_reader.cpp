@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Fills the record for full-waveform processing from the metadata of a database.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "loader/waveform/json_search.h"
 #include "loader/waveform/parsers.h"
 #include "model/torvel/objects/console.h"

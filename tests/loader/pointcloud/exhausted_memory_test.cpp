@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A load whose allocation k fails, for every k: the result text, whole columns in their order, nothing left over.
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/script.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/support/grid.h"

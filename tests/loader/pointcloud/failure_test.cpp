@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A client that fails at call k, for every k of a load: result text, what stands on the grid, nothing left over.
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads of real database files: blocks, missing columns, conversions, wrong files.
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Real survey files, imported with rdbtool and loaded, against columns computed apart from this project's code.
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/grid.h"
 #include "tests/support/temp_dir.h"
 

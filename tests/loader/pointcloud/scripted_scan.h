@@ -2,7 +2,8 @@
 // A point-cloud load over the scripted client, in the words of a test.
 #pragma once
 
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
 

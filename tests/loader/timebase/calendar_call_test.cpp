@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Which date the calendar is asked for, and that its answer is taken whatever the date is.
-#include "loader/timebase/week_day.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/rdb.h"
 #include "tests/scripted/recorded_platform.h"
 #include "tests/support/console_lines.h"

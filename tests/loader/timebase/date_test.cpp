@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The date of a time base: every form, every line on the console.
-#include "loader/timebase/date.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/support/console_lines.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The time system and the week day of a database, from its metadata.
-#include "loader/timebase/week_day.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/scripted/rdb.h"
 #include "tests/support/console_lines.h"

@@ -2,7 +2,8 @@
 // A small flight as a database, and its load, in the words of a test.
 #pragma once
 
-#include "loader/trajectory/pofx2nimbra.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"

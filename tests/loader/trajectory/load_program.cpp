@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads a trajectory and prints the result: load_program FILE EPSG.
-#include "loader/trajectory/pofx2nimbra.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include <cstdio>
 #include <cstdlib>

@@ -2,7 +2,8 @@
 // A load over the scripted client, in the words of a test.
 #pragma once
 
-#include "loader/trajectory/pofx2nimbra.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "model/torvel/objects/environment.h"
 #include "tests/scripted/recorded_platform.h"
 #include "tests/scripted/script.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins what the time base of a trajectory leads to: two warnings, an attribute, and no change of a stamp.
-#include "loader/timebase/rebase.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/loader/trajectory/flight.h"
 
 namespace {

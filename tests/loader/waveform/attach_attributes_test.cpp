@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Which attribute lands where, in which order and of which type, and what is shared.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/output_log.h"
 
 #include <gmock/gmock.h>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Allocation k fails, for every k: the exception passes, and what was set before it stays.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "loader/waveform/parsers.h"
 #include "tests/support/failing_allocator.h"
 

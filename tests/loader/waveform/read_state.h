@@ -2,7 +2,7 @@
 // How far a read has come, seen from the members of the record.
 #pragma once
 
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include <algorithm>
 #include <cstddef>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The record as a value: defaults, order of members, its text, the correction of the time reference.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/chunk_with.h"
 #include "tests/support/output_log.h"
 

@@ -2,10 +2,9 @@
 // A database file with waveform metadata, whole at first, from which a test takes items away.
 #pragma once
 
-#include <rdb2nimbra/client.h>
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "container/write/writer.h"
-#include "loader/waveform/attributes_for_fwf_processing.h"
 #include "tests/loader/waveform/scan_items.h"
 #include "tests/support/temp_dir.h"
 
