@@ -4,7 +4,7 @@ include(CMakePackageConfigHelpers)
 
 set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/rdb2nimbra)
 set(libraries rdb2nimbra)
-foreach(pair CLIENT:rdb2nimbra_platform_client MODEL:rdb2nimbra_model
+foreach(pair CLIENT:rdb2nimbra_platform_client CLIENT:rdb2nimbra_container MODEL:rdb2nimbra_model
     TRANSFORMATION:rdb2nimbra_platform_transformation CALENDAR:rdb2nimbra_platform_calendar)
   string(REPLACE ":" ";" pair ${pair})
   list(POP_FRONT pair interface embedded)
