@@ -22,8 +22,8 @@ struct Attribute {
 
 namespace attributes {
 
-/// All attributes, by name. A database client must refuse an attribute whose values per record lie outside its
-/// range, because the loader sizes its buffers by this table and not by the database.
+/// All attributes, by name. A database client must refuse an attribute whose values per record lie outside
+/// its range, because the loader sizes its buffers by this table and not by the database.
 ///
 /// Some writers store only one value of a hydrographic intersection.
 // clang-format off
@@ -101,8 +101,8 @@ constexpr const Attribute* find(std::string_view name) {
   return nullptr;
 }
 
-/// The attribute of that name, looked up by the compiler: `attributes::named("riegl.xyz")`. A name that is not in
-/// the table does not compile.
+/// The attribute of that name, looked up by the compiler: `attributes::named("riegl.xyz")`. A name that is
+/// not in the table does not compile.
 consteval const Attribute& named(std::string_view name) {
   const Attribute* const found = find(name);
   return found != nullptr ? *found : throw "expected the name of an attribute in names/names.h";

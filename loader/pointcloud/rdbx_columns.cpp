@@ -11,7 +11,7 @@ namespace Riegl {
 
 namespace {
 
-/// The point cloud's form of a column buffer.
+/// The column buffer of a point cloud.
 template <class T>
 class RdbxData final : public Z4Data<T> {
  public:
@@ -24,7 +24,7 @@ class RdbxData final : public Z4Data<T> {
   }
 };
 
-/// Where the columns of one call of the binder come from and go to.
+/// Arguments of one call of the binder.
 struct Binding {
   riegl::rdb::Pointcloud& database;
   riegl::rdb::pointcloud::QuerySelect& query;
@@ -32,7 +32,7 @@ struct Binding {
   bool loadAllAttributes;
 };
 
-/// A fresh buffer in the slot, which drops the one of the last block; bound where the attribute exists.
+/// Puts a fresh buffer into the slot, which releases the buffer of the last block, and binds it if asked to.
 template <class T>
 void makeBuffer(const Binding& binding, const RdbxRow& row, RdbxSlot& slot, bool bind) {
   const BufferReference<T> buffer(new RdbxData<T>(row.field, binding.grid, row.toChart,
@@ -72,7 +72,7 @@ void makeBufferOfElement(const Binding& binding, const RdbxRow& row, RdbxSlot& s
 }
 
 void bindRow(const Binding& binding, const RdbxRow& row, RdbxSlot& slot) {
-  // The catalogue is asked first, also for a row that is then left out.
+  // The catalogue is asked before `onlyWithAll` is looked at, as the order of calls prescribes.
   const bool exists = binding.database.pointAttribute().exists(row.attribute.name);
   if (exists && row.onlyWithAll && !binding.loadAllAttributes) {
     return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Asks the database for its time base and the calendar for the day.
+// getIsUTCandWeekday: reads the time base of a database and looks its date up in the calendar.
 #include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/timebase/calendar.h"

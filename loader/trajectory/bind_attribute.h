@@ -10,9 +10,9 @@ namespace Riegl {
 
 /// Binds an attribute that has one double per record, in tightly packed records.
 ///
-/// \param query   writes to `buffer` from its next `next` on, until the name is bound again
+/// \param query   writes to `buffer` from its next `next` on, until the name is bound again or the query ends
 /// \param buffer  stays the caller's; has room for one block
-/// \errors  what the client raises
+/// \errors  exceptions of the client
 inline void bindAttribute(riegl::rdb::pointcloud::QuerySelect& query, const Attribute& attribute,
                           double* buffer) {
   query.bind(attribute.name, riegl::rdb::pointcloud::DataType(dataTypeOf(attribute.element)), buffer, 0);

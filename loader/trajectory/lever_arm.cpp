@@ -14,14 +14,14 @@ namespace {
 
 using Triple = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
 
-/// The two vectors of a file, empty until their line has been read.
+/// The two vectors of a file; null until their line has been read.
 struct Vectors {
   Triple leverArm;
   Triple misalignment;
 };
 
-/// While it lives, this thread reads numbers with a point: a host may have set a locale with a comma, in which
-/// "0.1" is 0.
+/// Makes this thread read numbers with a decimal point during its lifetime. In a host's locale with a decimal
+/// comma "0.1" would be 0.
 class DecimalPoint {
  public:
   DecimalPoint() : before(uselocale(classic())) {}
@@ -38,7 +38,7 @@ class DecimalPoint {
   const locale_t before;
 };
 
-/// Splits at every colon and keeps empty tokens, the last one too; a NUL byte ends the line.
+/// Splits at every colon and keeps empty tokens, also the last; a NUL byte ends the line.
 std::vector<std::string> splitAtColons(const std::string& line) {
   const std::string text(line.c_str()); // NOLINT(readability-redundant-string-cstr): ends at a NUL
   std::vector<std::string> tokens;
@@ -63,7 +63,7 @@ bool nextLine(std::ifstream& file, std::string& line) {
   }
 }
 
-/// \returns empty, or what is wrong with the line
+/// \return empty, or the text for a line of the wrong form
 std::string readLine(const std::string& line, Vectors& vectors) {
   const std::vector<std::string> tokens = splitAtColons(line);
   if (tokens.size() != 4) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Interleaves the columns of a position and hands them to the transformation.
+// Interleaves the three columns of a position and transforms the points.
 #include "loader/trajectory/position_conversion.h"
 
 #include "loader/trajectory/bind_attribute.h"
@@ -17,7 +17,7 @@ CoordinateSystems prepareConversion(int epsgCode) {
 }
 
 GeodeticPositions::Array GeodeticPositions::makeZeroFilled(std::size_t count) {
-  // calloc gives pages that are zero without a touch; a short trajectory never fills most of them.
+  // calloc returns zero pages without writing them; a short trajectory never touches most of them.
   Array values(static_cast<double*>(std::calloc(count, sizeof(double)))); // NOLINT(*-no-malloc)
   if (values == nullptr) {
     throw std::bad_alloc();

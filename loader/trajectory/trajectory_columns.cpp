@@ -11,7 +11,7 @@ namespace Riegl {
 
 namespace {
 
-/// The trajectory's form of a column buffer: always in the grid's default place.
+/// The column buffer of a trajectory: its field lies in the grid's default place.
 template <class T>
 class PofxData final : public Z4Data<T> {
  public:
@@ -29,7 +29,7 @@ using Column = Torvel::StrongPtr<Z4Data<T>, Z4Data<T>>;
 
 struct Requirement {
   Attribute attribute;
-  const char* text; ///< result of the load where the attribute is missing
+  const char* text; ///< result of the load if the attribute is missing
 };
 
 constexpr std::array<Requirement, 8> requirements{{

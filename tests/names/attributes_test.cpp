@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The table of attributes, compared with the columns that are written down apart from it.
+// Compares the table of attributes with the independent list of columns.
 #include "names/names.h"
 #include "tests/loader/pointcloud/expected_rows.h"
 

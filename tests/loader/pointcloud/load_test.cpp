@@ -98,7 +98,7 @@ TEST_F(PointCloudFile, OfTheScannersOwnSystemHasItsDataThere) {
   EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 2U);
 }
 
-TEST_F(PointCloudFile, MayHoldAttributesThatNobodyKnows) {
+TEST_F(PointCloudFile, MayHaveUnknownAttributes) {
   givenDatabase(3,
                 {numbered("own.name", ElementType::uint8), numbered("riegl.target_index", ElementType::uint8),
                  numbered("riegl.unheard_of", ElementType::float64)});
@@ -199,7 +199,7 @@ TEST_F(PointCloudFile, ThatIsNoDatabaseLeavesTheGridAsItWas) {
   EXPECT_TRUE(grid.representations().empty());
 }
 
-TEST_F(PointCloudFile, WithMoreValuesARecordThanItsBuffersHoldIsRefused) {
+TEST_F(PointCloudFile, WithMoreValuesPerRecordThanItsBuffersHoldIsRefused) {
   givenDatabase(2, {column("riegl.amplitude", ElementType::float32, 3,
                            [](std::uint64_t, unsigned int) { return 1.0; })});
   EXPECT_EQ(load(),

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The waveform attributes that a shot database hangs on "Positions".
+// The waveform attributes that a shot database adds to "Positions".
 #include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/support/console_lines.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load whose allocation k fails, for every k: the result text, and nothing left over.
+// A load whose allocation k fails, for every k: its result text, and no leak.
 #include "loader/trajectory/lever_arm.h"
 #include "tests/loader/trajectory/scripted_load.h"
 #include "tests/support/failing_allocator.h"
@@ -21,7 +21,7 @@ class ExhaustedMemory : public ScriptedLoad {
     callback = nullptr;
   }
 
-  /// Loads onto a fresh grid with the allocation behind the first `successes` failing.
+  /// Loads onto a fresh grid whose allocation after the first `successes` fails.
   std::string loadWith(long successes) {
     Nimbra::Grid fresh;
     script.calls.clear();
@@ -31,14 +31,14 @@ class ExhaustedMemory : public ScriptedLoad {
     return result;
   }
 
-  /// What the process makes once and for all is made before.
+  /// The first load makes what the process allocates once.
   long allocationsOfALoad() {
     EXPECT_EQ(loadWith(-1), "");
     EXPECT_EQ(loadWith(-1), "");
     return support::allocationsMade();
   }
 
-  /// What stays allocated once the grid of a load and the record of its calls are gone.
+  /// Allocations that remain after the grid of a load and the record of its calls are gone.
   long aliveAfterLoadWith(long successes) {
     loadWith(successes);
     script.calls.clear();
@@ -78,7 +78,7 @@ TEST_F(ExhaustedMemory, LeavesNothingBehind) {
   }
 }
 
-/// A lever-arm file of lines that a string cannot hold without an allocation.
+/// A lever-arm file with lines too long for the buffer inside a string.
 class ExhaustedMemoryInTheLeverArmFile : public ExhaustedMemory {
  protected:
   ExhaustedMemoryInTheLeverArmFile() {

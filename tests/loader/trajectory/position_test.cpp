@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins what becomes of positions: order, projection, points that can't be taken, and missing projection data.
+// Pins positions: order of coordinates, projection, points that cannot be transformed, missing projection data.
 #include "model/torvel/objects/environment.h"
 #include "platform/transformation/transform.h"
 #include "tests/loader/trajectory/flight.h"
@@ -84,7 +84,7 @@ TEST_F(Load, OfAnUnknownCodeSucceedsWithoutABlock) {
   EXPECT_EQ(load(), "");
 }
 
-TEST_F(Load, SaysWhereProjectionDataWereLookedFor) {
+TEST_F(Load, NamesTheFolderSearchedForProjectionData) {
   givenFlight(3);
   const std::string program = directory.path("program");
   std::filesystem::copy(LOAD_PROGRAM, program); // its folder has no proj.db

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load over the scripted client, in the words of a test.
+// Fixture: a trajectory load over the scripted client.
 #pragma once
 
 #include <rdb2nimbra/rdb2nimbra.h>
