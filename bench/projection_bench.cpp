@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Proj::transform against PROJ's own array call on one thread, and trajectories of two lengths.
+// A ratio of processor times near 1 means that the second thread adds no work.
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/random_values.h"
@@ -98,10 +99,10 @@ bench::Finding shortBlock() {
 void writeTrajectory(const std::string& path, unsigned int rows) {
   const std::vector<std::string> names{"timestamp",   "roll",     "pitch",     "yaw",
                                        "path_length", "latitude", "longitude", "height"};
-  riegl::rdb::embedded::Writer writer(path);
+  container::Writer writer(path);
   std::vector<std::vector<double>> columns;
   for (const std::string& name : names) {
-    riegl::rdb::embedded::AttributeSpec spec;
+    container::Attribute spec;
     spec.name = "riegl.pof_" + name;
     writer.addAttribute(spec);
     columns.push_back(bench::randomValues<double>(columns.size(), 0, rows));

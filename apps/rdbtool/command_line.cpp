@@ -4,13 +4,13 @@
 
 #include <rdb2nimbra/version.h>
 
+#include "apps/rdbtool/damage_command.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"
 #include "apps/rdbtool/report.h"
 #include "apps/rdbtool/synth.h"
 #include "apps/rdbtool/tool_error.h"
-#include "container/testing/damage.h"
-#include "platform/client/error.h"
+#include "container/format/error.h"
 
 #include <CLI/CLI.hpp>
 #include <charconv>
@@ -174,7 +174,7 @@ void addReports(CLI::App& app, Session& session) {
 }
 
 void addDamage(CLI::App& app) {
-  const auto request = std::make_shared<DamageRequest>();
+  const auto request = std::make_shared<container::DamageRequest>();
   CLI::App* command = app.add_subcommand("damage", "damage a database in place, for tests");
   command->add_option("file", request->file, "database")->required();
   command->add_option("--attribute", request->attribute, "attribute whose block or type is damaged");
@@ -191,7 +191,7 @@ void addDamage(CLI::App& app) {
   command->add_option("--drop-table", request->dropTable, "database, attribute, block or metadata");
   addNumber(*command, "--flip-file-byte", request->flipFileByte, "flip the bits of this byte of the file");
   addNumber(*command, "--truncate", request->truncateBytes, "keep only this many bytes of the file");
-  command->callback([request] { damage(*request); });
+  command->callback([request] { damageDatabase(*request); });
 }
 
 int statusNumber(ExitStatus status) {
@@ -205,9 +205,9 @@ int answerFailure(std::ostream& err) {
   } catch (const ToolError& error) {
     err << "rdbtool: " << error.what() << "\n";
     return statusNumber(error.status());
-  } catch (const riegl::rdb::Error& error) {
+  } catch (const container::Error& error) {
     err << "rdbtool: " << error.what() << ": " << error.details() << "\n";
-    const bool cannotOpen = error.code() == static_cast<int>(riegl::rdb::ErrorKind::cannotOpen);
+    const bool cannotOpen = error.kind() == container::ErrorKind::cannotOpen;
     return statusNumber(cannotOpen ? ExitStatus::unreadable : ExitStatus::failed);
   } catch (const std::exception& error) {
     err << "rdbtool: " << error.what() << "\n";

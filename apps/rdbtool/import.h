@@ -29,7 +29,7 @@ struct ImportRequest {
 /// written, and not at all on a failure.
 ///
 /// \param notes  receives a line for all that is left behind or assumed
-/// \errors  ToolError; riegl::rdb::Error from the writer
+/// \errors  ToolError; container::Error from the writer
 /// \threads one thread a request
 std::uint64_t importFile(const ImportRequest& request, std::ostream& notes);
 

@@ -13,7 +13,7 @@ namespace rdbtool {
 /// One described piece of the bytes behind the standard part of a point record.
 struct ExtraBytesField {
   unsigned position = 0; // from the start of the record
-  AttributeSpec spec;
+  Attribute spec;
 };
 
 /// What the descriptions of a file yield.

@@ -9,7 +9,7 @@ namespace rdbtool {
 
 /// Prints records, block size, attributes and metadata items; as one JSON object where `json` is set.
 ///
-/// \errors  ToolError (unreadable); riegl::rdb::Error for a file that is no sound database
+/// \errors  ToolError (unreadable); container::Error for a file that is no sound database
 void describe(const std::string& path, bool json, std::ostream& out);
 
 /// Prints every finding of a check of all blocks, and a summary; true where there was none.

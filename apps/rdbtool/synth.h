@@ -33,13 +33,13 @@ struct SynthRequest {
 /// more. The output appears under its name when all of it is written, and not at all on a failure.
 ///
 /// \errors  ToolError (wrong use): an unknown column or metadata item, more records than the day is long;
-///          riegl::rdb::Error from the writer
+///          container::Error from the writer
 /// \threads one thread a request
 void synthesise(const SynthRequest& request);
 
 /// A column of a scan: how one record of one shot's echo is stored.
 struct ScanColumn {
-  AttributeSpec spec;
+  Attribute spec;
   void (*put)(const Shot& shot, unsigned echo, std::byte* target);
 };
 /// All columns of a scan in the order they are written.
@@ -47,7 +47,7 @@ const std::vector<ScanColumn>& scanColumns();
 
 /// A column of a database of shots.
 struct ShotColumn {
-  AttributeSpec spec;
+  Attribute spec;
   void (*put)(const Shot& shot, std::byte* target);
 };
 const std::vector<ShotColumn>& shotColumns();

@@ -6,6 +6,7 @@
 #include "loader/pointcloud/rdbx2Z4.h"
 #include "loader/pointcloud/rdbx_rows.h"
 #include "model/torvel/references/chunk_base.h"
+#include "platform/client/element_type.h"
 
 #include <algorithm>
 #include <array>
@@ -77,7 +78,7 @@ Column columnOf(const Riegl::RdbxRow& row) {
   column.attribute = row.name;
   column.field = row.field;
   column.type =
-      *riegl::rdb::embedded::storedTypeOf(static_cast<riegl::rdb::pointcloud::DataType>(row.dataType));
+      *riegl::rdb::embedded::elementTypeOf(static_cast<riegl::rdb::pointcloud::DataType>(row.dataType));
   const bool triple = row.element == Riegl::Element::point || row.element == Riegl::Element::vector;
   column.length = triple ? 3 : row.valuesPerRecord;
   column.inChart = row.toChart;
@@ -87,12 +88,12 @@ Column columnOf(const Riegl::RdbxRow& row) {
 } // namespace
 
 std::vector<Column> scanColumns() {
-  return {{"riegl.xyz", "Positions", StoredType::float64, 3, true},
-          {"riegl.timestamp", "GPSTime", StoredType::float64, 1, true},
-          {"riegl.xyz_socs", "Positions", StoredType::float64, 3, false},
-          {"riegl.amplitude", "Amplitude", StoredType::float32, 1, true},
-          {"riegl.reflectance", "Reflectance", StoredType::float32, 1, true},
-          {"riegl.deviation", "Deviation", StoredType::int16, 1, true}};
+  return {{"riegl.xyz", "Positions", ElementType::float64, 3, true},
+          {"riegl.timestamp", "GPSTime", ElementType::float64, 1, true},
+          {"riegl.xyz_socs", "Positions", ElementType::float64, 3, false},
+          {"riegl.amplitude", "Amplitude", ElementType::float32, 1, true},
+          {"riegl.reflectance", "Reflectance", ElementType::float32, 1, true},
+          {"riegl.deviation", "Deviation", ElementType::int16, 1, true}};
 }
 
 std::vector<Column> vocabularyColumns(std::size_t count) {
@@ -119,21 +120,21 @@ std::vector<unsigned char> columnBytes(const Column& column, std::size_t index, 
   const std::uint64_t begin = first * column.length;
   const auto count = static_cast<std::size_t>(rows * column.length);
   switch (column.type) {
-  case StoredType::float64:
+  case ElementType::float64:
     return randomBytes<double>(index, begin, count);
-  case StoredType::float32:
+  case ElementType::float32:
     return randomBytes<float>(index, begin, count);
-  case StoredType::int8:
-  case StoredType::uint8:
+  case ElementType::int8:
+  case ElementType::uint8:
     return randomBytes<std::uint8_t>(index, begin, count);
-  case StoredType::int16:
-  case StoredType::uint16:
+  case ElementType::int16:
+  case ElementType::uint16:
     return randomBytes<std::uint16_t>(index, begin, count);
-  case StoredType::int32:
-  case StoredType::uint32:
+  case ElementType::int32:
+  case ElementType::uint32:
     return randomBytes<std::uint32_t>(index, begin, count);
-  case StoredType::int64:
-  case StoredType::uint64:
+  case ElementType::int64:
+  case ElementType::uint64:
     break;
   }
   return randomBytes<std::uint64_t>(index, begin, count);
@@ -141,9 +142,9 @@ std::vector<unsigned char> columnBytes(const Column& column, std::size_t index, 
 
 void writeDatabase(const std::string& path, std::uint64_t rows, const std::vector<Column>& columns,
                    const std::string& barePath) {
-  riegl::rdb::embedded::Writer writer(path);
+  container::Writer writer(path);
   for (const Column& column : columns) {
-    riegl::rdb::embedded::AttributeSpec spec;
+    container::Attribute spec;
     spec.name = column.attribute;
     spec.type = column.type;
     spec.length = column.length;

@@ -14,7 +14,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::crc32;
+using container::crc32;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -47,8 +47,8 @@ Bytes randomBytes(std::size_t count) {
   return bytes;
 }
 
-// Lengths around every border: a register, a step, a piece with and without the step before it, all that is taken at
-// once, and several of these.
+// Lengths around every border: a register, a step, a piece with and without the step before it, one call, several
+// calls.
 std::vector<std::size_t> lengths() {
   std::vector<std::size_t> found{0, 1, 2, 3, 4, 15, 16, 17, 1000};
   for (const std::size_t border : {64, 256, 512, 1024, 15360, 15524, 16119, 16316, 30884, 31476, 31744, 32000,
@@ -87,7 +87,7 @@ TEST(Checksum, GoesOnWhereAnEarlierCallEnded) {
   }
 }
 
-// Bytes that are moved, received, read through a mask: each bit counts, wherever it stands.
+// Bytes that are moved, that receive, and that are read through a mask: each bit counts in every position.
 TEST(Checksum, ChangesWithEveryBytesBits) {
   Bytes bytes = randomBytes(66000);
   const std::uint32_t before = crc32(0, bytes.data(), bytes.size());
@@ -110,15 +110,13 @@ TEST(Checksum, ReadsNothingBeforeTheFirstByteOrBehindTheLast) {
 }
 
 TEST(WideChecksum, IsTheDefinitionsForEveryNumberOfSteps) {
-  if (!riegl::rdb::embedded::hasWideMultiplication()) {
-    GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build: the plain way is "
-                    "all there is";
+  if (!container::hasWideMultiplication()) {
+    GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build";
   }
-  const Bytes bytes = randomBytes(400 * riegl::rdb::embedded::checksumStepBytes);
+  const Bytes bytes = randomBytes(400 * container::checksumStepBytes);
   for (std::size_t steps = 1; steps <= 400; ++steps) {
-    const std::size_t length = steps * riegl::rdb::embedded::checksumStepBytes;
-    EXPECT_EQ(riegl::rdb::embedded::wideCrc32(7, bytes.data(), steps), definition(7, bytes.data(), length))
-        << steps;
+    const std::size_t length = steps * container::checksumStepBytes;
+    EXPECT_EQ(container::wideCrc32(7, bytes.data(), steps), definition(7, bytes.data(), length)) << steps;
   }
 }
 

@@ -10,7 +10,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::StoredType;
+using container::ElementType;
 using support::field;
 using Texts = std::vector<std::string>;
 
@@ -28,7 +28,7 @@ class ShotFile : public testing::Test {
                    std::uint64_t records = 2) {
     const std::string path = directory.path(name);
     support::writeDatabase(path, records,
-                           {support::column("riegl.echo_count", StoredType::uint16, 1,
+                           {support::column("riegl.echo_count", ElementType::uint16, 1,
                                             [](std::uint64_t, unsigned int) { return 3.0; })},
                            metadata);
     testing::internal::CaptureStderr();

@@ -13,11 +13,11 @@ constexpr std::uint64_t blockSize = 5000000;
 class LongLoad : public Load {
  protected:
   void givenLongFlight(std::uint64_t records) {
-    riegl::rdb::embedded::Writer writer(path);
+    container::Writer writer(path);
     for (const std::string& name : attributesInOrder) {
-      riegl::rdb::embedded::AttributeSpec column;
+      container::Attribute column;
       column.name = name;
-      column.type = riegl::rdb::embedded::StoredType::int8;
+      column.type = container::ElementType::int8;
       writer.addAttribute(column);
     }
     std::vector<std::int8_t> pattern(100000);

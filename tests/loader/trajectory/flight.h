@@ -60,7 +60,7 @@ inline double heightOf(double i) {
 
 inline support::Column column(const std::string& name, double (*rule)(double)) {
   return support::column(
-      name, riegl::rdb::embedded::StoredType::float64, 1,
+      name, container::ElementType::float64, 1,
       [rule](std::uint64_t record, unsigned int) { return rule(static_cast<double>(record)); });
 }
 

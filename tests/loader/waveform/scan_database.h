@@ -29,7 +29,7 @@ class ScanDatabase {
 
   /// Writes the file anew.
   void write() const {
-    riegl::rdb::embedded::Writer writer(path());
+    container::Writer writer(path());
     writer.addAttribute({.name = "riegl.raw_range"});
     for (const auto& [name, json] : items) {
       writer.setMetadata(name, json);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What stands beside a database, who else has it open, and where its name leads to.
-#include "tests/platform/client/database_file.h"
+// Opening a database with files beside it, with other programs that have it open, and through links.
+#include "tests/container/database_file.h"
 
 #include <filesystem>
 #include <ostream>
@@ -8,9 +8,9 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
-/// A connection as any other program may have it, until the end of the test.
+/// A connection as another program might have it, open until the end of the test.
 class OtherProgram {
  public:
   OtherProgram(const std::string& path, const std::string& sql) {
@@ -28,9 +28,9 @@ class OtherProgram {
 class BesideTheFile : public testing::Test {
  protected:
   void SetUp() override { writeSample(path); }
-  std::string item() const { return open(path)->metaData().get("riegl.time_base", ""); }
+  std::string item() const { return Database(path).item("riegl.time_base").value(); }
   std::string errorOfOpening() {
-    return errorOf(directory, [this] { open(path); });
+    return errorOf(directory, [this] { Database{path}; });
   }
   std::vector<std::string> files() const {
     std::vector<std::string> names;
@@ -52,7 +52,7 @@ TEST_F(BesideTheFile, NothingIsLeftByAReader) {
 TEST_F(BesideTheFile, NothingIsLeftByAReaderOfAFileForConcurrentWriters) {
   execute(path, "PRAGMA journal_mode = WAL");
   EXPECT_EQ(item(), "{}");
-  EXPECT_EQ(readColumn<unsigned char>(path, "riegl.class", DataType::UINT8).size(), 10U);
+  EXPECT_EQ(readColumn<unsigned char>(path, "riegl.class").size(), 10U);
   EXPECT_EQ(files(), std::vector<std::string>{name});
 }
 
@@ -62,7 +62,7 @@ TEST_F(BesideTheFile, LogOfAConcurrentWriterCounts) {
   EXPECT_EQ(item(), "{\"new\": 1}");
 }
 
-TEST_F(BesideTheFile, NamedPipeIsToldWithoutWaiting) {
+TEST_F(BesideTheFile, NamedPipeIsReportedWithoutWaiting) {
   for (const char* suffix : {"-journal", "-wal"}) {
     const std::string pipe = path + suffix;
     ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
@@ -72,7 +72,7 @@ TEST_F(BesideTheFile, NamedPipeIsToldWithoutWaiting) {
   }
 }
 
-TEST_F(BesideTheFile, JournalOfABrokenOffChangeIsTold) {
+TEST_F(BesideTheFile, JournalOfABrokenOffChangeIsReported) {
   writeBytes(path + "-journal", std::vector<char>(1024, 'x'));
   EXPECT_EQ(errorOfOpening(),
             "cannot open the database (" + name +
@@ -88,7 +88,7 @@ TEST_F(BesideTheFile, EmptiedJournalIsPassedOver) {
   EXPECT_EQ(item(), "{}");
 }
 
-TEST_F(BesideTheFile, WriterThatHoldsTheFileIsTold) {
+TEST_F(BesideTheFile, WriterThatHoldsTheFileIsReported) {
   const OtherProgram writer(path, "BEGIN EXCLUSIVE");
   EXPECT_EQ(
       errorOfOpening(),
@@ -98,21 +98,21 @@ TEST_F(BesideTheFile, WriterThatHoldsTheFileIsTold) {
 }
 
 TEST_F(BesideTheFile, NobodyChangesAFileThatIsOpen) {
-  const auto database = open(path);
+  const Database database(path);
   EXPECT_THROW(execute(path, "UPDATE metadata SET value = 'other'"), std::runtime_error);
-  EXPECT_EQ(database->metaData().get("riegl.time_base", ""), "{}");
+  EXPECT_EQ(database.item("riegl.time_base").value(), "{}");
 }
 
 TEST_F(BesideTheFile, NobodyChangesAFileWithoutRecordsThatIsOpen) {
   execute(path, "UPDATE database SET records = 0; DELETE FROM block");
-  const auto database = open(path);
+  const Database database(path);
   EXPECT_THROW(execute(path, "UPDATE metadata SET value = 'other'"), std::runtime_error);
-  EXPECT_EQ(database->metaData().get("riegl.time_base", ""), "{}");
+  EXPECT_EQ(database.item("riegl.time_base").value(), "{}");
 }
 
 TEST_F(BesideTheFile, LinkLeadsToTheFile) {
   std::filesystem::create_symlink(path, directory.path("link"));
-  EXPECT_EQ(open(directory.path("link"))->recordCount(), 10U);
+  EXPECT_EQ(Database(directory.path("link")).recordCount(), 10U);
 }
 
 struct Link {
@@ -126,9 +126,9 @@ struct Link {
 
 class WrongLink : public BesideTheFile, public testing::WithParamInterface<Link> {};
 
-TEST_P(WrongLink, IsToldWhereItLeads) {
+TEST_P(WrongLink, IsReportedByItsTarget) {
   std::filesystem::create_symlink(GetParam().target, directory.path("link"));
-  EXPECT_EQ(errorOf(directory, [this] { open(directory.path("link")); }),
+  EXPECT_EQ(errorOf(directory, [this] { Database{directory.path("link")}; }),
             std::string("cannot open the database (link: expected a ") + GetParam().found + ")");
 }
 
@@ -141,11 +141,11 @@ INSTANTIATE_TEST_SUITE_P(BesideTheFile, WrongLink,
 
 TEST_F(BesideTheFile, MemoryThatRunsOutIsNoDamage) {
   execute(path, "UPDATE metadata SET value = hex(zeroblob(8000000))");
-  const auto database = open(path);
+  const Database database(path);
   sqlite3_hard_heap_limit64(sqlite3_memory_used() + 4'000'000);
-  EXPECT_THROW(database->metaData().get("riegl.time_base", ""), std::bad_alloc);
+  EXPECT_THROW(database.item("riegl.time_base").value(), std::bad_alloc);
   sqlite3_hard_heap_limit64(0);
-  EXPECT_EQ(database->metaData().get("riegl.time_base", "").size(), 16'000'000U);
+  EXPECT_EQ(database.item("riegl.time_base").value().size(), 16'000'000U);
 }
 
 } // namespace

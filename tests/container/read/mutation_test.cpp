@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Files with changed or missing bytes, and files that lie about their size: data, an Error, and nothing else.
-#include "tests/platform/client/database_file.h"
+// Files with changed or missing bytes, or with wrong sizes in them, give the right data or an Error.
+#include "tests/container/database_file.h"
 
 #include <algorithm>
 #include <atomic>
@@ -13,7 +13,7 @@ std::atomic<std::size_t> bytesInUse = 0;
 std::atomic<std::size_t> mostBytesInUse = 0;
 } // namespace
 
-// Counts what this program and the client allocate; SQLite counts its own part.
+// Counts what this program and the container allocate; SQLite counts its own part.
 void* operator new(std::size_t bytes) {
   void* const memory = std::malloc(bytes);
   if (memory == nullptr) {
@@ -37,7 +37,7 @@ void operator delete(void* memory, std::size_t) noexcept {
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 struct Loaded {
   std::vector<double> points;
@@ -46,8 +46,7 @@ struct Loaded {
 };
 
 Loaded load(const std::string& path) {
-  return {readColumn<double>(path, "riegl.xyz", DataType::FLOAT64, 700),
-          readColumn<float>(path, "riegl.class", DataType::FLOAT32, 333)};
+  return {readColumn<double>(path, "riegl.xyz", 700), readColumn<float>(path, "riegl.class", 333)};
 }
 
 /// Small pages, so that a small file has a tree of every kind of page: 3000 records, blocks of 256.
@@ -55,8 +54,8 @@ class Mutated : public testing::Test {
  protected:
   void SetUp() override {
     Writer writer(path, {256, true});
-    writer.addAttribute({"riegl.xyz", StoredType::float64, 3});
-    writer.addAttribute({"riegl.class", StoredType::uint8});
+    writer.addAttribute({"riegl.xyz", ElementType::float64, 3});
+    writer.addAttribute({"riegl.class", ElementType::uint8});
     std::vector<double> points(9000);
     std::vector<unsigned char> classes(3000);
     for (std::size_t i = 0; i < points.size(); ++i) {
@@ -92,8 +91,7 @@ class Mutated : public testing::Test {
       return Outcome::error;
     }
   }
-  /// The layout has no checksum over these tables: a changed scale is a scale, for all that a reader can
-  /// tell.
+  /// No checksum covers these tables: a reader cannot detect a changed scale.
   bool liesInCatalogue(std::size_t at) const {
     return std::find(cataloguePages.begin(), cataloguePages.end(), at / pageBytes + 1) !=
            cataloguePages.end();
@@ -150,8 +148,8 @@ TEST_F(Mutated, ChangedFileHeadIsAnErrorOrHarmless) {
   EXPECT_GT(errors, 50);
 }
 
-/// Attributes whose descriptions of 200,000 bytes lie in the same pages: the cell of each is changed to lead to
-/// the pages of the first one.
+/// Attributes whose descriptions of 200,000 bytes share pages: the cell of each is changed to point to the pages of the
+/// first one.
 class SharedText : public Mutated {
  protected:
   void SetUp() override {
@@ -167,13 +165,13 @@ class SharedText : public Mutated {
     sound = bytesOf(path);
   }
   static std::string nameOf(int i) { return "shared" + std::to_string(i / 10) + std::to_string(i % 10); }
-  /// Behind the cell's size and row: eleven bytes of types, then the name.
+  /// Position of an attribute's name: it follows the cell's size and row id and eleven bytes of types.
   std::size_t nameAt(int i) const {
     const std::string name = nameOf(i) + "int8";
     const auto found = std::search(sound.begin(), sound.end(), name.begin(), name.end());
     return static_cast<std::size_t>(found - sound.begin());
   }
-  /// SQLite's number of three bytes, seven bits each.
+  /// Writes a number as SQLite stores it, in three bytes of seven bits each.
   static void putNumber(std::vector<char>& bytes, std::size_t at, std::size_t number) {
     bytes[at] = static_cast<char>((number >> 14) | 0x80);
     bytes[at + 1] = static_cast<char>(((number >> 7) & 0x7f) | 0x80);
@@ -204,16 +202,16 @@ TEST_F(SharedText, IsReadAsOftenAsTheFileCouldHoldIt) {
   mostBytesInUse = bytesInUse.load();
   const std::size_t before = bytesInUse;
   EXPECT_EQ(
-      errorOf(directory, [this] { open(path); }),
+      errorOf(directory, [this] { Database{path}; }),
       "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected at most as much "
       "text as the file has bytes, " +
           std::to_string(sound.size()) + ", found more)");
   EXPECT_LT(mostBytesInUse - before, 3 * sound.size());
 }
 
-TEST_F(Mutated, MemoryOfTheClientIsCounted) {
+TEST_F(Mutated, MemoryOfTheContainerIsCounted) {
   const std::size_t before = bytesInUse;
-  const auto database = open(path);
+  const Database database(path);
   EXPECT_GT(bytesInUse - before, 1000U);
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Every way in which a file can be no sound database, with the text that a user gets to read.
-#include "tests/platform/client/database_file.h"
+// Every kind of file that is not a sound database, with the error text that a user reads.
+#include "tests/container/database_file.h"
 #include "tests/support/grouping_locale.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 struct Case {
   std::string name;
@@ -77,13 +77,16 @@ const Case cases[] = {
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 25 blocks, found "
      "3)"},
     {"NegativeBlockRows", "UPDATE database SET block_rows = -4",
-     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
+     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records per block of "
+     "1 "
      "to 4294967295, found -4)"},
     {"ZeroBlockRows", "UPDATE database SET block_rows = 0",
-     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
+     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records per block of "
+     "1 "
      "to 4294967295, found 0)"},
     {"HugeBlockRows", "UPDATE database SET block_rows = 9223372036854775807",
-     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records a block of 1 "
+     "the catalogue of the database is wrong (table \"database\" of scan.rdbx: expected records per block of "
+     "1 "
      "to 4294967295, found 9223372036854775807)"},
     {"LargerBlockRows", "UPDATE database SET block_rows = 5",
      "the catalogue of the database is wrong (column \"riegl.xyz\" of scan.rdbx: expected 2 blocks, found "
@@ -194,9 +197,9 @@ const Case cases[] = {
 };
 
 void readAll(const std::string& path) {
-  readColumn<double>(path, "riegl.xyz", DataType::FLOAT64, 5);
-  readColumn<unsigned char>(path, "riegl.class", DataType::UINT8, 3);
-  open(path)->metaData().get("riegl.time_base", "");
+  readColumn<double>(path, "riegl.xyz", 5);
+  readColumn<unsigned char>(path, "riegl.class", 3);
+  Database(path).item("riegl.time_base").value();
 }
 
 class WrongFile : public testing::Test {
@@ -210,7 +213,7 @@ class WrongFile : public testing::Test {
 
 class DamagedSample : public WrongFile, public testing::WithParamInterface<Case> {};
 
-TEST_P(DamagedSample, IsToldInFull) {
+TEST_P(DamagedSample, IsReportedInFull) {
   writeSample(path);
   execute(path, GetParam().damage);
   std::string expected = GetParam().error;
@@ -226,30 +229,30 @@ TEST_P(DamagedSample, IsToldInFull) {
 INSTANTIATE_TEST_SUITE_P(Tables, DamagedSample, testing::ValuesIn(cases),
                          [](const auto& row) { return row.param.name; });
 
-TEST_F(WrongFile, MissingFileIsTold) {
+TEST_F(WrongFile, MissingFileIsReported) {
   EXPECT_EQ(errorOfReading(),
             "cannot open the database (scan.rdbx: expected a readable file, found: No such file "
             "or directory)");
 }
 
-TEST_F(WrongFile, DirectoryIsTold) {
+TEST_F(WrongFile, DirectoryIsReported) {
   mkdir(path.c_str(), 0700);
   EXPECT_EQ(errorOfReading(),
             "cannot open the database (scan.rdbx: expected a regular file, found a directory)");
 }
 
-TEST_F(WrongFile, NamedPipeIsToldWithoutWaiting) {
+TEST_F(WrongFile, NamedPipeIsReportedWithoutWaiting) {
   ASSERT_EQ(mkfifo(path.c_str(), 0600), 0);
   EXPECT_EQ(errorOfReading(),
             "cannot open the database (scan.rdbx: expected a regular file, found a named pipe)");
 }
 
-TEST_F(WrongFile, DeviceIsTold) {
-  EXPECT_EQ(errorOf(directory, [] { open("/dev/null"); }),
+TEST_F(WrongFile, DeviceIsReported) {
+  EXPECT_EQ(errorOf(directory, [] { Database("/dev/null"); }),
             "cannot open the database (/dev/null: expected a regular file, found a device)");
 }
 
-TEST_F(WrongFile, UnreadableFileIsTold) {
+TEST_F(WrongFile, UnreadableFileIsReported) {
   writeSample(path);
   chmod(directory.root().c_str(), 0755);
   chmod(path.c_str(), 0);
@@ -261,14 +264,14 @@ TEST_F(WrongFile, UnreadableFileIsTold) {
             "cannot open the database (scan.rdbx: expected a readable file, found: Permission denied)");
 }
 
-TEST_F(WrongFile, EmptyFileIsTold) {
+TEST_F(WrongFile, EmptyFileIsReported) {
   writeBytes(path, {});
   EXPECT_EQ(
       errorOfReading(),
       "the file is not a database of this kind (scan.rdbx: expected an SQLite file, found an empty file)");
 }
 
-TEST_F(WrongFile, OtherContentIsTold) {
+TEST_F(WrongFile, OtherContentIsReported) {
   const std::string other =
       "the file is not a database of this kind (scan.rdbx: expected an SQLite file, found other content)";
   writeBytes(path, {'x'});
@@ -277,7 +280,7 @@ TEST_F(WrongFile, OtherContentIsTold) {
   EXPECT_EQ(errorOfReading(), other);
 }
 
-TEST_F(WrongFile, TruncatedFileIsTold) {
+TEST_F(WrongFile, TruncatedFileIsReported) {
   writeSample(path);
   std::vector<char> bytes = bytesOf(path);
   bytes.pop_back();
@@ -302,29 +305,22 @@ TEST_F(WrongFile, SizeThatOverflowsIsNotTakenForMemoryThatRanOut) {
             "the file cannot hold)");
 }
 
-TEST_F(WrongFile, EmptyPathIsTold) {
-  EXPECT_EQ(errorOf(directory, [] { open(""); }),
+TEST_F(WrongFile, EmptyPathIsReported) {
+  EXPECT_EQ(errorOf(directory, [] { Database(""); }),
             "cannot open the database (expected the path of a file, found no text)");
 }
 
-TEST_F(WrongFile, PathWithAZeroByteIsTold) {
-  EXPECT_EQ(errorOf(directory, [] { open(std::string("a\0b", 3)); }),
+TEST_F(WrongFile, PathWithAZeroByteIsReported) {
+  EXPECT_EQ(errorOf(directory, [] { Database(std::string("a\0b", 3)); }),
             "cannot open the database (expected the path of a file, found a zero byte in it)");
 }
 
-TEST_F(WrongFile, IsToldTheSameInALocaleThatGroupsDigits) {
+TEST_F(WrongFile, IsReportedTheSameInALocaleThatGroupsDigits) {
   writeSample(path);
   execute(path, "PRAGMA application_id = 7");
   const support::GroupingLocale grouping;
   EXPECT_EQ(errorOfReading(), "the file is not a database of this kind (scan.rdbx: expected application id "
                               "0x52444243, found 0x00000007)");
-}
-
-TEST_F(WrongFile, FailedOpenLeavesTheDatabaseThatWasOpen) {
-  writeSample(path);
-  const auto database = open(path);
-  EXPECT_THROW(database->open(directory.path("none.rdbx"), OpenSettings()), Error);
-  EXPECT_EQ(database->recordCount(), 10U);
 }
 
 } // namespace

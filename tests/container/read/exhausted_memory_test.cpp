@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A read on several threads whose allocation k fails, for every k: the records, or the failure as an exception.
-#include "tests/platform/client/database_file.h"
+// A read on several threads with allocation k failing, for every k, returns the records or raises std::bad_alloc.
+#include "tests/container/database_file.h"
 #include "tests/support/failing_allocator.h"
 
 #include <new>
@@ -8,28 +8,26 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 constexpr unsigned records = 2'000'000;
 
-/// Two columns' worth of bytes for several threads, in few blocks.
+/// A column large enough for several threads to read it, in few blocks.
 class ExhaustedMemory : public testing::Test {
  protected:
   void SetUp() override {
     std::iota(numbers.begin(), numbers.end(), 0);
-    AttributeSpec spec;
-    spec.name = "number";
-    writeColumn(path, spec, numbers, {200'000, true});
+    writeColumn(path, {"number", ElementType::float64}, numbers, {200'000, true});
   }
 
-  /// Reads all with the allocation behind the first `successes` failing. \returns whether memory was enough
+  /// Reads all records; the allocation after the first `successes` fails. \return whether memory was enough
   bool readsWith(long successes) {
-    QuerySelect query = open(path, 4)->select("");
-    query.bind("number", DataType::FLOAT64, found.data(), 0);
+    Cursor cursor(Database(path, 4));
+    cursor.bind("number", ElementType::float64, found.data());
     support::beginAllocations(successes);
     bool enough = true;
     try {
-      query.next(records);
+      cursor.next(records);
     } catch (const std::bad_alloc&) {
       enough = false;
     }
