@@ -20,6 +20,7 @@ if(NOT wanted)
 endif()
 
 file(STRINGS ${ROOT}/packaging/debian/changelog first LIMIT_COUNT 1)
-if(NOT first STREQUAL "rdb2nimbra (${VERSION}-1) unstable; urgency=medium")
+string(FIND "${first}" "rdb2nimbra (${VERSION}-1) " place)
+if(NOT place EQUAL 0)
   message(FATAL_ERROR "packaging/debian/changelog: expected version ${VERSION}-1 in the first line, found \"${first}\"")
 endif()
