@@ -7,6 +7,8 @@ set(CMAKE_C_COMPILER ${triplet}-gcc)
 set(CMAKE_CXX_COMPILER ${triplet}-g++)
 set(CMAKE_LIBRARY_ARCHITECTURE ${triplet})
 set(CMAKE_CROSSCOMPILING_EMULATOR qemu-aarch64)
+# PROJ's package refuses a cross-build, although it is that of arm64. Nothing else depends on this.
+set(CMAKE_CROSSCOMPILING OFF)
 
 # Libraries and packages of arm64 lie beside those of this machine. Packages of this machine are of no use, and
 # programs are taken from this machine.
