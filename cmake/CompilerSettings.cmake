@@ -39,6 +39,16 @@ target_compile_options(rdb2nimbra_settings INTERFACE
 if(RDB2NIMBRA_WARNINGS_AS_ERRORS)
   target_compile_options(rdb2nimbra_settings INTERFACE -Werror)
 endif()
+# The ABI is read from debug information with types, as GCC writes it for amd64.
+option(RDB2NIMBRA_COMPARE_ABI "Compare the ABI of the libraries with the committed baseline, where abidiff is installed" OFF)
+find_program(RDB2NIMBRA_ABIDIFF abidiff)
+set(RDB2NIMBRA_CHECK_ABI OFF)
+if(RDB2NIMBRA_COMPARE_ABI AND RDB2NIMBRA_ABIDIFF AND NOT RDB2NIMBRA_SANITIZE
+    AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_SYSTEM_PROCESSOR STREQUAL "x86_64")
+  set(RDB2NIMBRA_CHECK_ABI ON)
+  target_compile_options(rdb2nimbra_settings INTERFACE
+    $<$<NOT:$<STREQUAL:$<TARGET_PROPERTY:TYPE>,EXECUTABLE>>:-g2>)
+endif()
 if(RDB2NIMBRA_SANITIZE)
   add_compile_options(-fsanitize=${RDB2NIMBRA_SANITIZE} -fno-omit-frame-pointer)
   if(RDB2NIMBRA_SANITIZE MATCHES "undefined")
