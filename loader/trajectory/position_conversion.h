@@ -21,7 +21,7 @@ struct CoordinateSystems {
 };
 
 /// Forms both texts, and sets the environment variable PROJ_LIB to the folder of the running program, where
-/// the projection data stand.
+/// projection data are looked for first.
 ///
 /// \param epsgCode  of the target; not checked
 /// \threads loads may run side by side; whoever reads the environment without this project must not do so
