@@ -20,8 +20,8 @@ struct CoordinateSystems {
   std::string toProjStr;
 };
 
-/// Returns both texts, and sets the environment variable PROJ_LIB to the folder of the running program, which
-/// has the projection data.
+/// Returns both texts, and sets the environment variable PROJ_LIB to the folder of the running program, where
+/// projection data are looked for first.
 ///
 /// \param epsgCode  target coordinate system; not checked
 /// \threads loads may run at the same time; code outside this project must not read the environment meanwhile

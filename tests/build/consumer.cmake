@@ -12,7 +12,7 @@ set(configure ${CMAKE_COMMAND} -S ${CONSUMER} -G ${GENERATOR} -DHOW=${HOW} ${arg
   -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=${CONFIGURATION}
   -DCMAKE_EXPORT_COMPILE_COMMANDS=ON)
 run("The consumer's configure step" ${configure} -B ${FOLDER}/build)
-run("The consumer's build" ${CMAKE_COMMAND} --build ${FOLDER}/build --target consumer -j 2)
+run("The consumer's build" ${CMAKE_COMMAND} --build ${FOLDER}/build --target consumer container -j 2)
 
 # Of the consumer's own source: include folders and the language level, and no flag or definition of ours.
 file(READ ${FOLDER}/build/compile_commands.json commands)
@@ -39,6 +39,11 @@ foreach(line "Positions 1000" "GPSTime 1000" "First amplitude at its place: 1")
     message(FATAL_ERROR "The consumer printed no line \"${line}\":\n${output}")
   endif()
 endforeach()
+
+run("The container's consumer" ${FOLDER}/build/container ${FOLDER}/three.rdbx)
+if(NOT output STREQUAL "3 records: 1.5 -2.25 1e+300\n")
+  message(FATAL_ERROR "Expected the three values that were written, found ${output}")
+endif()
 
 function(refuses text) # further arguments of the configure step
   execute_process(COMMAND ${configure} -B ${FOLDER}/refused ${ARGN}
