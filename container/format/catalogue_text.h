@@ -23,9 +23,9 @@ struct AttributeRow {
   std::int64_t length = 1;
   double scale = 1;
   double offset = 0;
-  std::optional<std::string_view> unit;
-  std::optional<std::string_view> title;
-  std::optional<std::string_view> description;
+  std::optional<std::string_view> unit = {};
+  std::optional<std::string_view> title = {};
+  std::optional<std::string_view> description = {};
 };
 
 /// One row of table `metadata`.
@@ -38,7 +38,7 @@ struct MetadataRow {
 struct BlockRow {
   std::int64_t attribute = 0;
   std::int64_t number = 0;
-  std::optional<std::string_view> encoding;
+  std::optional<std::string_view> encoding = {};
   std::int64_t checksum = 0;
   std::int64_t bytes = 0;
 };
@@ -48,8 +48,8 @@ struct ExtentRow {
   std::int64_t attribute = 0;
   std::int64_t number = 0;
   std::int64_t component = 0;
-  std::optional<double> minimum;
-  std::optional<double> maximum;
+  std::optional<double> minimum = {};
+  std::optional<double> maximum = {};
   std::int64_t missing = 0;
 };
 
