@@ -101,7 +101,7 @@ void expectScaled(std::size_t length, std::uint64_t count) {
   const Bytes records = blocks::bytesOf(blocks::gridValues<Real>(scaling, count, 50000));
   for (const Filter filter : blocks::everyFilter) {
     for (const Codec codec : blocks::everyCodec) {
-      EncodedBlock block(records, shape, {filter, codec, 9, scaling, 1500});
+      EncodedBlock block(records, shape, {filter, codec, 1, scaling, 1500});
       EXPECT_TRUE(block.header.isScaled());
       EXPECT_TRUE(block.range(0, count) == records) << length << " values, " << count << " records";
     }
