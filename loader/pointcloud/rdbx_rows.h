@@ -24,13 +24,15 @@ struct RdbxRow {
   constexpr const Attribute& boundAttribute() const { return boundAs != nullptr ? *boundAs : attribute; }
 };
 
-/// The rows in their order, in which fields are made and blocks are published. Five of them look wrong and
-/// are meant so: - "riegl.rgba" decides whether there is a field "RGBA", but the field gets the bytes of
-/// "riegl.direction_medium". - "riegl.raw_range" is stated twice. The first buffer is released before
-/// anything is read. - "riegl.target_count" feeds two fields. The client writes to the buffer that was bound
-/// last. - "riegl.xyz" and "riegl.pof_xyz" feed one field. The later array replaces the earlier. - The
-/// intersections of hydrography have three values per record in a column of one. The buffer holds them all,
-/// and the field keeps the first values, as many as there are records.
+/// The rows, in the order in which fields are made and blocks are published. Five of them look wrong and are
+/// meant so:
+/// - "riegl.rgba" decides whether there is a field "RGBA", but the field gets the bytes of
+///   "riegl.direction_medium".
+/// - "riegl.raw_range" is stated twice. The first buffer is released before anything is read.
+/// - "riegl.target_count" feeds two fields. The client writes to the buffer that was bound last.
+/// - "riegl.xyz" and "riegl.pof_xyz" feed one field. The later array replaces the earlier.
+/// - The intersections of hydrography have three values per record in a column of one. The buffer holds them
+///   all, and the field keeps the first values, as many as there are records.
 // clang-format off
 inline constexpr auto rdbxRows = [] {
   using attributes::named;
