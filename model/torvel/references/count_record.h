@@ -60,9 +60,11 @@ class CountRecord {
   /// strong + 1 and weak + 1 where strong isn't negative, else weak + 1 alone. Acquire and release.
   /// \return the strong count that was found
   std::int32_t raiseBoth() {
-    return lowHalf(change([](std::int32_t strong, std::int32_t weak) {
-      return both(strong < 0 ? strong : raised(strong), raised(weak));
-    }));
+    std::uint64_t seen = word.load(std::memory_order_relaxed);
+    while (!word.compare_exchange_weak(seen, withBothRaised(seen), std::memory_order_acq_rel,
+                                       std::memory_order_relaxed)) {
+    }
+    return lowHalf(seen);
   }
 
   /// strong + 1, weak unchanged. Acquire and release.
@@ -75,7 +77,7 @@ class CountRecord {
   bool lowerBothUnlessLast() {
     std::uint64_t seen = word.load(std::memory_order_relaxed);
     while (lowHalf(seen) > 1 && highHalf(seen) > 1) {
-      const std::uint64_t next = both(lowered(lowHalf(seen)), lowered(highHalf(seen)));
+      const std::uint64_t next = mayBeRaised(seen) ? seen - oneOfEach : withBothLowered(seen);
       if (word.compare_exchange_weak(seen, next, std::memory_order_acq_rel, std::memory_order_relaxed)) {
         return true;
       }
@@ -125,6 +127,23 @@ class CountRecord {
   static std::int32_t lowered(std::int32_t count) {
     const bool atAnEnd = count == countMaximum || count == std::numeric_limits<std::int32_t>::min();
     return atAnEnd ? count : count - 1;
+  }
+
+  static constexpr std::uint64_t oneOfEach = (std::uint64_t{1} << 32) | 1U;
+  static constexpr std::uint64_t signs = oneOfEach << 31;
+
+  /// True where neither half is negative or at its maximum, so that 1 can be added to both in one addition.
+  static bool mayBeRaised(std::uint64_t counts) { return ((counts | (counts + oneOfEach)) & signs) == 0; }
+
+  static std::uint64_t withBothRaised(std::uint64_t counts) {
+    if (mayBeRaised(counts)) [[likely]] {
+      return counts + oneOfEach;
+    }
+    const std::int32_t strong = lowHalf(counts);
+    return both(strong < 0 ? strong : raised(strong), raised(highHalf(counts)));
+  }
+  static std::uint64_t withBothLowered(std::uint64_t counts) {
+    return both(lowered(lowHalf(counts)), lowered(highHalf(counts)));
   }
 
   /// Replaces the word by what `next` makes of its halves. \return the word that was found
