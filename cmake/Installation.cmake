@@ -1,13 +1,16 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # What `cmake --install` puts where: libraries, headers, programs, the CMake package and the pkg-config files.
+# Components: runtime (libraries), development, tools (programs).
 include(CMakePackageConfigHelpers)
+set(CMAKE_INSTALL_DEFAULT_COMPONENT_NAME development)
 
 get_property(public_targets GLOBAL PROPERTY RDB2NIMBRA_PUBLIC_TARGETS)
 get_property(components GLOBAL PROPERTY RDB2NIMBRA_COMPONENTS)
 install(TARGETS ${public_targets} EXPORT rdb2nimbra-targets
-  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT runtime NAMELINK_COMPONENT development)
 if(RDB2NIMBRA_TOOLS)
-  install(TARGETS rdb2nimbra_rdbtool rdb2nimbra_nimbra_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS rdb2nimbra_rdbtool rdb2nimbra_nimbra_host
+    RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR} COMPONENT tools)
 endif()
 
 # Headers keep their folders; those of a replaced part come with its replacement.
