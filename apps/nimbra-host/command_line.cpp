@@ -2,6 +2,8 @@
 // The command line of nimbra-host.
 #include "apps/nimbra-host/command_line.h"
 
+#include <rdb2nimbra/version.h>
+
 #include "apps/nimbra-host/json_report.h"
 #include "apps/nimbra-host/load.h"
 #include "apps/nimbra-host/people_report.h"

@@ -2,6 +2,8 @@
 // The command line of rdbtool: what users type, and what the program answers.
 #include "apps/rdbtool/command_line.h"
 
+#include <rdb2nimbra/version.h>
+
 #include "apps/rdbtool/damage_command.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"

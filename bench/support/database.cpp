@@ -2,8 +2,9 @@
 // Makes databases from seeds and looks at what the load has put on the grid.
 #include "bench/support/database.h"
 
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "bench/support/random_values.h"
-#include "loader/pointcloud/rdbx2Z4.h"
 #include "loader/pointcloud/rdbx_rows.h"
 #include "model/torvel/references/chunk_base.h"
 #include "platform/client/element_type.h"
@@ -60,7 +61,8 @@ std::vector<unsigned char> randomBytes(std::uint64_t seed, std::uint64_t first, 
 
 bool isOwnColumn(const Riegl::RdbxRow& row) {
   // Left out: the colours, whose bytes are another attribute's, and the second of the two time columns.
-  return row.element != Riegl::Element::rgba && std::strcmp(row.name, "riegl.shot_timestamp_hr") != 0;
+  return row.attribute.element != Riegl::ElementType::rgba &&
+         std::strcmp(row.attribute.name, "riegl.shot_timestamp_hr") != 0;
 }
 
 /// Whether the field shows other values than the column's: a later column of the same field takes its place, and of
@@ -75,12 +77,11 @@ bool isReplaced(const std::vector<Column>& columns, std::size_t index) {
 
 Column columnOf(const Riegl::RdbxRow& row) {
   Column column;
-  column.attribute = row.name;
+  column.attribute = row.attribute.name;
   column.field = row.field;
-  column.type =
-      *riegl::rdb::embedded::elementTypeOf(static_cast<riegl::rdb::pointcloud::DataType>(row.dataType));
-  const bool triple = row.element == Riegl::Element::point || row.element == Riegl::Element::vector;
-  column.length = triple ? 3 : row.valuesPerRecord;
+  column.type = *riegl::rdb::embedded::elementTypeOf(
+      riegl::rdb::pointcloud::DataType(Riegl::dataTypeOf(row.attribute.element)));
+  column.length = row.attribute.mostValues;
   column.inChart = row.toChart;
   return column;
 }
@@ -100,7 +101,7 @@ std::vector<Column> vocabularyColumns(std::size_t count) {
   std::vector<Column> columns;
   std::set<std::string> names;
   for (const Riegl::RdbxRow& row : Riegl::rdbxRows) {
-    if (columns.size() < count && isOwnColumn(row) && names.insert(row.name).second) {
+    if (columns.size() < count && isOwnColumn(row) && names.insert(row.attribute.name).second) {
       columns.push_back(columnOf(row));
     }
   }

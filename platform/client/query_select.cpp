@@ -3,9 +3,9 @@
 #include "platform/client/query_select.h"
 
 #include "container/read/cursor.h"
+#include "names/names.h"
 #include "platform/client/database.h"
 #include "platform/client/element_type.h"
-#include "platform/client/standard_lengths.h"
 
 #include <utility>
 
@@ -20,11 +20,12 @@ namespace {
 
 /// A caller's buffer is sized by the attribute's name; the length in the file must not exceed that.
 void requireStandardLength(const container::Attribute& attribute, const std::string& path) {
-  const auto standard = embedded::standardLength(attribute.name);
-  if (standard && (attribute.length < standard->least || attribute.length > standard->most)) {
+  const Riegl::Attribute* const standard = Riegl::attributes::find(attribute.name);
+  if (standard != nullptr &&
+      (attribute.length < standard->leastValues || attribute.length > standard->mostValues)) {
     throw Error(ErrorKind::wrongFormat, "the attribute has another length than its name stands for",
                 "column \"" + attribute.name + "\" of " + path + ": expected " +
-                    std::to_string(standard->most) + " values per record, found " +
+                    std::to_string(standard->mostValues) + " values per record, found " +
                     std::to_string(attribute.length));
   }
 }

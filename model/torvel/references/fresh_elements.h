@@ -1,10 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How a chunk's vector gets its first elements; model/torvel/references/chunk.h is the only user.
+// Creates and trims the elements of a vector without touching pages that nobody uses.
 //
-// A `std::vector` has no way to take elements that are zero already: its constructor writes every one. With this
-// library's standard vector the length can be set from a derived class, over storage that
-// model/torvel/references/fresh_pages.h has made read as zero. Other standard libraries, the checking forms of this one and
-// RDB2NIMBRA_PORTABLE_ELEMENTS take the plain way; the values are the same.
+// The constructor of a `std::vector` writes every element. With libstdc++ the length can be set from a derived class,
+// over storage that already reads as zero (makeZeroBlock). Other standard libraries, libstdc++'s debug modes and
+// RDB2NIMBRA_PORTABLE_ELEMENTS use the constructor; the values are the same.
 #pragma once
 
 #include "model/torvel/references/fresh_pages.h"
@@ -25,7 +24,7 @@ namespace Torvel {
 
 namespace detail {
 
-/// Reaches what a vector protects.
+/// Gives access to the protected members of a vector.
 template <class T>
 class VectorLength : public std::vector<T> {
  public:
@@ -40,9 +39,13 @@ class VectorLength : public std::vector<T> {
 
 #endif
 
-/// Gives an empty vector `count` elements: zero for the scalar types; what types hold whose default constructor does
-/// nothing is unspecified.
+/// Gives an empty vector its elements.
+///
+/// \param elements  receives the elements: zeros for the scalar types; unspecified values for types whose default
+///                  constructor does nothing
+/// \param count  number of elements
 /// \errors  std::length_error "cannot create std::vector larger than max_size()", std::bad_alloc
+/// \threads safe on distinct vectors
 template <class T>
 void makeFreshElements(std::vector<T>& elements, std::size_t count) {
 #ifdef RDB2NIMBRA_VECTOR_LENGTH_CAN_BE_SET
@@ -61,7 +64,8 @@ void makeFreshElements(std::vector<T>& elements, std::size_t count) {
   elements = std::vector<T>(count);
 }
 
-/// Gives the memory behind the last element back, as far as whole pages go; capacity and addresses stay.
+/// Releases the whole pages between the last element and the end of the storage; capacity and addresses stay.
+/// \threads safe on distinct vectors
 template <class T>
 void releaseUnusedPages(std::vector<T>& elements) {
   if (elements.size() < elements.capacity()) {

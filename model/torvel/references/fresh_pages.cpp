@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Drops pages in place of writing zeros.
+// Drops pages instead of writing zeros.
 //
-// Why: a load makes buffers for 5000000 records before it knows how many there are. Writing zeros to all of them
-// touches every page once more than the data does, and touches pages that no record ever reaches.
-// What it leans on: on Linux, private anonymous memory reads as zero after MADV_DONTNEED. Every usual allocator's
-// large blocks are such memory; because a process may bring another allocator, that is tried out once before it is
-// relied on. Without RDB2NIMBRA_LAZY_PAGES (a choice of the configure step) blocks are simply written.
+// A load allocates buffers for 5000000 records before it knows how many there are. Writing zeros to all of them touches
+// every page once more than the data does, and touches pages that no record ever reaches. On Linux, private anonymous
+// memory reads as zero after MADV_DONTNEED. The global operator new may be replaced and may take each size from another
+// place, so every block is asked: MADV_FREE succeeds on private anonymous memory only. Without RDB2NIMBRA_LAZY_PAGES
+// (a CMake option) blocks are always written.
 #include "model/torvel/references/fresh_pages.h"
 
 #include <cstdint>
@@ -13,7 +13,6 @@
 
 #ifdef RDB2NIMBRA_LAZY_PAGES
 #include <algorithm>
-#include <new>
 #include <sys/mman.h>
 #include <unistd.h>
 #if __has_include(<valgrind/memcheck.h>)
@@ -30,7 +29,7 @@ namespace Torvel {
 namespace {
 
 constexpr std::uintptr_t hugePageBytes = std::uintptr_t{1} << 21;
-/// What a block of few records uses; it stays on small pages.
+/// Front part of a block, all that a block of few records uses; it stays on small pages.
 constexpr std::uintptr_t smallUseBytes = std::uintptr_t{1} << 16;
 
 std::uintptr_t upTo(std::uintptr_t address, std::uintptr_t unit) {
@@ -49,9 +48,13 @@ struct Pages {
     end = std::max(begin, (address + bytes) / pageBytes * pageBytes);
   }
 
+  /// \return false where the system keeps a page
   bool drop() const { return advise(begin, end, MADV_DONTNEED); }
 
-  /// Small pages at the front, where a short block lies, and huge ones behind.
+  /// Whether all of it is private anonymous memory. Only for dropped pages: it may discard the content of others.
+  bool arePrivateAnonymous() const { return advise(begin, end, MADV_FREE); }
+
+  /// Small pages for the front part, huge ones for the rest.
   void preferHugeBehindTheFront() const {
     const std::uintptr_t front = std::min(end, upTo(begin + smallUseBytes, hugePageBytes));
     advise(begin, front, MADV_NOHUGEPAGE);
@@ -64,30 +67,51 @@ struct Pages {
   }
 };
 
-/// Whether the allocator of this process gives memory that reads as zero once its pages are dropped.
-bool droppedPagesReadAsZero() {
-  constexpr std::size_t probeBytes = lazyBlockBytes;
-  auto* const probe = static_cast<unsigned char*>(::operator new(probeBytes));
-  std::memset(probe, 0xa5, probeBytes);
-  const Pages pages(probe, probeBytes);
-  bool zero = pages.drop();
-  VALGRIND_MAKE_MEM_DEFINED(probe, probeBytes);
-  const volatile unsigned char* const seen = probe;
-  const std::size_t first = pages.begin - reinterpret_cast<std::uintptr_t>(probe);
-  const std::size_t last = pages.end - reinterpret_cast<std::uintptr_t>(probe);
-  for (std::size_t i = first; zero && i < last; ++i) {
-    zero = seen[i] == 0;
+/// One page of memory of its own, filled with a pattern.
+class ProbePage {
+ public:
+  explicit ProbePage(int sharing)
+      : bytes(static_cast<std::size_t>(sysconf(_SC_PAGESIZE))),
+        first(mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_ANONYMOUS | sharing, -1, 0)) {
+    if (isMapped()) {
+      std::memset(first, 0xa5, bytes);
+    }
   }
-  ::operator delete(probe);
-  return zero;
+  ProbePage(const ProbePage&) = delete;
+  ProbePage& operator=(const ProbePage&) = delete;
+  ~ProbePage() {
+    if (isMapped()) {
+      munmap(first, bytes);
+    }
+  }
+
+  bool isMapped() const { return first != MAP_FAILED; }
+  Pages pages() const { return {first, bytes}; }
+  bool startsWithZero() const { return *static_cast<const volatile unsigned char*>(first) == 0; }
+
+ private:
+  std::size_t bytes;
+  void* first;
+};
+
+/// Whether the system does what the page advice promises; emulations may accept every advice and ignore it.
+bool adviceIsFollowed() {
+  const ProbePage ours(MAP_PRIVATE);
+  const ProbePage shared(MAP_SHARED);
+  return ours.isMapped() && shared.isMapped() && ours.pages().drop() && ours.startsWithZero() &&
+         ours.pages().arePrivateAnonymous() && !shared.pages().arePrivateAnonymous();
+}
+
+bool dropToZero(const Pages& pages) {
+  static const bool followed = adviceIsFollowed();
+  return followed && pages.drop() && pages.arePrivateAnonymous();
 }
 
 } // namespace
 
 void makeZeroBlock(void* block, std::size_t bytes) {
-  static const bool dropping = droppedPagesReadAsZero();
   const Pages pages(block, bytes);
-  if (bytes < lazyBlockBytes || !dropping || !pages.drop()) {
+  if (bytes < lazyBlockBytes || !dropToZero(pages)) {
     std::memset(block, 0, bytes);
     return;
   }

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Large blocks that read as zero without being written: the pages are handed back to the system instead.
-// Used by model/torvel/references/fresh_elements.h; the portable path stands beside the other one in fresh_pages.cpp
+// Makes large blocks read as zero without writing them, and releases the pages of unused memory.
 #pragma once
 
 #include "model/torvel/core/api.h"
@@ -9,22 +8,28 @@
 
 namespace Torvel {
 
-/// Blocks below this size are zeroed by writing; page tricks don't pay for them.
+/// Blocks below this size, in bytes, are zeroed by writing: the system calls would cost more.
 inline constexpr std::size_t lazyBlockBytes = std::size_t{1} << 18;
 
-/// Makes a block from the global `operator new` read as zero, whatever it held before: recycled heap memory is
-/// dirty. On Linux the pages inside are dropped, so that untouched ones cost neither time nor memory, and huge pages
-/// are asked for behind the first few thousand bytes, so that a block that is filled costs few faults and one that is
-/// barely used stays small. Elsewhere, or where the system refuses, the block is written.
+/// Makes a block read as zero, whatever it held before: recycled heap memory is dirty.
 ///
-/// \param block  `bytes` bytes of which nothing is kept
+/// On Linux the pages inside are dropped, so that untouched ones cost neither time nor memory, and huge pages are
+/// requested behind the first 64 KiB, so that filling a block causes few page faults and a block of few records stays
+/// small. A block whose memory isn't private and anonymous throughout, or whose pages the system keeps, is written; so
+/// is every block on other systems.
+///
+/// \param block  `bytes` bytes, owned by the caller, from the global `operator new`; their content is lost
+/// \param bytes  any size
+/// \errors  none
 /// \threads safe on distinct blocks
 TORVEL_API void makeZeroBlock(void* block, std::size_t bytes);
 
-/// Gives the memory of the whole pages inside back that hold nothing of use; the addresses stay valid and what is
-/// read there later is unspecified.
+/// Releases the pages that lie whole in the block (Linux: MADV_DONTNEED; nothing elsewhere). The addresses stay valid;
+/// what is read there later is unspecified.
 ///
-/// \param block  `bytes` bytes from the global `operator new`, or a part of them
+/// \param block  `bytes` bytes, owned by the caller, from the global `operator new`, or a part of them
+/// \param bytes  any size
+/// \errors  none
 /// \threads safe on distinct blocks
 TORVEL_API void releasePages(void* block, std::size_t bytes);
 

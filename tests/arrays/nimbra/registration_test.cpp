@@ -104,7 +104,7 @@ TEST_F(Registration, SecondRunEntersNothing) {
 
 TEST_F(Registration, ArraysCountThemselvesFromThenOn) {
   const int before = MemBase::RegisteredTypes;
-  const MemBase::Pointer first(new MemArray<1, point>({2}, nullptr));
+  const MemBase::Pointer first(new MemArray<1, point>(2, nullptr));
   const MemBase::Pointer second(new MemArray<4, unsigned int>({1, 1, 1, 1}, nullptr));
   EXPECT_EQ(MemBase::RegisteredTypes, before + 2);
 }

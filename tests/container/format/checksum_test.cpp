@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <memory>
 #include <random>
 #include <string>
@@ -51,8 +52,9 @@ Bytes randomBytes(std::size_t count) {
 // calls.
 std::vector<std::size_t> lengths() {
   std::vector<std::size_t> found{0, 1, 2, 3, 4, 15, 16, 17, 1000};
-  for (const std::size_t border : {64, 256, 512, 1024, 15360, 15524, 16119, 16316, 30884, 31476, 31744, 32000,
-                                   63488, 63744, 65536, 65792, 131072, 262144, 300000}) {
+  for (const std::size_t border :
+       std::initializer_list<std::size_t>{64, 256, 512, 1024, 15360, 15524, 16119, 16316, 30884, 31476, 31744,
+                                          32000, 63488, 63744, 65536, 65792, 131072, 262144, 300000}) {
     for (std::size_t nearby = border - 3; nearby <= border + 3; ++nearby) {
       found.push_back(nearby);
     }
@@ -81,7 +83,8 @@ TEST(Checksum, DoesNotDependOnWhereTheBytesLie) {
 TEST(Checksum, GoesOnWhereAnEarlierCallEnded) {
   const Bytes bytes = randomBytes(200000);
   const std::uint32_t whole = crc32(0, bytes.data(), bytes.size());
-  for (const std::size_t first : {1, 255, 256, 4096, 65536, 99999, 200000}) {
+  for (const std::size_t first :
+       std::initializer_list<std::size_t>{1, 255, 256, 4096, 65536, 99999, 200000}) {
     const std::uint32_t begun = crc32(0, bytes.data(), first);
     EXPECT_EQ(crc32(begun, bytes.data() + first, bytes.size() - first), whole) << first;
   }
@@ -101,7 +104,7 @@ TEST(Checksum, ChangesWithEveryBytesBits) {
 }
 
 TEST(Checksum, ReadsNothingBeforeTheFirstByteOrBehindTheLast) {
-  for (const std::size_t length : {256, 31744, 32000, 65536, 65537}) {
+  for (const std::size_t length : std::initializer_list<std::size_t>{256, 31744, 32000, 65536, 65537}) {
     const Bytes whole = randomBytes(length);
     const auto own = std::make_unique<unsigned char[]>(length); // whose borders a sanitizer watches
     std::memcpy(own.get(), whole.data(), length);

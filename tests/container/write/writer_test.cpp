@@ -185,7 +185,8 @@ TEST_F(Writing, ChecksumsAreThoseOfTheDefinitionAtEveryBlockSize) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     values[i] = static_cast<unsigned char>((i * i + i / 7) >> 3);
   }
-  for (const std::uint32_t rows : {1, 15, 16, 17, 255, 256, 257, 511, 512, 513, 1000, 1279, 4096, 600000}) {
+  for (const std::uint32_t rows :
+       {1U, 15U, 16U, 17U, 255U, 256U, 257U, 511U, 512U, 513U, 1000U, 1279U, 4096U, 600000U}) {
     const std::vector<unsigned char> part(values.begin(), values.begin() + rows);
     writeColumn(path, {"a", ElementType::uint8}, part, {rows, true});
     execute(path, "CREATE TEMP TABLE expect(holds INTEGER CHECK (holds));"

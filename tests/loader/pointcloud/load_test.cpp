@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads of real database files: blocks, missing columns, conversions, wrong files.
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
@@ -97,7 +98,7 @@ TEST_F(PointCloudFile, OfTheScannersOwnSystemHasItsDataThere) {
   EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 2U);
 }
 
-TEST_F(PointCloudFile, MayHoldAttributesThatNobodyKnows) {
+TEST_F(PointCloudFile, MayHaveUnknownAttributes) {
   givenDatabase(3,
                 {numbered("own.name", ElementType::uint8), numbered("riegl.target_index", ElementType::uint8),
                  numbered("riegl.unheard_of", ElementType::float64)});
@@ -198,7 +199,7 @@ TEST_F(PointCloudFile, ThatIsNoDatabaseLeavesTheGridAsItWas) {
   EXPECT_TRUE(grid.representations().empty());
 }
 
-TEST_F(PointCloudFile, WithMoreValuesARecordThanItsBuffersHoldIsRefused) {
+TEST_F(PointCloudFile, WithMoreValuesPerRecordThanItsBuffersHoldIsRefused) {
   givenDatabase(2, {column("riegl.amplitude", ElementType::float32, 3,
                            [](std::uint64_t, unsigned int) { return 1.0; })});
   EXPECT_EQ(load(),

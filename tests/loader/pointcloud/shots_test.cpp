@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The waveform attributes that a shot database hangs on "Positions".
-#include "loader/pointcloud/rdbx2Z4.h"
+// The waveform attributes that a shot database adds to "Positions".
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins how a load walks blocks: full ones, one record more, and the fragments that come of them.
+// Pins the blocks of a load: a full block, one record more, and their fragments.
 #include "tests/loader/trajectory/flight.h"
 
 namespace {
@@ -9,7 +9,7 @@ using testing::ElementsAre;
 
 constexpr std::uint64_t blockSize = 5000000;
 
-/// A long flight in small files: whole numbers of one byte, the same thousand over and over.
+/// A long flight in a small file: integers of one byte that repeat every thousand records.
 class LongLoad : public Load {
  protected:
   void givenLongFlight(std::uint64_t records) {

@@ -18,7 +18,7 @@ using testing::ElementsAre;
 namespace {
 
 MemBase::Pointer oneDouble() {
-  return new MemArray<1, double>({1}, nullptr);
+  return new MemArray<1, double>(1, nullptr);
 }
 
 class Fields : public testing::Test {
@@ -114,7 +114,7 @@ TEST_F(Fields, HoldWhatTheCacheKeepsForThem) {
 TEST_F(Fields, LetTheirMemoryGoWhenTheyEnd) {
   const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
   Field::Pointer other(new Field(nullptr));
-  other->setPersistentData(new MemArray<1, double>({1000}, nullptr), other->makeFragmentID("a"),
+  other->setPersistentData(new MemArray<1, double>(1000, nullptr), other->makeFragmentID("a"),
                            Torvel::Cache::MemCache(), "");
   EXPECT_EQ(Torvel::ChunkBase::TotalMemsize, before + 8000);
   other = nullptr;

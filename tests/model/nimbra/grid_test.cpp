@@ -146,7 +146,7 @@ TEST_F(Representations, NewFieldLiesOverTheCollectionThatIsPassed) {
 }
 
 TEST_F(Representations, ArrayThatIsPassedBecomesTheDataOfTheNewField) {
-  const Nimbra::MemBase::Pointer array(new Nimbra::MemArray<1, double>({3}, nullptr));
+  const Nimbra::MemBase::Pointer array(new Nimbra::MemArray<1, double>(3, nullptr));
   chart.makeField(chart.makeFieldID("a"), nullptr, array);
   EXPECT_EQ(chart.field("a")->array("").get(), array.get());
 }

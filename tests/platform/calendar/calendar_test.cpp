@@ -55,8 +55,10 @@ INSTANTIATE_TEST_SUITE_P(Calendar, MissingDay,
                          testing::Values(Day{-1, -1, -1, 0}, Day{2023, 2, 29, 0}, Day{1900, 2, 29, 0},
                                          Day{2024, 2, 30, 0}, Day{2024, 4, 31, 0}, Day{2024, 0, 3, 0},
                                          Day{2024, 13, 2, 0}, Day{2024, 1, 0, 0}, Day{2024, 1, 32, 0},
-                                         Day{2024, 1, -5, 0}, Day{INT_MAX, INT_MAX, INT_MAX, 0},
-                                         Day{INT_MIN, INT_MIN, INT_MIN, 0}, Day{2024, 1, INT_MAX, 0}));
+                                         Day{2024, 1, -5, 0}, Day{2024, 257, 1, 0}, Day{2024, 1, 257, 0},
+                                         Day{2024, -255, 1, 0}, Day{2024, 1, -255, 0},
+                                         Day{INT_MAX, INT_MAX, INT_MAX, 0}, Day{INT_MIN, INT_MIN, INT_MIN, 0},
+                                         Day{2024, 1, INT_MAX, 0}));
 
 TEST(Calendar, AgreesWithTheStandardLibraryOnEveryDayOfNineCenturies) {
   using namespace std::chrono;
