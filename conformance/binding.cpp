@@ -3,17 +3,20 @@
 #include "conformance/databases.h"
 #include "conformance/promise.h"
 
+#include <list>
+#include <utility>
+
 namespace conformance {
 
 namespace {
 
 void bufferBoundLast(Databases& databases) {
   Load load(databases.makePattern(1000));
+  std::list<GuardedBuffer<float>> buffers; // all stay, so that their places differ
   for (std::uint64_t position = 0; position < 1000; position += 125) {
-    GuardedBuffer<float> fresh(125);
-    load.bind("riegl.class", fresh);
+    load.bind("riegl.class", buffers.emplace_back(125));
     expectEqual("next(125)", load.query.next(125), 125U);
-    fresh.expectPattern(position, 125);
+    buffers.back().expectPattern(position, 125);
   }
   expectEqual("next(125) at the end", load.query.next(125), 0U);
 }
@@ -39,7 +42,7 @@ void positionSurvives(Databases& databases) {
   load.bind("riegl.class", second);
   expectEqual("next(4) after two further binds", load.query.next(4), 4U);
   second.expectPattern(4, 4);
-  GuardedBuffer<float> third(4, 3);
+  GuardedBuffer<double> third(4, 3);
   load.bind("riegl.xyz", third);
   expectEqual("next(4) after a bind of another attribute", load.query.next(4), 4U);
   second.expectPattern(8, 4);
@@ -76,6 +79,11 @@ void absentAttribute(Databases& databases) {
 
 void otherLength(Databases& databases) {
   constexpr std::uint64_t records = 10;
+  Load right(databases.make(
+      {records, {patternColumn("riegl.amplitude", records), patternColumn("riegl.xyz", records, 3)}, {}}));
+  GuardedBuffer<double> room(records, 3);
+  right.bind("riegl.amplitude", room);
+  right.bind("riegl.xyz", room);
   const std::vector<std::pair<std::string, unsigned>> wrong{
       {"riegl.amplitude", 2}, {"riegl.timestamp", 3}, {"riegl.xyz", 4}, {"riegl.xyz", 1}};
   for (const auto& [name, length] : wrong) {

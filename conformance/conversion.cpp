@@ -46,14 +46,14 @@ std::string vectorName() {
 }
 
 template <class Stored>
-void expectEveryRequestedType(Load& load) {
+void expectEveryRequestedType(const std::string& path) {
   const auto expectAs = [&]<class T>(T) {
-    riegl::rdb::pointcloud::QuerySelect query = load.database.select("");
+    Load load(path);
     GuardedBuffer<T> scalars(300);
     GuardedBuffer<T> vectors(300, 3);
-    query.bind(scalarName<Stored>(), dataType<T>(), scalars.data(), 0);
-    query.bind(vectorName<Stored>(), dataType<T>(), vectors.data(), 0);
-    expectEqual("next(300)", query.next(300), 300U);
+    load.bind(scalarName<Stored>(), scalars);
+    load.bind(vectorName<Stored>(), vectors);
+    expectEqual("next(300)", load.query.next(300), 300U);
     scalars.expectPattern(0, 300);
     vectors.expectPattern(0, 300);
   };
@@ -81,15 +81,15 @@ void everyRequestedType(Databases& databases) {
   store(std::uint64_t{});
   store(float{});
   store(double{});
-  Load load(databases.make(contents));
-  expectEveryRequestedType<std::uint8_t>(load);
-  expectEveryRequestedType<std::uint16_t>(load);
-  expectEveryRequestedType<std::int16_t>(load);
-  expectEveryRequestedType<std::uint32_t>(load);
-  expectEveryRequestedType<std::int32_t>(load);
-  expectEveryRequestedType<std::uint64_t>(load);
-  expectEveryRequestedType<float>(load);
-  expectEveryRequestedType<double>(load);
+  const std::string path = databases.make(contents);
+  expectEveryRequestedType<std::uint8_t>(path);
+  expectEveryRequestedType<std::uint16_t>(path);
+  expectEveryRequestedType<std::int16_t>(path);
+  expectEveryRequestedType<std::uint32_t>(path);
+  expectEveryRequestedType<std::int32_t>(path);
+  expectEveryRequestedType<std::uint64_t>(path);
+  expectEveryRequestedType<float>(path);
+  expectEveryRequestedType<double>(path);
 }
 
 template <class To>

@@ -4,6 +4,8 @@
 
 #include <filesystem>
 #include <fstream>
+#include <memory>
+#include <utility>
 
 namespace conformance {
 
@@ -28,8 +30,11 @@ std::string Databases::makeFile(const std::string& name, const std::string& cont
 void expectWholePattern(Load& load, const std::string& column, std::uint64_t records, unsigned block,
                         std::uint64_t first) {
   std::uint64_t position = 0;
+  std::unique_ptr<GuardedBuffer<double>>
+      previous; // stays until the next one is there, so that their places differ
   for (;;) {
-    GuardedBuffer<double> fresh(block);
+    auto buffer = std::make_unique<GuardedBuffer<double>>(block);
+    GuardedBuffer<double>& fresh = *buffer;
     load.bind(column, fresh);
     const unsigned count = load.query.next(block);
     expect(count <= block, "next(" + text(block) + "): at most " + text(block), text(count));
@@ -39,6 +44,7 @@ void expectWholePattern(Load& load, const std::string& column, std::uint64_t rec
     fresh.expectPattern(first + position, count);
     fresh.expectUntouchedBehind(count);
     position += count;
+    previous = std::move(buffer);
     expect(position <= records, "records in all: " + text(records), "more than that");
   }
   expectEqual("records in all", position, records);

@@ -3,6 +3,7 @@
 // a load nothing but the library's share. It has the operations of `riegl::rdb` that the library uses and no others.
 #pragma once
 
+#include "bench/in_memory/database.h"
 #include "tests/support/attribute_length.h"
 #include "tests/support/element_conversion.h"
 
@@ -14,29 +15,6 @@
 #include <map>
 #include <memory>
 #include <string>
-
-namespace inMemory {
-
-/// One column: records of `length` elements of the type with the number `type`.
-struct Column {
-  const unsigned char* bytes = nullptr; ///< stays with whoever made the database
-  unsigned type = 0;
-  unsigned length = 1;
-};
-
-struct Database {
-  std::map<std::string, Column> columns{};
-  std::uint64_t records = 0;
-  std::map<std::string, std::string> items{}; ///< metadata
-};
-
-/// By the path that opens them. Filled before the first load; a database that is there never goes.
-inline std::map<std::string, Database>& databases() {
-  static std::map<std::string, Database> all;
-  return all;
-}
-
-} // namespace inMemory
 
 namespace riegl::rdb {
 
@@ -104,6 +82,9 @@ class QuerySelect {
 
   unsigned int next(unsigned int count) {
     const std::uint64_t records = std::min<std::uint64_t>(count, state->database.records - state->position);
+    if (records == 0) {
+      return 0;
+    }
     for (const auto& [name, target] : state->targets) {
       target.fill(state->position, records);
     }
