@@ -22,11 +22,12 @@ namespace {
 using Quillon::PhysicalSpace::point;
 using Buffer = std::variant<std::vector<point>, std::vector<double>, std::vector<float>, std::vector<short>>;
 
-/// A column of the everyday scan: 66 bytes a record in all.
+/// A column of the everyday scan: 66 bytes per record in all.
 struct Column {
   const char* attribute;
   Buffer (*make)();
   std::size_t recordBytes;
+  unsigned type; ///< of its elements, as the client numbers them
   std::vector<unsigned char> bytes{};
 };
 
@@ -39,24 +40,29 @@ Buffer freshBuffer() {
 }
 
 template <class T>
-Column column(const char* attribute) {
-  return {attribute, [] { return freshBuffer<T>(); }, sizeof(T)};
+Column column(const char* attribute, unsigned type) {
+  return {attribute, [] { return freshBuffer<T>(); }, sizeof(T), type};
 }
+
+constexpr const char* path = "memory";
 
 /// The columns in the order in which the client fills them.
 std::vector<Column> columnsFromSeed(std::uint64_t rows) {
-  std::vector<Column> columns{column<float>("riegl.amplitude"),   column<short>("riegl.deviation"),
-                              column<float>("riegl.reflectance"), column<double>("riegl.timestamp"),
-                              column<point>("riegl.xyz"),         column<point>("riegl.xyz_socs")};
+  std::vector<Column> columns{column<float>("riegl.amplitude", 9),   column<short>("riegl.deviation", 4),
+                              column<float>("riegl.reflectance", 9), column<double>("riegl.timestamp", 10),
+                              column<point>("riegl.xyz", 10),        column<point>("riegl.xyz_socs", 10)};
+  inMemory::Database& database = inMemory::databases()[path];
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const std::size_t bytes = rows * columns[i].recordBytes;
     // As real numbers below 1000 these are time stamps of one day; as anything else they are just bytes.
     const std::vector<double> values = bench::randomValues<double>(i, 0, (bytes + 7) / 8);
     columns[i].bytes.resize(bytes);
     std::memcpy(columns[i].bytes.data(), values.data(), bytes);
-    inMemory::database().columns[columns[i].attribute] = {columns[i].bytes.data(), columns[i].recordBytes};
+    const std::size_t length = columns[i].recordBytes / support::elementBytes(columns[i].type);
+    database.columns[columns[i].attribute] = {columns[i].bytes.data(), columns[i].type,
+                                              static_cast<unsigned>(length)};
   }
-  inMemory::database().records = rows;
+  database.records = rows;
   return columns;
 }
 
@@ -103,7 +109,7 @@ class BareLoad {
 };
 
 void load(Nimbra::Grid& grid) {
-  const std::string failure = Riegl::rdbx2Z4("memory", grid, 0, false, nullptr);
+  const std::string failure = Riegl::rdbx2Z4(path, grid, 0, false, nullptr);
   bench::require(failure.empty(), failure);
 }
 

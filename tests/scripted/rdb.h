@@ -3,9 +3,12 @@
 // It has the operations of `riegl::rdb` that the library uses and no others, so that nothing else can creep in.
 #pragma once
 
+#include "tests/scripted/lifetime.h"
 #include "tests/scripted/script.h"
+#include "tests/support/attribute_length.h"
+#include "tests/support/element_conversion.h"
 
-#include <cstring>
+#include <algorithm>
 #include <exception>
 #include <memory>
 #include <string>
@@ -25,45 +28,15 @@ class __attribute__((visibility("default"))) Error : public std::exception {
   std::string further;
 };
 
-namespace scriptedClient {
-
-/// Logs the end of an object when its last copy goes.
-class Lifetime {
- public:
-  explicit Lifetime(std::string objectName) : name(std::move(objectName)) {
-    ++scripted::script().liveObjects;
-  }
-  Lifetime(const Lifetime&) = delete;
-  Lifetime& operator=(const Lifetime&) = delete;
-  ~Lifetime() {
-    --scripted::script().liveObjects;
-    scripted::script().calls.push_back("~" + name);
-    if (scripted::script().atEnd) {
-      scripted::script().atEnd(name);
-    }
-  }
-
- private:
-  std::string name;
-};
-
-using Token = std::shared_ptr<Lifetime>;
-
-inline Token begin(const std::string& name) {
-  return std::make_shared<Lifetime>(name);
-}
-
-} // namespace scriptedClient
-
 class Context {
  public:
   Context(const std::string& first, const std::string& second) {
     scripted::script().enter("Context(" + first + "," + second + ")");
-    token = scriptedClient::begin("Context");
+    token = scripted::begin("Context");
   }
 
  private:
-  scriptedClient::Token token;
+  scripted::Token token;
 };
 
 namespace pointcloud {
@@ -74,69 +47,110 @@ class OpenSettings {
  public:
   OpenSettings() {
     scripted::script().enter("OpenSettings()");
-    token = scriptedClient::begin("OpenSettings");
+    token = scripted::begin("OpenSettings");
   }
 
  private:
-  scriptedClient::Token token;
+  scripted::Token token;
 };
 
 class MetaData {
  public:
+  explicit MetaData(scripted::Opened opened = {}) : database(std::move(opened)) {}
+
   bool exists(const std::string& name) const {
     scripted::script().enter("MetaData::exists(" + name + ")");
-    return scripted::script().metadata.count(name) != 0;
+    return database->metadata.count(name) != 0;
   }
   std::string get(const std::string& name, const std::string& fallback) const {
     scripted::script().enter("MetaData::get(" + name + "," + fallback + ")");
-    const auto found = scripted::script().metadata.find(name);
-    return found == scripted::script().metadata.end() ? fallback : found->second;
+    const auto found = database->metadata.find(name);
+    return found == database->metadata.end() ? fallback : found->second;
   }
+
+ private:
+  scripted::Opened database;
 };
 
 class PointAttributes {
  public:
+  explicit PointAttributes(scripted::Opened opened = {}) : database(std::move(opened)) {}
+
   bool exists(const std::string& name) const {
     scripted::script().enter("exists(" + name + ")");
-    return scripted::script().columns.count(name) != 0;
+    return database->has(name);
   }
+
+ private:
+  scripted::Opened database;
 };
 
 class QuerySelect {
  public:
+  explicit QuerySelect(scripted::Opened opened) : state(std::make_shared<State>()) {
+    state->database = std::move(opened);
+  }
+
   void bind(const std::string& name, DataType type, void* buffer, int stride) {
-    scripted::Script& script = scripted::script();
-    script.enter("bind(" + name + "," + std::to_string(static_cast<unsigned int>(type)) + "," +
-                 std::to_string(stride) + ")");
-    if (script.columns.count(name) == 0) {
+    const auto number = static_cast<unsigned int>(type);
+    scripted::script().enter("bind(" + name + "," + std::to_string(number) + "," + std::to_string(stride) +
+                             ")");
+    if (!state->database->has(name)) {
       throw Error("attribute not found", name);
     }
-    state->buffers[name] = buffer;
+    const auto stored = state->database->storedColumns.find(name);
+    if (stored != state->database->storedColumns.end() && !support::lengthFits(name, stored->second.length)) {
+      throw Error("attribute of another length", name);
+    }
+    state->targets[name] = {buffer, number};
   }
   unsigned int next(unsigned int count) {
-    scripted::Script& script = scripted::script();
-    script.enter("next(" + std::to_string(count) + ")");
-    if (state->block == script.blocks.size()) {
+    scripted::script().enter("next(" + std::to_string(count) + ")");
+    const std::vector<unsigned int>& blocks = state->database->blocks;
+    if (state->block == blocks.size()) {
       return 0;
     }
-    const unsigned int records = script.blocks[state->block++];
-    for (const auto& [name, buffer] : state->buffers) {
-      if (const scripted::Fill& fill = script.columns.at(name)) {
-        fill(buffer, records, state->position);
-      }
+    const unsigned int records = std::min(count, blocks[state->block] - state->takenOfBlock);
+    for (const auto& [name, target] : state->targets) {
+      state->fill(name, target, records);
     }
-    state->position += records;
+    state->goOn(records);
     return records;
   }
 
  private:
-  struct State {
-    scriptedClient::Token token = scriptedClient::begin("QuerySelect");
-    std::map<std::string, void*> buffers;
-    std::size_t block = 0;
-    std::uint64_t position = 0;
+  struct Target {
+    void* buffer = nullptr;
+    unsigned int type = 0;
   };
-  std::shared_ptr<State> state = std::make_shared<State>();
+  struct State {
+    scripted::Token token = scripted::begin("QuerySelect");
+    scripted::Opened database;
+    std::map<std::string, Target> targets;
+    std::size_t block = 0;
+    unsigned int takenOfBlock = 0;
+    std::uint64_t position = 0;
+
+    void fill(const std::string& name, const Target& target, unsigned int records) const {
+      const auto stored = database->storedColumns.find(name);
+      if (stored != database->storedColumns.end()) {
+        const auto& [type, length, values] = stored->second;
+        support::convertElements(values.data() + position * length * support::elementBytes(type), type,
+                                 target.buffer, target.type, std::size_t{records} * length);
+      } else if (const scripted::Fill& filler = database->columns.at(name)) {
+        filler(target.buffer, records, position);
+      }
+    }
+    void goOn(unsigned int records) {
+      position += records;
+      takenOfBlock += records;
+      if (takenOfBlock == database->blocks[block]) {
+        ++block;
+        takenOfBlock = 0;
+      }
+    }
+  };
+  std::shared_ptr<State> state;
 };
 
 } // namespace pointcloud
@@ -145,13 +159,20 @@ class Pointcloud {
  public:
   explicit Pointcloud(Context shared) : context(std::move(shared)) {
     scripted::script().enter("Pointcloud()");
-    token = scriptedClient::begin("Pointcloud");
+    token = scripted::begin("Pointcloud");
   }
   Pointcloud(const Pointcloud&) = delete;
   Pointcloud& operator=(const Pointcloud&) = delete;
 
   void open(const std::string& path, const pointcloud::OpenSettings&) {
     scripted::script().enter("open(" + path + ")");
+    std::shared_ptr<const scripted::Database> found = scripted::kept(path);
+    if (found == nullptr && scripted::anyKept()) {
+      throw Error("no such database", path);
+    }
+    database = scripted::Opened(std::move(found));
+    items = pointcloud::MetaData(database);
+    attributes = pointcloud::PointAttributes(database);
   }
   pointcloud::MetaData& metaData() {
     scripted::script().enter("metaData()");
@@ -167,12 +188,13 @@ class Pointcloud {
   }
   pointcloud::QuerySelect select(const std::string& filter) {
     scripted::script().enter("select(" + filter + ")");
-    return pointcloud::QuerySelect();
+    return pointcloud::QuerySelect(database);
   }
 
  private:
   Context context;
-  scriptedClient::Token token;
+  scripted::Token token;
+  scripted::Opened database;
   pointcloud::MetaData items;
   mutable pointcloud::PointAttributes attributes;
 };

@@ -5,8 +5,39 @@
 #include "tests/scripted/rdb.h"
 
 #include <algorithm>
+#include <mutex>
 
 namespace scripted {
+
+namespace {
+
+struct Shelf {
+  std::mutex mutex{};
+  std::map<std::string, std::shared_ptr<const Database>> databases{};
+};
+
+Shelf& shelf() {
+  static Shelf only;
+  return only;
+}
+
+} // namespace
+
+void keep(const std::string& path, Database database) {
+  const std::lock_guard lock(shelf().mutex);
+  shelf().databases[path] = std::make_shared<const Database>(std::move(database));
+}
+
+std::shared_ptr<const Database> kept(const std::string& path) {
+  const std::lock_guard lock(shelf().mutex);
+  const auto found = shelf().databases.find(path);
+  return found != shelf().databases.end() ? found->second : nullptr;
+}
+
+bool anyKept() {
+  const std::lock_guard lock(shelf().mutex);
+  return !shelf().databases.empty();
+}
 
 Fill filledWith(double value, unsigned int valuesPerRecord) {
   return [value, valuesPerRecord](void* buffer, unsigned int count, std::uint64_t) {

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The script of the scripted client: what a database holds, which call fails, and what was called.
-// The client itself: tests/scripted/rdb.h
 #pragma once
 
 #include <cstdint>
 #include <functional>
 #include <map>
+#include <memory>
 #include <stdexcept>
 #include <string>
 #include <vector>
@@ -21,13 +21,34 @@ Fill filledWith(double value, unsigned int valuesPerRecord = 1);
 /// What the raising call raises.
 enum class Raised { clientError, standardException };
 
-/// A database, a failure and a record of calls. One a thread; a test takes a fresh one with `newScript()`.
-struct Script {
-  std::map<std::string, std::string> metadata;
-  std::map<std::string, Fill> columns; ///< by attribute name; an empty function leaves the buffer as it is
-  std::vector<unsigned int> blocks;    ///< what `next` returns in turn; 0 afterwards
-  int raiseAt = 0;                     ///< number of the call that raises, from 1; 0 for none
-  bool raiseForEver = false;           ///< every call from there on raises
+/// A column with values, which the client converts to the type that is bound.
+struct StoredColumn {
+  unsigned type = 0; ///< of the elements, as the client numbers them
+  unsigned length = 1;
+  std::vector<unsigned char> values{};
+};
+
+struct Database {
+  std::map<std::string, std::string> metadata{};
+  std::map<std::string, Fill> columns{}; ///< by attribute name; an empty function leaves the buffer as it is
+  std::map<std::string, StoredColumn> storedColumns{}; ///< further columns
+  /// What `next` returns in turn, 0 afterwards. Where less is asked for, the next call goes on in the same block.
+  std::vector<unsigned int> blocks{};
+
+  bool has(const std::string& name) const { return columns.count(name) + storedColumns.count(name) != 0; }
+};
+
+/// Keeps a database for all threads. As long as none is kept, every path opens the script of its thread; afterwards only
+/// the paths of kept databases open.
+void keep(const std::string& path, Database database);
+/// The database kept for `path`; null for none.
+std::shared_ptr<const Database> kept(const std::string& path);
+bool anyKept();
+
+/// A database, a failure and a record of calls. One per thread; a test takes a fresh one with `newScript()`.
+struct Script : Database {
+  int raiseAt = 0;           ///< number of the call that raises, from 1; 0 for none
+  bool raiseForEver = false; ///< every call from there on raises
   Raised raised = Raised::clientError;
 
   std::vector<std::string> calls; ///< every operation with its arguments, destructors as "~Name"
