@@ -129,7 +129,7 @@ std::vector<Promise> openingPromises() {
        "empty.",
        "The load returns both texts to its host and leaves the grid as it was.", missingPathRaises},
       {"ErrorIsAStandardException", "`riegl::rdb::Error` is a `std::exception`.",
-       "A host that calls `parseDate` and its like with a database of its own catches `std::exception`.",
+       "A host that calls `getIsUTCandWeekday` or `getAttributesViaJson` itself may catch `std::exception`.",
        errorIsStandard},
       {"FileThatIsNoDatabaseRaisesError",
        "`open` of an empty file, of a file of another format and of a folder raises `riegl::rdb::Error`.",
