@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Databases for tests: columns told by a rule, written with the embedded client's writer.
+// Databases for tests: columns whose values follow a rule, written with the writer of the container.
 #pragma once
 
 #include "container/write/writer.h"
@@ -19,7 +19,7 @@ struct Column {
   std::function<double(std::uint64_t record, unsigned int component)> value;
 };
 
-/// A column of `length` values a record, each the same function of the record's number.
+/// A column of `length` values per record, each the same function of the record's number.
 inline Column column(const std::string& name, riegl::rdb::embedded::StoredType type, unsigned int length,
                      std::function<double(std::uint64_t, unsigned int)> value) {
   Column made;
