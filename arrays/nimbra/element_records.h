@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The eleven element types and the record of each.
+// The eleven element types and their records.
 #pragma once
 
 #include "arrays/quillon/physical_space.h"
@@ -10,8 +10,8 @@
 
 namespace Nimbra {
 
-/// Fixed facts of an element type: its scalar, its domain (void for a plain scalar) and two flags of its
-/// record.
+/// Properties of an element type that its record states: scalar, domain (void for a plain scalar), the two
+/// flags and the dimensions of the domain.
 template <class T>
 struct ElementTraits {
   using Scalar = T;
@@ -52,7 +52,9 @@ struct ElementTraits<Quillon::ColourRGBA> {
 template <class T>
 inline constexpr int componentCount = static_cast<int>(sizeof(T) / sizeof(typename ElementTraits<T>::Scalar));
 
-/// The record of an element type.
+/// \return the record of an element type
+/// \errors  std::bad_alloc
+/// \threads safe
 template <class T>
 NimbraTypeIndex elementRecord() {
   using Traits = ElementTraits<T>;

@@ -10,16 +10,18 @@
 
 namespace Nimbra {
 
-/// Appends a number as std::to_chars gives it, with no format and no precision.
+/// Appends a number as std::to_chars writes it without format and precision.
+/// \errors  std::bad_alloc
 template <class Scalar>
 void appendNumber(std::string& text, Scalar value) {
-  // The longest is a double such as -1.7976931348623157e+308 with 24 characters.
+  // The longest text is that of a double such as -1.7976931348623157e+308, with 24 characters.
   std::array<char, 40> digits;
   const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
   text.append(digits.data(), end);
 }
 
-/// The element as text, its components with one blank between them.
+/// \return the element as text, its components separated by one blank
+/// \errors  std::bad_alloc
 template <class T>
 std::string elementAsText(const T& element) {
   std::string text;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Memory arrays: the view of rank 1 to 4 that a field holds onto the chunk of a loaded column.
+// Memory arrays: views of rank 1 to 4 onto a chunk, which a field holds.
 //
-// Longer than other headers because the whole family is header code that each module instantiates: one class
-// with every virtual operation of an array, in the order in which they are listed for its users.
+// Longer than other headers, because each shared object instantiates the whole family: one class with every
+// virtual operation of an array, in the order of the table of virtual functions.
 #pragma once
 
 #include "arrays/nimbra/element_records.h"
@@ -19,42 +19,45 @@
 
 namespace Nimbra {
 
-/// What an array can be asked by its rank.
+/// Operations of an array of rank N.
 template <int N>
 class TORVEL_API MemArrayBase : public virtual MemBase {
  public:
   ~MemArrayBase() override = default;
   int rank() const override = 0;
-  /// Number of elements, the product of the extents.
+  /// \return the number of elements, the product of the extents
   virtual std::uint64_t extentProduct() const = 0;
-  /// A fresh array with a fresh chunk. \errors  std::length_error, std::bad_alloc
+  /// Makes a new array with a chunk of its own.
+  /// \errors  std::length_error, std::bad_alloc
   virtual Pointer newArray(const MultiIndex<N>& extents, const Creator& origin) const = 0;
-  /// A fresh array with a part of the elements, read one at a time through the iterator rule; no check of bounds.
+  /// Makes a new array with a copy of a part of the elements, each read by the iterator rule.
+  /// \param first  index of the part's first element
+  /// \param part  extents of the part; the caller guarantees that it lies within the array
   /// \errors  std::length_error, std::bad_alloc
   virtual Pointer copyHyperslabAt(const MultiIndex<N>& first, const MultiIndex<N>& part,
                                   const Creator& origin) const = 0;
   Pointer copyHyperslab(const DynamicSize& first, const DynamicSize& part,
                         const Creator& origin) const override = 0;
   DynamicSize dimensions() const override = 0;
-  /// Always null.
+  /// \return null, always
   virtual Pointer nothing() const = 0;
 
  protected:
   MemArrayBase() = default;
 };
 
-/// What an array can be asked by its element type.
+/// Operations of an array of elements T.
 template <class T>
 class TORVEL_API TypedArray : public virtual MemBase {
  public:
-  /// Elements at index 0 and at the last index by the iterator rule; an array without elements and without a
-  /// creator must not be asked.
+  /// \return the elements at index 0 and at the last index, by the iterator rule. An array without a creator
+  /// must have an element.
   virtual T firstValue() const = 0;
   virtual T lastValue() const = 0;
-  /// The view with its memory; lives as long as the array.
+  /// \return the view with its memory; owned by the array
   virtual ElementIterator<T>* elements() = 0;
   virtual const ElementIterator<T>* elements() const = 0;
-  /// The chunk that the view lies over; null for an array without one.
+  /// \return the chunk of the view, null where there is none
   virtual Torvel::StrongPtr<Torvel::TypedChunk<T>, Torvel::ChunkBase> typedChunk() const = 0;
   Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase> chunkBase() const override = 0;
   const std::type_info& elementType() const override = 0;
@@ -67,8 +70,10 @@ class TORVEL_API TypedArray : public virtual MemBase {
 template <int N, class T>
 class MemArray;
 
-/// The working class: an array over a chunk that it shares. It owns nothing but its strong hold on the chunk;
-/// the place of the elements is taken once, so the chunk's vector must not move its elements afterwards.
+/// An array over a chunk that it shares by a strong pointer. It keeps the address of the first element, so
+/// the length of the chunk must not change afterwards.
+///
+/// \threads not safe: one thread fills the chunk, the array is made afterwards
 template <int N, class T>
 class TORVEL_API ReferencingMemArray : public MemArrayBase<N>, public MultiArray<N, T>, public TypedArray<T> {
  public:
@@ -77,8 +82,12 @@ class TORVEL_API ReferencingMemArray : public MemArrayBase<N>, public MultiArray
   using TypedChunkPointer = Torvel::StrongPtr<Torvel::TypedChunk<T>, Torvel::ChunkBase>;
   using ChunkPointer = Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>;
 
-  /// Constant time; no element is touched or copied. Where the extents hold fewer elements than the chunk,
-  /// the rest is the tail of the view.
+  /// Takes constant time; reads and copies no element.
+  /// \param memory  the chunk; may be null
+  /// \param extents  in elements, the fastest running first; elements of the chunk beyond their product are
+  /// the tail
+  /// \param origin  the array's creator; null for none
+  /// \errors  std::bad_alloc
   ReferencingMemArray(const TypedChunkPointer& memory, const MultiIndex<N>& extents, const Creator& origin)
       : MemBase(elementRecord<T>(), origin), chunk(memory) {
     const std::uint64_t held = chunk ? chunk->elementCount() : 0;
@@ -89,7 +98,7 @@ class TORVEL_API ReferencingMemArray : public MemArrayBase<N>, public MultiArray
     const std::uint64_t wanted = elementTotal(extents);
     this->tail = wanted < held ? held - wanted : 0;
   }
-  /// As above, with the one extent of rank 1.
+  /// As above, with the extent of rank 1 as a number.
   ReferencingMemArray(const TypedChunkPointer& memory, std::uint64_t extent,
                       const Creator& origin) requires(N == 1)
       : ReferencingMemArray(memory, MultiIndex<N>{extent}, origin) {}
@@ -145,16 +154,17 @@ class TORVEL_API ReferencingMemArray : public MemArrayBase<N>, public MultiArray
   const TypedChunkPointer chunk;
 };
 
-/// An array that a chunk is made for, or that takes one: what a field holds.
+/// An array of a field, over a given chunk or one of its own.
 template <int N, class T>
 class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
  public:
   using typename ReferencingMemArray<N, T>::Creator;
   using typename ReferencingMemArray<N, T>::TypedChunkPointer;
 
-  /// Set when the element type has entered the framework's tables.
+  /// True once the element type is registered; see arrays/nimbra/registration.h
   inline static bool registered = false;
 
+  /// As `ReferencingMemArray`; counts itself where the element type is registered.
   MemArray(const TypedChunkPointer& memory, const MultiIndex<N>& extents, const Creator& origin)
       : MemBase(elementRecord<T>(), origin), ReferencingMemArray<N, T>(memory, extents, origin) {
     if (registered) {
@@ -162,12 +172,12 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
     }
   }
 
-  /// Makes a chunk of its own first.
+  /// Makes a chunk of its own first, with the product of the extents as element count.
   /// \errors  std::length_error "cannot create std::vector larger than max_size()", std::bad_alloc
   MemArray(const MultiIndex<N>& extents, const Creator& origin)
       : MemArray(freshChunk(extents), extents, origin) {}
 
-  /// The one extent of rank 1.
+  /// As above, with the extent of rank 1 as a number.
   MemArray(const TypedChunkPointer& memory, std::uint64_t extent, const Creator& origin) requires(N == 1)
       : MemArray(memory, MultiIndex<N>{extent}, origin) {}
   MemArray(std::uint64_t extent, const Creator& origin) requires(N == 1)
@@ -176,8 +186,8 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
   ~MemArray() override = default;
 
  private:
-  // A function of its own: GCC 12 doesn't give the memory of a chunk back that raises while it is made right in
-  // the delegation of a constructor.
+  // A function of its own: GCC 12 leaks the memory of a chunk whose constructor raises in the arguments of a
+  // delegating constructor.
   static TypedChunkPointer freshChunk(const MultiIndex<N>& extents) {
     return TypedChunkPointer(new Torvel::Chunk<T>(elementTotal(extents)));
   }
@@ -260,7 +270,7 @@ MemBase::Pointer ReferencingMemArray<N, T>::shallowView(int depth, const Creator
   if (extent < excess(view->count, view->tail)) {
     view->tail = excess(view->count, extent);
   }
-  // Held only now: the first hold shows the view to the creators of save interfaces.
+  // Held only now: the first strong hold passes the view to the creators of save interfaces.
   return Pointer(view);
 }
 

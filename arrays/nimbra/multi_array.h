@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The iterator chain with extents: an array of rank N as something to index. Chain:
-// arrays/nimbra/hyperslab.h
+// Adds extents to the iterator chain of arrays/nimbra/hyperslab.h, so that elements have an index of rank N.
 #pragma once
 
 #include "arrays/nimbra/hyperslab.h"
@@ -12,12 +11,12 @@
 
 namespace Nimbra {
 
-/// An index or the extents of rank N; entry 0 runs fastest.
+/// An index or extents of rank N, in elements; entry 0 runs fastest.
 template <int N>
 using MultiIndex = std::array<std::uint64_t, static_cast<std::size_t>(N)>;
 
-/// Number of elements of the given extents; the largest number there is where the product is beyond it, so
-/// that memory for them is refused.
+/// \return the product of the extents; the largest 64-bit number where the product exceeds it, so that an
+/// allocation of so many elements fails
 template <std::size_t Rank>
 std::uint64_t elementTotal(const std::array<std::uint64_t, Rank>& extents) {
   std::uint64_t total = 1;
@@ -31,7 +30,7 @@ std::uint64_t elementTotal(const std::array<std::uint64_t, Rank>& extents) {
   return beyond ? std::numeric_limits<std::uint64_t>::max() : total;
 }
 
-/// Index of the last element; 0 in each rank whose extent is 0.
+/// \return the index of the last element, 0 in each rank whose extent is 0
 template <std::size_t Rank>
 std::array<std::uint64_t, Rank> lastIndex(const std::array<std::uint64_t, Rank>& extents) {
   std::array<std::uint64_t, Rank> last{};
@@ -41,7 +40,7 @@ std::array<std::uint64_t, Rank> lastIndex(const std::array<std::uint64_t, Rank>&
   return last;
 }
 
-/// The chain with its extents.
+/// The iterator chain with extents.
 template <int N, class T>
 class MultiArrayBase : public CreativeIterator<T> {
  public:
@@ -51,14 +50,14 @@ class MultiArrayBase : public CreativeIterator<T> {
 template <int N, class T, class Sequence = std::make_integer_sequence<unsigned long long, N>>
 class MultiArray;
 
-/// Access with one argument a rank.
+/// Access with one argument per rank.
 template <int N, class T, unsigned long long... Ranks>
 class MultiArray<N, T, std::integer_sequence<unsigned long long, Ranks...>> : public MultiArrayBase<N, T> {
   template <unsigned long long>
   using Index = std::uint64_t;
 
  public:
-  /// The element at the given index by the iterator rule; no check of bounds.
+  /// \return the element at the given index, by the iterator rule; bounds are not checked
   T at(Index<Ranks>... index) const { return at(MultiIndex<N>{index...}); }
   T at(const MultiIndex<N>& index) const { return this->elementAt(index, this->size); }
 };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Enters element types into the framework's tables, so that arrays of them can be made by type.
+// Registers element types in the tables of the data model, so that arrays of them can be made by type.
 #pragma once
 
 #include "arrays/nimbra/element_records.h"
@@ -11,7 +11,9 @@
 
 namespace Nimbra {
 
-/// The type object of an element type; publishes itself when it is made.
+/// The type object of an element type. Its constructor publishes it.
+///
+/// \threads safe once it is constructed
 template <class T>
 class TORVEL_API NimbraType : public NimbraTypeBase {
  public:
@@ -67,7 +69,8 @@ class TORVEL_API MemArrayAllocator final : public MemBase::Allocator {
   }
 };
 
-/// The single type object of T.
+/// \return the only type object of T, which lives until the end of the process
+/// \errors  std::bad_alloc
 /// \threads safe
 template <class T>
 TORVEL_API Torvel::StrongPtr<NimbraTypeBase, NimbraTypeBase> getNimbraType() {
@@ -75,8 +78,9 @@ TORVEL_API Torvel::StrongPtr<NimbraTypeBase, NimbraTypeBase> getNimbraType() {
   return Torvel::StrongPtr<NimbraTypeBase, NimbraTypeBase>(&type);
 }
 
-/// Enters the allocator and the type object of T, once whatever the number of callers.
-/// \returns what MemBase::registerCreator said
+/// Registers the allocator and the type object of T at the first call.
+/// \return the result of MemBase::registerCreator at the first call
+/// \errors  std::bad_alloc
 /// \threads safe
 template <class T>
 TORVEL_API bool registerMemArray() {
@@ -87,8 +91,10 @@ TORVEL_API bool registerMemArray() {
   return entered;
 }
 
-/// Registers the given element types in order: first each with the flag of rank 1, then, in a second run, the
-/// flags of the ranks 2 to 4.
+/// Registers the given element types in their order. The first pass sets the flags of rank 1, the second
+/// those of the ranks 2 to 4.
+/// \errors  std::bad_alloc
+/// \threads not safe: the flags are plain; called while the library is loaded
 template <class... Types>
 void registerElementTypes(std::type_identity<std::tuple<Types...>>) {
   ((registerMemArray<Types>(), MemArray<1, Types>::registered = true), ...);

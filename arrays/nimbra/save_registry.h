@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Shows an array to the creators of save interfaces of its kind.
+// Passes an array to the creators of save interfaces of its kind.
 #pragma once
 
 #include "model/torvel/objects/save_registry.h"
@@ -10,14 +10,17 @@ namespace Torvel {
 template <class X>
 class TORVEL_API SaveInterfaceCreator : public SaveInterfaceCreatorBase {
  public:
-  /// Gives `object` its save interface.
+  /// Attaches a save interface to `object`.
   virtual void createSaveInterface(X& object) = 0;
 };
 
-/// Shows one object of kind X to the known creators; creators of another kind are passed over.
+/// Passes one object of kind X to the registered creators; creators of another kind are skipped.
+///
+/// \threads safe on distinct objects
 template <class X>
 class SaveRegistry final : public SaveRegistryBase {
  public:
+  /// \param shown  not owned, outlives the registry
   explicit SaveRegistry(X& shown) : object(shown) {}
 
  protected:

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Plain sequences of scalars: the layout that points, vectors and colours share.
 //
-// The types are visible beyond their module, so that what is made of them (chunks, arrays, type objects) is
-// one and the same in every module of a process.
+// The types are exported, so that templates of them (chunks, arrays, type objects) are one type in all shared
+// objects of a process.
 #pragma once
 
 #include "model/torvel/references/typed_chunk.h"
@@ -11,13 +11,16 @@
 
 namespace Quillon {
 
-/// `Count` scalars one after the other and nothing else. A new one isn't initialised.
+/// `Count` consecutive scalars and no other member. A new one isn't initialised.
+///
+/// \threads not protected, like all types of this room
 template <class Scalar, int Count>
 class TORVEL_API FixedArray {
  public:
   // Not defaulted: a buffer of millions of elements must not be zeroed before it is filled.
   FixedArray() {} // NOLINT(modernize-use-equals-default)
 
+  /// \param index  from 0, below `Count`; not checked
   Scalar& operator[](std::size_t index) { return scalars[index]; }
   const Scalar& operator[](std::size_t index) const { return scalars[index]; }
   Scalar* begin() { return scalars; }
@@ -40,11 +43,11 @@ bool operator==(const FixedArray<Scalar, Count>& left, const FixedArray<Scalar, 
   return true;
 }
 
-/// A sequence with the arithmetic of a vector space.
+/// A sequence whose scalars are the components of a vector.
 template <class Scalar, int Count>
 class TORVEL_API Vector : public FixedArray<Scalar, Count> {
  public:
-  Vector() {} // NOLINT(modernize-use-equals-default): defaulted, it would be zeroed where a buffer is made
+  Vector() {} // NOLINT(modernize-use-equals-default): as FixedArray
 };
 
 /// A matrix of `Rows` times `Columns` scalars.
@@ -65,7 +68,7 @@ class TORVEL_API Column : public Matrix<Rows, 1, Scalar> {
 
 namespace Torvel {
 
-// Chunks of these layouts don't exist; they only reach chunks of the elements that derive from them.
+// Chunks of these layouts don't exist. They only give access to chunks of elements that derive from them.
 template <class Scalar, int Count>
 struct ElementLayout<Quillon::FixedArray<Scalar, Count>> {
   using Base = void;

@@ -6,14 +6,14 @@
 
 namespace Quillon {
 
-/// Three-dimensional Cartesian space. Only a tag.
+/// Tag of three-dimensional Cartesian space.
 struct TORVEL_API Cartesian3D {};
-/// Colours of three channels, red, green and blue. Only a tag.
+/// Tag of colours with three channels: red, green, blue.
 struct TORVEL_API RGB {};
-/// Colours of four channels: red, green, blue and opacity. Only a tag.
+/// Tag of colours with four channels: red, green, blue, opacity.
 struct TORVEL_API RGBA : RGB {};
 
-/// A vector that lives in a domain.
+/// A vector with the tag of its domain.
 template <class Base, class Domain, class Scalar>
 class TORVEL_API DomainVector : public Base {
  public:
@@ -24,7 +24,7 @@ class TORVEL_API DomainVector : public Base {
 /// The element types of a chart.
 template <class Domain, class Scalar>
 struct TORVEL_API Coordinates {
-  /// A position: three scalars.
+  /// A position: three scalars x, y, z.
   class TORVEL_API point : public FixedArray<Scalar, 3> {
    public:
     using Chart = Domain;
@@ -36,7 +36,7 @@ struct TORVEL_API Coordinates {
     }
   };
 
-  /// A direction or a displacement: three scalars.
+  /// A direction or a displacement: three scalars x, y, z.
   class TORVEL_API vector : public DomainVector<Column<3, Scalar>, Domain, Scalar> {
    public:
     vector() {} // NOLINT(modernize-use-equals-default): a buffer of vectors isn't zeroed
@@ -48,13 +48,13 @@ struct TORVEL_API Coordinates {
   };
 };
 
-/// The space that scanners and platforms move in; metres, or what the target system of a projection says.
+/// The space of scanners and platforms, in metres or in the unit of the projected coordinate system.
 namespace PhysicalSpace {
 using point = Coordinates<Cartesian3D, double>::point;
 using vector = Coordinates<Cartesian3D, double>::vector;
 } // namespace PhysicalSpace
 
-/// A colour of four 8-bit channels.
+/// A colour of four 8-bit channels: red, green, blue, opacity.
 using ColourRGBA = DomainVector<Vector<unsigned char, 4>, RGBA, unsigned char>;
 
 static_assert(sizeof(PhysicalSpace::point) == 3 * sizeof(double));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Keeps the arrays of a field, fragment by fragment.
+// Stores the arrays of a field by fragment.
 #include "model/nimbra/field.h"
 
 #include <algorithm>

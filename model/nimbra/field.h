@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A field: one array per fragment, with attributes of its own.
+// A field: one array per fragment, and attributes.
 #pragma once
 
 #include "model/nimbra/fragment.h"
@@ -13,16 +13,16 @@
 
 namespace Nimbra {
 
-/// Attributes that are saved together with the object they hang on.
+/// Attributes that are saved together with their object.
 class TORVEL_API SaveableAttributes : public Torvel::Attributes {
  public:
   SaveableAttributes();
   ~SaveableAttributes() override;
 };
 
-/// A column of a grid: for each fragment identity of its collection at most one array, in order of creation.
+/// A column of a grid: at most one array per fragment identity of its collection, in order of creation.
 ///
-/// \threads none: one thread at a time
+/// \threads not safe: one thread at a time
 class TORVEL_API Field : public Ownable<CreativeArrayBase, CreativeArrayBaseContainerBase>::Container,
                          public Ownable<Field, ChildrenProperties>,
                          public Torvel::Intercube,
@@ -36,37 +36,42 @@ class TORVEL_API Field : public Ownable<CreativeArrayBase, CreativeArrayBaseCont
     Torvel::StrongPtr<FragmentID, FragmentID> identity;
     Torvel::StrongPtr<Torvel::Cacheable, Torvel::Cacheable> held;
 
-    /// The array of this piece.
+    /// \return the array of this piece
     MemBase::Pointer array() const { return held; }
   };
 
-  /// A new field over an existing collection, or over one of its own where that is null. Made with plain
-  /// `new`; its first strong pointer owns it.
+  /// Made with plain `new`; its first strong pointer owns it.
+  /// \param collection  shared with the field; null makes a new one
+  /// \errors  std::bad_alloc
   explicit Field(const Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection>& collection);
   ~Field() override;
 
-  /// The collection that the field lies over; never null.
+  /// \return the collection of the field's fragments; never null
   Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection> fragmentIDCollection() const override;
 
-  /// Makes or finds the fragment of that name in the field's collection. The reference lives as long as that.
+  /// Makes or finds the fragment of that name in the field's collection.
+  /// \return valid as long as the collection lives
+  /// \errors  std::bad_alloc
   const Torvel::StrongPtr<FragmentID, FragmentID>& makeFragmentID(const std::string& name);
 
-  /// Makes `array` the data of that fragment; the field holds it strongly from here on. A second array under
-  /// one fragment takes the place of the first.
+  /// Makes `array` the data of a fragment, in place of the array that the fragment had. The field holds a
+  /// strong reference to it.
   ///
-  /// \param cache   decides how the array is held; an empty one means that the field holds it itself
-  /// \param origin  where the data came from, for caches that can fetch it again; may be empty
+  /// \param cache   decides how the array is held; with an empty pointer the field holds it itself
+  /// \param origin  source of the data, for caches that can fetch it again; may be empty
+  /// \errors  std::bad_alloc
   void setPersistentData(const MemBase::Pointer& array,
                          const Torvel::StrongPtr<FragmentID, FragmentID>& fragment,
                          const Torvel::StrongPtr<Torvel::Cache, Torvel::CacheBase>& cache,
                          const std::string& origin);
 
-  /// The pieces that have data, in the order in which they got their first array.
+  /// \return the pieces that have data, in the order in which they received their first array; lives as long
+  /// as the field
   const std::deque<Fragment>& fragments() const { return pieces; }
-  /// The array of a fragment by name, null where there is none.
+  /// \return the array of a fragment by name, null where there is none
   MemBase::Pointer array(const std::string& fragmentName) const;
 
-  /// The field's own attributes; they live as long as it.
+  /// \return the field's attributes; they live as long as the field
   SaveableAttributes& attributes() { return saveable; }
   const SaveableAttributes& attributes() const { return saveable; }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Identities: of a fragment (one block of records) and of the fragments that a group of fields shares.
+// Identity of a fragment, and the collection of fragments that a group of fields shares.
 #pragma once
 
 #include "model/torvel/objects/interface.h"
@@ -9,7 +9,7 @@
 
 namespace Nimbra {
 
-/// Identity of a fragment: a piece of a field, the same piece in every field over the same collection.
+/// Identity of a fragment. A fragment is one block of records, the same in every field over one collection.
 class TORVEL_API FragmentID : public Torvel::ReferenceBase<FragmentID>, public Torvel::Intercube {
  public:
   explicit FragmentID(const std::string& name);
@@ -22,6 +22,8 @@ class TORVEL_API FragmentID : public Torvel::ReferenceBase<FragmentID>, public T
 };
 
 /// The fragment identities of a group of fields, in order of creation.
+///
+/// \threads not safe: one thread at a time
 class TORVEL_API FragmentIDCollection : public Torvel::ReferenceBase<FragmentIDCollection> {
  public:
   using Identities = std::deque<Torvel::StrongPtr<FragmentID, FragmentID>>;
@@ -29,20 +31,23 @@ class TORVEL_API FragmentIDCollection : public Torvel::ReferenceBase<FragmentIDC
   FragmentIDCollection();
   ~FragmentIDCollection() override;
 
-  /// Makes the fragment of that name, or hands back the one there is. The reference stays valid as long as
-  /// the collection lives.
+  /// Makes the fragment of that name, or returns the existing one.
+  /// \return valid as long as the collection lives
+  /// \errors  std::bad_alloc
   const Torvel::StrongPtr<FragmentID, FragmentID>& makeFragmentID(const std::string& name);
 
+  /// \return all fragments in order of creation
   const Identities& fragments() const { return identities; }
 
  private:
   Identities identities;
 };
 
-/// Something that can tell over which fragments it lies.
+/// An object over a collection of fragments.
 class TORVEL_API FragmentIDCollectionProvider {
  public:
   virtual ~FragmentIDCollectionProvider();
+  /// \return the collection
   virtual Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection> fragmentIDCollection() const = 0;
 
  protected:

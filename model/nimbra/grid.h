@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The grid: named representations, each with its fields, and attributes of its own.
+// The grid: named representations with their fields, and attributes.
 #pragma once
 
 #include "model/nimbra/field.h"
@@ -21,17 +21,17 @@ class TORVEL_API FieldID : public Torvel::ReferenceBase<FieldID> {
   const std::string fieldName;
 };
 
-/// Names a slot of a representation: reads as the field in it, and takes another one by assignment. It must
-/// not outlive the representation.
+/// Reference to a slot of a representation. It converts to the field in the slot, and an assignment replaces
+/// the field. It must not outlive the representation.
 class TORVEL_API FieldProxy {
  public:
   explicit FieldProxy(Field::Pointer& slot);
   FieldProxy(const FieldProxy&) = default;
   ~FieldProxy();
 
-  /// The field in the slot.
-  operator Field::Pointer&() const; // NOLINT(google-explicit-constructor): reads like the field
-  /// Puts a field in the slot.
+  /// \return the field in the slot, an empty pointer where there is none
+  operator Field::Pointer&() const; // NOLINT(google-explicit-constructor): an interface
+  /// Puts a field in the slot, in place of the one there.
   FieldProxy& operator=(const Field::Pointer& field);
   FieldProxy& operator=(const FieldProxy&) = delete;
 
@@ -39,7 +39,9 @@ class TORVEL_API FieldProxy {
   Field::Pointer* place;
 };
 
-/// A coordinate system of a grid with the fields that are given in it, in order of creation.
+/// A coordinate system of a grid with its fields, in order of creation.
+///
+/// \threads not safe: one thread at a time
 class TORVEL_API Representation : public Torvel::ReferenceBase<Representation> {
  public:
   /// A place for a field: empty until makeField or an assignment fills it.
@@ -51,23 +53,27 @@ class TORVEL_API Representation : public Torvel::ReferenceBase<Representation> {
   Representation(const std::string& name, int dimensions);
   ~Representation() override;
 
-  /// The identity of `name` here, made if new. It lives as long as the representation.
+  /// Makes or finds the identity of a field name.
+  /// \return lives as long as the representation
+  /// \errors  std::bad_alloc
   Torvel::WeakPtr<FieldID, FieldID> makeFieldID(const std::string& name);
 
-  /// The slot of a field. A slot that holds a field already is handed back as it is, whatever else is passed;
-  /// a new field lies over `collection`, or over a collection of its own where that is null. Where `array`
-  /// isn't null it becomes the data of the new field's fragment "".
+  /// Makes a field in its slot. A slot with a field is returned as it is, whatever else is passed.
   ///
-  /// \errors  std::invalid_argument where `identity` is no identity of this representation
+  /// \param identity  from `makeFieldID` of this representation
+  /// \param collection  of the new field; null makes a new one
+  /// \param array  data of the new field's fragment ""; null for none
+  /// \return the slot
+  /// \errors  std::invalid_argument where `identity` is not from this representation; std::bad_alloc
   FieldProxy makeField(const Torvel::WeakPtr<FieldID, FieldID>& identity,
                        const Torvel::StrongPtr<FragmentIDCollection, FragmentIDCollection>& collection,
                        const MemBase::Pointer& array);
 
   const std::string& name() const { return representationName; }
   int dimensions() const { return dimensionCount; }
-  /// The fields in order of creation; an identity without a field has an empty slot.
+  /// \return the slots in order of creation; the slot of an identity without a field is empty
   const std::deque<Slot>& fields() const { return slots; }
-  /// A field by name, null where there is none.
+  /// \return a field by name, null where there is none
   Field::Pointer field(const std::string& name) const;
 
  private:
@@ -78,7 +84,7 @@ class TORVEL_API Representation : public Torvel::ReferenceBase<Representation> {
 
 /// The data of a scene: representations in order of creation, and attributes. Owned by the host.
 ///
-/// \threads none: one thread at a time
+/// \threads not safe: one thread at a time
 class TORVEL_API Grid : public Ownable<BaseSpace, ChildrenProperties>::Container,
                         public Ownable<Grid, ChildrenProperties>,
                         public BaseSpace,
@@ -90,20 +96,25 @@ class TORVEL_API Grid : public Ownable<BaseSpace, ChildrenProperties>::Container
   Grid();
   ~Grid() override;
 
-  /// Makes the Cartesian representation of that name, or hands back the one there is.
+  /// Makes the Cartesian representation of that name, or returns the existing one.
+  ///
+  /// \param dimensions  of the space, 3 for points; not used where the representation exists
   /// \param chart  which chart of that name; there is only chart 0
+  /// \return owned by the grid, lives as long as it
+  /// \errors  std::bad_alloc
   Representation& makeCartesianRepresentation(int dimensions, const std::string& name, unsigned short chart);
-  /// A representation by name, null where there is none.
+  /// \return a representation by name, null where there is none
   RepresentationPointer getCartesianRepresentation(const std::string& name) const;
 
-  /// The slot of a field in the default place, the representation "StandardCartesianChart3D"; both are made
-  /// when first asked for.
+  /// \return the slot of a field in the representation "StandardCartesianChart3D"; both are made where they
+  /// are missing
+  /// \errors  std::bad_alloc
   FieldProxy operator[](const std::string& name);
 
-  /// All representations in order of creation.
+  /// \return all representations in order of creation
   const std::deque<RepresentationPointer>& representations() const { return charts; }
 
-  /// The grid's own attributes; they live as long as it.
+  /// \return the grid's attributes; they live as long as the grid
   SaveableAttributes& attributes() { return saveable; }
   const SaveableAttributes& attributes() const { return saveable; }
 

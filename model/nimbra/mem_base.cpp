@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The table of allocators, and the parts of an array that need no element type.
+// Keeps the table of allocators, and implements what arrays of all element types share.
 #include "model/nimbra/mem_base.h"
 
 #include <algorithm>
@@ -15,7 +15,7 @@ struct Table {
 };
 
 Table& creators() {
-  // Never destroyed: other modules may make arrays until the very end of the process.
+  // Never destroyed: other shared objects may make arrays until the process ends.
   static Table* table = new Table;
   return *table;
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The abstract memory array, and the table through which the framework makes arrays by element type.
+// The abstract memory array, and the table of allocators that makes arrays by element type.
 #pragma once
 
 #include "model/nimbra/dynamic_size.h"
@@ -16,9 +16,11 @@ namespace Nimbra {
 
 struct HyperslabParameters;
 
-/// An array of elements of one type, of rank 1 to 4, whose rank and type are only known at run time.
+/// An array of rank 1 to 4 whose rank and element type are known at run time only.
 ///
-/// Requests that can't be met give a null pointer and no report. An array is not synchronised.
+/// A request that can't be met returns a null pointer and reports nothing.
+///
+/// \threads the counts may be changed from several threads, the array is not protected
 class TORVEL_API MemBase : public Torvel::Cacheable, public Torvel::Intercube {
  public:
   using Pointer = Torvel::StrongPtr<MemBase, Torvel::Cacheable>;
@@ -28,14 +30,17 @@ class TORVEL_API MemBase : public Torvel::Cacheable, public Torvel::Intercube {
   class TORVEL_API Allocator : public Torvel::Interface<Allocator> {
    public:
     ~Allocator() override;
-    /// A new array of the given extents; null for a rank outside 1 to 4.
+    /// Makes a new array with a chunk of its own.
+    /// \param extents  rank and extents in elements
+    /// \return null for a rank outside 1 to 4
+    /// \errors  std::length_error, std::bad_alloc
     virtual Pointer create(const DynamicSize& extents) const = 0;
 
    protected:
     Allocator();
   };
 
-  /// One line of the table of allocators.
+  /// One entry of the table of allocators.
   struct RegisteredCreator {
     Torvel::StrongPtr<Allocator, Torvel::InterfaceBase> allocator;
     Torvel::StrongPtr<NimbraTypeBase, NimbraTypeBase> type;
@@ -45,62 +50,84 @@ class TORVEL_API MemBase : public Torvel::Cacheable, public Torvel::Intercube {
 
   // memorySize, saveInterfaces, DomainType and CreatorType come from Cacheable.
 
-  /// Number of extents, 1 to 4.
+  /// \return the number of extents, 1 to 4
   virtual int rank() const = 0;
-  /// The extents, the fastest running first.
+  /// \return the extents in elements, the fastest running first
   virtual DynamicSize dimensions() const = 0;
-  /// Product of the extents.
+  /// \return the product of the extents
   virtual std::uint64_t elementCount() const = 0;
-  /// Type of one element, such as double or point.
+  /// \return the type of one element, such as double or point
   virtual const std::type_info& elementType() const = 0;
-  /// The array as what it is iterated by: a `Nimbra::ElementIterator` of the element type.
+  /// \return the array's `Nimbra::ElementIterator` of the element type; owned by the array
   virtual HyperslabParameters* iterator() = 0;
-  /// Element `index` in storage order as text, the shortest that reads back; components with one blank
-  /// between them; empty where there is no such element.
+  /// \param index  in storage order
+  /// \return the element as text: the shortest form that reads back to the same value, components separated
+  /// by one blank; empty where there is no such element
   virtual std::string elementText(std::uint64_t index) const = 0;
-  /// First element in memory. Valid as long as the array lives and its chunk keeps its length.
+  /// \return the first element in memory; owned by the chunk, valid until the length of the chunk changes
   virtual void* rawData() const = 0;
-  /// The chunk that holds the elements, null where it is gone.
+  /// \return the chunk that holds the elements, null where there is none
   virtual Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase> chunkBase() const = 0;
   /// Reserved; 0.
   virtual int reservedA() const = 0;
   virtual int reservedB() const = 0;
-  /// A strong hold of this array.
+  /// \return a strong pointer to this array
   virtual Pointer self() = 0;
-  /// A view of the same chunk; null where `depth` is above 0.
+  /// Makes a view of the same chunk.
+  /// \return null where `depth` is above 0
+  /// \errors  std::bad_alloc
   virtual Pointer shallowView(int depth, const Creator& creator) = 0;
-  /// A fresh array with the elements of a part of this one; null where a rank doesn't fit. That the part lies
-  /// within the array is the caller's affair.
+  /// Makes a new array with a copy of a part of the elements.
+  /// \param start  index of the part's first element
+  /// \param count  extents of the part; the caller guarantees that it lies within the array
+  /// \return null where a rank differs from that of the array
+  /// \errors  std::length_error, std::bad_alloc
   virtual Pointer copyHyperslab(const DynamicSize& start, const DynamicSize& count,
                                 const Creator& creator) const = 0;
-  /// An array of the same extents over a foreign chunk; null where its element count or type differs.
+  /// Makes an array of the same extents over another chunk, which it shares.
+  /// \return null where the element count or the element type differs
+  /// \errors  std::bad_alloc
   virtual Pointer arrayOver(const Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>& foreign,
                             const Creator& creator) const = 0;
-  /// Takes over the elements of another chunk of the same type and count. \returns false with nothing changed
+  /// Copies the elements of another chunk of the same element type and count.
+  /// \return false, with nothing changed, where type or count differs
+  /// \errors  std::bad_alloc
   virtual bool replaceContents(const Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>& source) = 0;
-  /// An array over a copy of the elements; null where the chunk is gone.
+  /// Makes an array over a copy of the elements.
+  /// \return null where there is no chunk
+  /// \errors  std::bad_alloc
   virtual Pointer deepCopy() const = 0;
 
-  /// The record of the element type, as the array was made with.
+  /// \return the record of the element type
   const NimbraTypeIndex& typeIndex() const { return index; }
-  /// What created the array; null where nothing did.
+  /// \return the creator of the array, null where it has none
   const Creator& createdBy() const { return arrayCreator; }
 
-  /// Number of arrays made of registered types; diagnostic, increments may be lost.
+  /// Number of arrays made of registered types, for diagnostics; increments from several threads may be lost.
   static int RegisteredTypes;
 
-  /// Enters an allocator for an element type. The table holds the allocator for the rest of the process.
-  /// \returns true where the type was new; a type that is there keeps its allocator
+  /// Registers an allocator for an element type, for the rest of the process.
+  /// \param allocator,type  held strongly by the table
+  /// \return true where the type was new; a registered type keeps its allocator, and a null pointer is not
+  /// registered
+  /// \errors  std::bad_alloc
   /// \threads safe
   static bool registerCreator(const Torvel::StrongPtr<Allocator, Torvel::InterfaceBase>& allocator,
                               const Torvel::StrongPtr<NimbraTypeBase, NimbraTypeBase>& type);
 
-  /// The table in order of registration. \threads safe
+  /// \return a copy of the table, in order of registration
+  /// \errors  std::bad_alloc
+  /// \threads safe
   static std::vector<RegisteredCreator> registeredCreators();
-  /// A new array by element type; null where the type isn't registered or the rank isn't served. \threads safe
+  /// Makes a new array by element type.
+  /// \return null where the type isn't registered or the rank is outside 1 to 4
+  /// \errors  std::length_error, std::bad_alloc
+  /// \threads safe
   static Pointer createArray(const std::type_info& elementType, const DynamicSize& extents);
 
  protected:
+  /// \param index  record of the element type, copied
+  /// \param creator  what made the array; null for none
   MemBase(const NimbraTypeIndex& index, const Creator& creator);
 
  private:

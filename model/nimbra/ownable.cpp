@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Home of the virtual tables of spaces and of what creates arrays.
+// Defines the virtual tables of spaces and of creators of arrays.
 #include "model/nimbra/ownable.h"
 
 namespace Nimbra {

@@ -1,29 +1,29 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Objects that others own: the counted containers that grids and fields are held through.
+// The counted classes through which grids and fields are held.
 #pragma once
 
 #include "model/torvel/objects/cacheable.h"
 
 namespace Nimbra {
 
-/// What the children of a space have in common.
+/// Tag of the children of a space.
 class ChildrenProperties {};
-/// What the holders of created arrays have in common.
+/// Tag of the holders of created arrays.
 class CreativeArrayBaseContainerBase {};
 
-/// Base of everything that spans a space: grids.
+/// Base of grids.
 class TORVEL_API BaseSpace {
  public:
   virtual ~BaseSpace();
 };
 
-/// Something that can create arrays on demand.
+/// Creates arrays on demand.
 class TORVEL_API CreativeArrayBase : public Torvel::Creature {
  public:
   ~CreativeArrayBase() override;
 };
 
-/// An object that others own and that knows when it last changed.
+/// An object that others own, with the time of its last change.
 template <class Owned, class Properties>
 class TORVEL_API Ownable : public Torvel::Ageable {
  public:

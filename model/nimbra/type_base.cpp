@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The table of published type objects.
+// Keeps the table of published type objects.
 #include "model/nimbra/type_base.h"
 
 #include <mutex>
@@ -12,7 +12,7 @@ using WeakType = Torvel::WeakPtr<NimbraTypeBase, NimbraTypeBase>;
 
 struct Table {
   std::mutex mutex;
-  // Weak: a type object belongs to the module that made it and ends with it.
+  // Weak: a type object belongs to the shared object that made it and ends with it.
   std::vector<WeakType> types;
 };
 

@@ -6,11 +6,14 @@
 
 namespace Ondrel {
 
-/// The day of the week in the Gregorian calendar, counted on without a break into the years before its
-/// introduction; year 0 is the year before year 1.
+/// Day of the week of a date in the Gregorian calendar, which is extended to the years before its
+/// introduction.
 ///
-/// \return 0 for Sunday to 6 for Saturday; a date that does not exist gives 0
-/// \errors none, for any numbers \threads safe
+/// \param year  astronomical: year 0 is the year before year 1, any number is valid
+/// \param month,day  from 1
+/// \return 0 for Sunday to 6 for Saturday; 0 for a date that does not exist
+/// \errors  none
+/// \threads safe
 TORVEL_API int getWeekDay(int year, int month, int day);
 
 } // namespace Ondrel

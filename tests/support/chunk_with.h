@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A chunk by the values that it holds.
+// Makes a chunk from its values.
 #pragma once
 
 #include "model/torvel/references/chunk.h"

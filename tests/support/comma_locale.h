@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A locale with the comma as decimal mark, made by the test: no machine has to have one.
+// A locale with the comma as decimal mark, made by the test, because a machine may have none.
 #pragma once
 
 #include "tests/support/temp_dir.h"
@@ -12,7 +12,7 @@
 
 namespace support {
 
-/// While it lives, the numbers of the process have a comma.
+/// Sets a C locale whose decimal mark is the comma, while it lives.
 class CommaLocale {
  public:
   CommaLocale() {
@@ -26,11 +26,11 @@ class CommaLocale {
   CommaLocale& operator=(const CommaLocale&) = delete;
   ~CommaLocale() { std::setlocale(LC_NUMERIC, "C"); }
 
-  /// False where the C library doesn't take the locale, because its own files are of another form.
+  /// False where the C library refuses the locale, because its files have another format.
   bool isSet() const { return made; }
 
  private:
-  /// What localedef of the GNU C library makes: a number of the form, six places, and what stands there.
+  /// A file as localedef of the GNU C library writes it: magic number, count, six offsets, values.
   static std::string numbers() {
     return std::string("\x14\x11\x03\x20\6\0\0\0"
                        "\x20\0\0\0\x22\0\0\0\x23\0\0\0\x24\0\0\0\x28\0\0\0\x2c\0\0\0"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Catches what the process writes to its console while a test runs.
+// Collects the console lines of the process during a test.
 #pragma once
 
 #include "model/torvel/core/speak_ptr.h"
@@ -10,7 +10,7 @@
 
 namespace support {
 
-/// While it lives, console lines and reports go here instead of standard error.
+/// Collects console lines and reports, instead of standard error, while it lives.
 class ConsoleLines {
  public:
   ConsoleLines() : before(Torvel::setLineSink([this](const std::string& line) { caught.push_back(line); })) {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Databases for tests: columns given by a rule, written with the container.
+// Databases for tests: columns whose values follow a rule, written with the writer of the container.
 #pragma once
 
 #include "container/write/writer.h"

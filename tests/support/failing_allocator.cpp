@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The process's allocation operators, with a failure at a chosen place.
+// Global allocation operators, one call of which fails where a test requests it.
 #include "tests/support/failing_allocator.h"
 
 #include <cstdlib>

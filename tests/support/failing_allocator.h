@@ -1,20 +1,20 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// An allocator that counts, and fails once when a test says so. The operators: failing_allocator.cpp
+// Counts the allocations of a thread and lets one of them fail, with tests/support/failing_allocator.cpp
 #pragma once
 
 namespace support {
 
-/// Counts this thread's allocations from here on; the one behind the first `successes` fails, none where that
-/// is below 0.
+/// Starts to count this thread's allocations. The one after the first `successes` fails; a negative number
+/// lets none fail.
 void beginAllocations(long successes);
 
-/// From here on nothing fails anymore, and nothing is counted.
+/// Stops to count allocations and to let them fail.
 void endAllocations();
 
-/// How many allocations this thread made between the two.
+/// Number of allocations of this thread between the two calls.
 long allocationsMade();
 
-/// Allocations of this thread that are not given back yet.
+/// Number of this thread's allocations that are not released yet.
 long allocationsAlive();
 
 } // namespace support

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The bytes of a file, as a test compares them.
+// Reads a whole file.
 #pragma once
 
 #include <fstream>
@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// All bytes of a file; empty where there is none.
+/// All bytes of a file; empty where the file doesn't exist.
 inline std::string contentOf(const std::string& path) {
   std::ifstream file(path, std::ios::binary);
   return {std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};

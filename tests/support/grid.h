@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What stands on a grid, in the words of a test.
+// Reads fields, fragments and attributes of a grid for a test.
 #pragma once
 
 #include "arrays/nimbra/mem_array.h"
@@ -49,7 +49,7 @@ inline std::vector<std::string> fragmentNames(const Nimbra::Field::Pointer& fiel
   return names;
 }
 
-/// The chunk of a fragment; null where the fragment or the element type isn't the one.
+/// The chunk of a fragment; null where the fragment is missing or has another element type.
 template <class T>
 Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunkOf(const Nimbra::Field::Pointer& field,
                                                                const std::string& fragment) {
@@ -57,7 +57,7 @@ Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunkOf(const Nimbra::Fie
   return array ? array->chunkBase() : Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>();
 }
 
-/// The values of a fragment; empty where the fragment or the element type isn't the one.
+/// The values of a fragment; empty where the fragment is missing or has another element type.
 template <class T>
 std::vector<T> values(const Nimbra::Field::Pointer& field, const std::string& fragment) {
   const auto chunk = chunkOf<T>(field, fragment);
@@ -73,7 +73,7 @@ inline std::vector<std::string> attributeNames(const Torvel::Attributes& attribu
   return names;
 }
 
-/// The values of an attribute; empty where it is missing or of another type.
+/// The values of an attribute; empty where it is missing or has another type.
 template <class T>
 std::vector<T> attributeValues(const Torvel::Attributes& attributes, const std::string& name) {
   const Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunk(attributes.getAttribute(name));

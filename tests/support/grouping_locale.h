@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A locale as a host may choose it: digits in groups of three.
+// A C++ locale that groups digits, as a host may set it.
 #pragma once
 
 #include <locale>
@@ -7,7 +7,7 @@
 
 namespace support {
 
-/// While it lives, the process's C++ locale parts digits by dots.
+/// Sets a C++ locale that separates groups of three digits by dots, while it lives.
 class GroupingLocale {
  public:
   GroupingLocale() : before(std::locale::global(std::locale(std::locale::classic(), new Groups))) {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What code under test says: std::cerr and the console in one list, in the order in which it was said.
+// Records std::cerr and the console in one list, in the order of the output.
 #pragma once
 
 #include "model/torvel/core/speak_ptr.h"
@@ -12,8 +12,8 @@
 
 namespace support {
 
-/// Listens while it lives. An entry is "console|" and a console line without its end, or "cerr|" and the
-/// bytes up to a flush of std::cerr, line end included; what is written there without a flush makes no entry.
+/// Records output while it lives. An entry is "console|" and a console line without its end, or "cerr|" and
+/// the bytes up to a flush of std::cerr, line end included; output without a flush makes no entry.
 class OutputLog {
  public:
   OutputLog()

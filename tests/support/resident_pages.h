@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How much of a piece of memory is really there.
+// Counts the bytes of a block that are resident in memory.
 #pragma once
 
 #include <algorithm>
@@ -11,10 +11,10 @@
 
 namespace support {
 
-/// Bytes of the pages that lie whole in the piece and are in memory.
-inline std::size_t residentBytes(const void* piece, std::size_t bytes) {
+/// Bytes of the resident pages that lie whole in the block.
+inline std::size_t residentBytes(const void* block, std::size_t bytes) {
   const auto pageBytes = static_cast<std::uintptr_t>(sysconf(_SC_PAGESIZE));
-  const auto address = reinterpret_cast<std::uintptr_t>(piece);
+  const auto address = reinterpret_cast<std::uintptr_t>(block);
   const std::uintptr_t begin = (address + pageBytes - 1) / pageBytes * pageBytes;
   const std::uintptr_t pages = ((address + bytes) / pageBytes) - begin / pageBytes;
   std::vector<unsigned char> flags(pages);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A limit of the system on this process, for a test that has to run out of something.
+// A resource limit on this process, for a test of exhaustion.
 #pragma once
 
 #include <algorithm>
@@ -9,7 +9,7 @@ namespace support {
 
 using Resource = decltype(RLIMIT_AS);
 
-/// While it lives, the process may have at most `most` of a resource, such as RLIMIT_AS.
+/// Limits a resource of the process, such as RLIMIT_AS, to `most` while it lives.
 class ResourceLimit {
  public:
   ResourceLimit(Resource resource, rlim_t most) : which(resource) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A directory of a test's own, removed with everything in it when the test ends.
+// A temporary directory, removed with its content when the test ends.
 #pragma once
 
 #include <cstdlib>
@@ -10,7 +10,7 @@
 
 namespace support {
 
-/// Makes a fresh directory under the system's temporary directory and owns it.
+/// Owns a new directory inside the system's temporary directory.
 class TempDir {
  public:
   TempDir() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The place of a virtual operation in its class's table, as the Itanium C++ ABI writes it into a pointer to member.
+// The slot of a virtual function in the table of its class, by the Itanium C++ ABI.
 #pragma once
 
 #include <cstddef>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Visibility of what crosses the border of the shared data-model library.
+// Export macro of the data-model library.
 #pragma once
 
-/// Marks classes and data that several shared objects of a process have in common: they share one set of
-/// type records, tables and counters only if the dynamic linker can see them.
+/// Exports a class, function or variable. Every type that several shared objects use needs it: the dynamic
+/// linker merges their type information, tables and counters only where it can see the symbols.
 #define TORVEL_API __attribute__((visibility("default")))

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Storage of the process-wide counters.
+// Defines the process-wide counters.
 #include "model/torvel/core/counters.h"
 
 namespace Torvel {

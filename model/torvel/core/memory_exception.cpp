@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Home of the exception's virtual table, so that every module catches the same type.
+// Defines the exception's virtual table once, so that every shared object catches the same type.
 #include "model/torvel/core/memory_exception.h"
 
 namespace Torvel {

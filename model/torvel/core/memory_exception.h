@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the reference scheme raises for an object that isn't there.
+// The exception of a counted object that is constructed on a null pointer.
 #pragma once
 
 #include "model/torvel/core/api.h"
@@ -8,7 +8,7 @@
 
 namespace Torvel {
 
-/// Raised when a counted object is constructed on a null pointer. It carries nothing but its type.
+/// Raised by the constructor of `ReferenceBase` for a null object. It carries nothing but its type.
 class TORVEL_API MemoryException : public std::exception {
  public:
   ~MemoryException() override;

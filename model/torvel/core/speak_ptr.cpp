@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Texts of the five reports, and the one sink that every line of the process goes to.
+// Writes the texts of the five reports, and every line of the process to its sink.
 #include "model/torvel/core/speak_ptr.h"
 
 #include "model/torvel/core/typename.h"
@@ -14,13 +14,13 @@ namespace Torvel {
 namespace {
 
 struct Sink {
-  // Recursive: a sink may itself release objects whose counts have something to report.
+  // Recursive: a sink may itself release objects whose counts are reported.
   std::recursive_mutex mutex;
   LineSink write;
 };
 
 Sink& theSink() {
-  // Never destroyed: objects that end with the process still have something to say.
+  // Never destroyed: static objects may report while the process ends.
   static Sink* sink = new Sink;
   return *sink;
 }
@@ -29,15 +29,15 @@ std::string counts(int strong, int weak) {
   return "strong " + std::to_string(strong) + ", weak " + std::to_string(weak);
 }
 
-/// A stream whose numbers look the same whatever locale the host has chosen.
+/// A stream whose numbers do not depend on the locale of the host.
 std::ostringstream plainStream() {
   std::ostringstream stream;
   stream.imbue(std::locale::classic());
   return stream;
 }
 
-/// Writes the line that `compose` gives. Reports are made in destructors and end no work: a line that can't be
-/// written is lost.
+/// Writes the line that `compose` returns. Reports are made in destructors, so nothing may be raised: a line
+/// that can't be written is lost.
 template <class Compose>
 void report(Compose compose) noexcept {
   try {
@@ -58,7 +58,7 @@ LineSink setLineSink(LineSink sink) {
 void writeLine(const std::string& line) {
   Sink& target = theSink();
   const std::lock_guard lock(target.mutex);
-  // A copy: a sink may put another one in its place while it runs.
+  // A copy: a sink may replace itself while it runs.
   if (const LineSink write = target.write; write) {
     write(line);
     return;

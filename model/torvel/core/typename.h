@@ -9,7 +9,11 @@
 
 namespace Torvel {
 
-/// The name of `type` as it is written in the source language, or its mangled name where it has none.
+/// Readable name of a type.
+///
+/// \return the demangled name, such as "unsigned char", or the mangled one where demangling fails
+/// \errors std::bad_alloc
+/// \threads safe
 TORVEL_API std::string Typename(const std::type_info& type);
 
 } // namespace Torvel

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Named chunks in order of creation; an object has a handful, so a plain search is enough.
+// Stores named chunks in order of creation. An object has a few of them, so a linear search is enough.
 #include "model/torvel/objects/attributes.h"
 
 #include <algorithm>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Named chunks that hang on an object.
+// Named chunks that are attached to an object.
 #pragma once
 
 #include "model/torvel/references/chunk_base.h"
@@ -10,12 +10,12 @@
 
 namespace Torvel {
 
-/// The attributes of an object, in order of creation: a name, and a chunk that the attribute holds strongly.
+/// The attributes of an object, in order of creation. Each holds a strong reference to its chunk.
 ///
-/// \threads none: whoever owns the object sees to it that one thread at a time is here
+/// \threads not safe: one thread at a time
 class TORVEL_API Attributes {
  public:
-  /// A name and the chunk that hangs there.
+  /// One attribute.
   struct Attribute {
     std::string name;
     StrongPtr<ChunkBase, ChunkBase> chunk;
@@ -26,10 +26,12 @@ class TORVEL_API Attributes {
   Attributes(const Attributes&) = delete;
   Attributes& operator=(const Attributes&) = delete;
 
-  /// Hangs `chunk` on the object under `name`. A chunk of that name is replaced, its place in the order kept.
+  /// Attaches `chunk` under `name`. An attribute of that name gets the new chunk and keeps its place in the
+  /// order.
+  /// \errors  std::bad_alloc
   void setAttribute(const std::string& name, const StrongPtr<ChunkBase, ChunkBase>& chunk);
 
-  /// The chunk under `name`, an empty pointer where there is none.
+  /// \return the chunk under `name`, an empty pointer where there is none
   StrongPtr<ChunkBase, ChunkBase> getAttribute(const std::string& name) const;
 
   /// Number of attributes, and iteration over them in order of creation.

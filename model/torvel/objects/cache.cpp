@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The in-memory cache of the process.
+// Implements the in-memory cache of the process.
 #include "model/torvel/objects/cache.h"
 
 namespace Torvel {
 
 namespace {
 
-/// Hands the strong hold on and keeps nothing, so that memory goes with the field that asked for it.
+/// Returns the object and keeps no reference, so that its memory is released with the field.
 class MemoryCache final : public Cache {
  public:
   StrongPtr<Cacheable, Cacheable> keep(const StrongPtr<Cacheable, Cacheable>& object) override {

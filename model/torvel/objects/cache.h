@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Through what a field holds its arrays.
+// Caches, which decide how a field holds its arrays.
 #pragma once
 
 #include "model/torvel/objects/cacheable.h"
@@ -17,15 +17,17 @@ class TORVEL_API CacheBase : public ReferenceBase<CacheBase> {
   CacheBase();
 };
 
-/// A cache decides how an object is held for those who asked to keep it.
+/// Decides how an object is held on behalf of a field.
 class TORVEL_API Cache : public CacheBase {
  public:
   ~Cache() override;
 
-  /// What a field keeps for `object`: a strong hold for as long as the field wants the object.
+  /// \param object  what the field wants to keep
+  /// \return what the field stores for it: a strong reference, which need not be to `object` itself
   virtual StrongPtr<Cacheable, Cacheable> keep(const StrongPtr<Cacheable, Cacheable>& object) = 0;
 
-  /// The process-wide in-memory cache. It holds nothing itself: an object lives as long as its holders.
+  /// \return the in-memory cache of the process, which keeps no reference of its own
+  /// \threads safe
   static StrongPtr<Cache, CacheBase>& MemCache();
 
  protected:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The deferred construction of cacheable objects.
+// Implements the deferred construction of cacheable objects.
 #include "model/torvel/objects/cacheable.h"
 
 namespace Torvel {

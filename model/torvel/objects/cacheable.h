@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Objects that a cache may hold, and objects that create others.
+// Counted objects that a cache may hold, and counted objects that create others.
 #pragma once
 
 #include "model/torvel/core/counters.h"
@@ -10,27 +10,30 @@
 
 namespace Torvel {
 
-/// An object that a cache may hold. Its construction is finished by its first strong hold and not by its
-/// constructor, so that virtual operations are available to that step.
+/// An object that a cache may hold. Its first strong hold finishes its construction, because virtual
+/// operations are not available in its constructor.
+///
+/// \threads the counts may be changed from several threads, the object is not protected
 class TORVEL_API Cacheable : public ReferenceBase<Cacheable> {
  public:
   ~Cacheable() override;
 
-  /// Bytes of memory that the object stands for.
+  /// \return the bytes of memory that the object keeps in use
   virtual std::uint64_t memorySize() const = 0;
-  /// Lets every known creator of save interfaces see the object.
+  /// Passes the object to every registered creator of save interfaces of its kind.
   virtual void saveInterfaces() = 0;
-  /// Type of the domain that the object belongs to; void here.
+  /// \return the type of the domain that the object belongs to; void here
   virtual const std::type_info& DomainType() const;
-  /// Type of what created the object; void here.
+  /// \return the type of the object's creator; void here
   virtual const std::type_info& CreatorType() const;
 
-  /// Called by the strong hold that finds the count at 0: the object gets its save interfaces.
+  /// Calls `saveInterfaces`. Called by the strong hold that finds the strong count at 0.
+  /// \errors  those of `saveInterfaces`; the hold is then released
   void CacheableDeferredConstructor();
-  /// Called between the last strong hold and the destructor.
+  /// Called after the release of the last strong hold, before the destructor.
   void PreDestructor();
 
-  /// True between the deferred construction and the pre-destruction.
+  /// True from `CacheableDeferredConstructor` until `PreDestructor`.
   bool isComplete() const { return complete; }
 
  protected:
@@ -40,7 +43,7 @@ class TORVEL_API Cacheable : public ReferenceBase<Cacheable> {
   bool complete = false;
 };
 
-/// An object that can create others and knows when it last changed.
+/// An object that can create others, with the time of its last change.
 class TORVEL_API Creature : public ReferenceBase<Creature>, public Intercube, public Ageable {
  public:
   ~Creature() override;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Writes the collected line at the end of a statement.
+// Writes the collected line when the statement ends.
 #include "model/torvel/objects/console.h"
 
 namespace Torvel {
@@ -7,7 +7,7 @@ namespace Torvel {
 Console::~Console() {
   try {
     writeLine(line);
-  } catch (...) { // NOLINT(bugprone-empty-catch): a line that can't be written must not end the work
+  } catch (...) { // NOLINT(bugprone-empty-catch): a destructor must not raise
   }
 }
 

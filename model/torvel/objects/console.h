@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// One line of text for whoever watches the process.
+// One line of text on the console of the process.
 #pragma once
 
 #include "model/torvel/core/speak_ptr.h"
@@ -8,11 +8,12 @@
 
 namespace Torvel {
 
-/// A temporary that collects text and writes it as one line when it dies at the end of the statement. The
-/// line goes to standard error, or to the sink that the host has set with `setLineSink`. Text with line
-/// breaks of its own is still one entry.
+/// A temporary that collects text and writes it as one line when it is destroyed at the end of the statement.
+/// The line goes to standard error, or to the sink that the host has set with `setLineSink`. Text that
+/// contains line breaks is written in one call.
 ///
-/// \threads lines of several threads do not mix
+/// \errors  the destructor raises nothing: a line that can't be written is lost
+/// \threads safe on distinct objects; lines of several threads do not mix
 class TORVEL_API Console {
  public:
   Console() = default;
@@ -20,6 +21,8 @@ class TORVEL_API Console {
   Console& operator=(const Console&) = delete;
   ~Console();
 
+  /// Appends `text`.
+  /// \errors  std::bad_alloc
   Console& operator<<(const char* text);
 
  private:

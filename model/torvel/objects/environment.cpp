@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Environment variables behind a lock, and the directory of the running program.
+// Guards environment variables with a lock, and finds the directory of the running program.
 #include "model/torvel/objects/environment.h"
 
 #include <cstdlib>
@@ -11,7 +11,7 @@ namespace Torvel {
 
 namespace {
 
-// Two loads in two threads both write PROJ_LIB; the system's own functions don't lock.
+// Two loads in two threads both write PROJ_LIB; setenv and getenv are not thread-safe.
 std::mutex& environmentMutex() {
   static std::mutex* mutex = new std::mutex;
   return *mutex;

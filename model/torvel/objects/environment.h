@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The process's surroundings: environment variables and the place of the running program.
+// Environment variables, and the directory of the running program.
 #pragma once
 
 #include "model/torvel/core/api.h"
@@ -8,15 +8,22 @@
 
 namespace Torvel {
 
-/// Sets an environment variable of the process. With `overwrite` false an existing value stays. A name that
-/// the system refuses is ignored. \threads concerns all threads: nobody may read the environment meanwhile
-/// except through this library
+/// Sets an environment variable of the process. A name that the system refuses is ignored.
+///
+/// \param overwrite  false keeps an existing value
+/// \errors  std::bad_alloc
+/// \threads safe with getEnv and setEnv; no other code may read the environment meanwhile
 TORVEL_API void setEnv(const char* name, const std::string& value, bool overwrite);
 
-/// The value of an environment variable, empty where it isn't set. Calls of setEnv and getEnv exclude each other.
+/// \return the value of an environment variable, empty where it isn't set
+/// \errors  std::bad_alloc
+/// \threads safe with getEnv and setEnv
 TORVEL_API std::string getEnv(const char* name);
 
-/// The directory of the running program, without a separator at its end; empty where the system can't tell.
+/// \return the directory of the running program, without a separator at its end; empty where it can't be
+/// found out
+/// \errors  std::bad_alloc
+/// \threads safe
 TORVEL_API std::string getExecutableDir();
 
 } // namespace Torvel

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Home of the interfaces' virtual tables.
+// Defines the virtual tables of interfaces.
 #include "model/torvel/objects/interface.h"
 
 namespace Torvel {

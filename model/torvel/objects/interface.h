@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Interfaces that hang on objects: their counted base and the objects that carry them.
+// Interfaces that are attached to objects, and the objects that carry them.
 #pragma once
 
 #include "model/torvel/references/pointer.h"
@@ -10,21 +10,22 @@ namespace Torvel {
 
 class Intercube;
 
-/// What an iteration over the interfaces of an object is given.
+/// Parameter of an iteration over the interfaces of an object.
 class TORVEL_API InterfaceIterationParameter : public ReferenceBase<InterfaceIterationParameter> {
  public:
   InterfaceIterationParameter();
   ~InterfaceIterationParameter() override;
 };
 
-/// Counted base of everything that can be attached to an object as an interface.
+/// Counted base of all interfaces.
 class TORVEL_API InterfaceBase : public ReferenceBase<InterfaceBase> {
  public:
   ~InterfaceBase() override;
 
-  /// The interface that this object is an implementation of.
+  /// \return the type of the interface that this object implements
   virtual const std::type_info& interfaceType() const = 0;
-  /// Applies the interface to an object it hangs on. Does nothing here. \returns whether anything was done
+  /// Applies the interface to the object that it is attached to. Does nothing here.
+  /// \return whether anything was done
   virtual bool
   apply_const(const Intercube& object,
               const StrongPtr<InterfaceIterationParameter, InterfaceIterationParameter>& parameter);
@@ -51,7 +52,7 @@ class TORVEL_API Intercube {
   Intercube();
 };
 
-/// The caller's sink for the progress of a load.
+/// Receives the progress of a load from the caller's side; the library calls no operation of it.
 class TORVEL_API LoaderProgress : public Interface<LoaderProgress> {
  public:
   LoaderProgress();

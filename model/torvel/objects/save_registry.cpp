@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The table of creators of save interfaces.
+// Keeps the table of creators of save interfaces.
 #include "model/torvel/objects/save_registry.h"
 
 #include <atomic>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The memory block itself: a vector of elements with the virtual faces of model/torvel/references/typed_chunk.h
+// The memory block: a vector of elements with the virtual interfaces of model/torvel/references/typed_chunk.h
 #pragma once
 
 #include "model/torvel/references/fresh_elements.h"
@@ -13,13 +13,16 @@
 
 namespace Torvel {
 
-/// A typed memory block: owns its elements in the vector that it is.
+/// A typed memory block. It is the vector that owns the elements.
 ///
-/// A new chunk of `count` elements holds zeros for the scalar types and empty texts for std::string; what
-/// points, vectors and colours hold is unspecified.
+/// The elements of a new chunk are zero for the scalar types and empty for std::string; the values of new
+/// points, vectors and colours are unspecified.
+///
+/// \threads the elements are not protected
 template <class T>
 class TORVEL_API Chunk final : public TypedChunk<T>, public std::vector<T> {
  public:
+  /// \param count  number of elements
   /// \errors  std::length_error "cannot create std::vector larger than max_size()", std::bad_alloc
   explicit Chunk(std::size_t count) {
     makeFreshElements<T>(*this, count);
@@ -57,7 +60,7 @@ class TORVEL_API Chunk final : public TypedChunk<T>, public std::vector<T> {
   std::vector<T>& values() override { return *this; }
   const std::vector<T>& values() const override { return *this; }
 
-  /// \errors  as the constructor; std::length_error "vector::reserve" where only room is asked for
+  /// \errors  as the constructor; std::length_error "vector::reserve" with `reserveOnly`
   StrongPtr<TypedChunk<T>, ChunkBase> createTyped(std::size_t count, bool reserveOnly) const override {
     if (!reserveOnly) {
       return StrongPtr<TypedChunk<T>, ChunkBase>(new Chunk(count));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Home of the chunks' common table and of the byte count of the process.
+// Defines the virtual table of chunks and the byte count of the process.
 #include "model/torvel/references/chunk_base.h"
 
 namespace Torvel {

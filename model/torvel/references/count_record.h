@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The two counts of a counted object, in one atomic word so that a hold costs one atomic step.
+// The two counts of a counted object, in one atomic word.
 #pragma once
 
 #include <atomic>
@@ -8,31 +8,31 @@
 
 namespace Torvel {
 
-/// Strong count of an object that has been or is being destroyed through the count.
+/// Strong count of an object that is being destroyed or is gone.
 inline constexpr std::int32_t strongDestroyed = -111;
-/// Strong count of an object that was destroyed while the count still stood; at once followed by
-/// `strongDestroyed`.
+/// Strong count of an object whose destructor runs while the count isn't negative; replaced by
+/// `strongDestroyed` at once.
 inline constexpr std::int32_t strongDestroyedWhileHeld = -333;
 
-/// A count that has reached this value stays there: neither a new hold nor the end of one changes it. The object of
-/// such a strong count and the record of such a weak count live until the process ends, which is safe, whereas a count
-/// that starts again from the other end would free them under their holders. None of the reports covers it.
+/// A count that has reached this value stays there: neither a new hold nor the end of one changes it. The
+/// object of such a strong count and the record of such a weak count stay allocated until the process ends. A
+/// count that wraps around would free them while they are held. There is no report for it.
 inline constexpr std::int32_t countMaximum = std::numeric_limits<std::int32_t>::max();
 
-/// Counts of one object, on the heap, outliving the object: it is freed by whoever brings `weak` to 0.
+/// Counts of one object, on the heap. The record outlives the object; the holder that lowers `weak` to 0 frees
+/// it.
 ///
 /// `strong` is the low half of the word and `weak` the high half, both signed 32-bit.
 ///
-/// - Every change is one atomic read-modify-write of the whole word, a compare-and-exchange that computes each half by
-///   itself, so the halves never carry into each other, whatever they hold. Both stop at the ends of their range; see
-///   `countMaximum`.
-/// - Memory order: a step that raises only `weak` is relaxed, because the caller holds the record already. Every other
-///   change is acquire and release: what a thread did to the object under its hold happens before the end of the
-///   object, on whichever thread that comes. Reading a count acquires.
-/// - `strong` is never raised once it is negative by a step that takes a hold: the test and the increase are one step,
-///   so the end mark stays what it is however many threads try to take the object up.
-/// - The end of an object is one step too: it is marked only where `strong` isn't positive. A thread that raised
-///   `strong` first keeps the object; one that comes later finds the mark and takes a weak hold.
+/// - Every change is one atomic read-modify-write of the whole word, a compare-and-exchange. The halves never
+///   carry into each other, whatever they hold: both stop at the ends of their range, see `countMaximum`.
+/// - Memory order: a step that raises only `weak` is relaxed, because the caller holds the record already.
+///   Every other change is acquire and release: what a thread did to the object under its hold happens before
+///   the end of the object, on whichever thread that comes. Reading a count acquires.
+/// - `strong` is never raised once it is negative by a step that takes a hold: the test and the increase are
+///   one step, so the end mark stays what it is however many threads try to hold the object.
+/// - The end of an object is one step too: it is marked only where `strong` isn't positive. A thread that
+///   raised `strong` first keeps the object; one that comes later finds the mark and takes a weak hold.
 ///
 /// \threads all operations are safe on one record while the caller holds it
 template <class B>
@@ -48,7 +48,8 @@ class CountRecord {
   std::int32_t weak() const { return highHalf(word.load(std::memory_order_acquire)); }
   B* object() const { return live.load(std::memory_order_acquire); }
 
-  /// True where a dereference may return the object: there is one, and strong isn't negative. Acquire; changes nothing.
+  /// True where a dereference may return the object: there is one, and strong isn't negative. Acquire;
+  /// changes nothing.
   bool alive() const { return object() != nullptr && strong() >= 0; }
 
   /// weak + 1, strong unchanged. Relaxed.
@@ -72,7 +73,8 @@ class CountRecord {
     change([](std::int32_t strong, std::int32_t weak) { return both(raised(strong), weak); });
   }
 
-  /// strong - 1 and weak - 1 in one step where both are above 1, else nothing. Acquire and release where it changes.
+  /// strong - 1 and weak - 1 in one step where both are above 1, else nothing. Acquire and release where it
+  /// changes.
   /// \return false, with nothing changed, when this is the last strong hold or none
   bool lowerBothUnlessLast() {
     std::uint64_t seen = word.load(std::memory_order_relaxed);
@@ -97,21 +99,23 @@ class CountRecord {
         highHalf(change([](std::int32_t strong, std::int32_t weak) { return both(strong, lowered(weak)); })));
   }
 
-  /// strong = `value`, whatever it was, weak unchanged. Acquire and release. \return the strong count that was found
+  /// strong = `value`, whatever it was, weak unchanged. Acquire and release. \return the strong count that
+  /// was found
   std::int32_t exchangeStrong(std::int32_t value) {
     return lowHalf(change([value](std::int32_t, std::int32_t weak) { return both(value, weak); }));
   }
 
   /// strong = -111 where no strong hold stands, else unchanged; weak unchanged. Acquire and release.
-  /// \return the strong count that was found: above 0, another pointer has taken the object up and it must live on
+  /// \return the strong count that was found: above 0, another pointer has taken the object up and it must
+  /// live on
   std::int32_t markDestroyedUnlessHeld() {
     return lowHalf(change([](std::int32_t strong, std::int32_t weak) {
       return both(strong > 0 ? strong : strongDestroyed, weak);
     }));
   }
 
-  /// Separates the record from its object; both counts unchanged. Acquire and release, so that one caller gets the
-  /// object. \return the object, null where it was taken already
+  /// Separates the record from its object; both counts unchanged. Acquire and release, so that one caller
+  /// gets the object. \return the object, null where it was taken already
   B* takeObject() { return live.exchange(nullptr, std::memory_order_acq_rel); }
 
  private:

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Creates and trims the elements of a vector without touching pages that nobody uses.
 //
-// The constructor of a `std::vector` writes every element. With libstdc++ the length can be set from a derived class,
-// over storage that already reads as zero (makeZeroBlock). Other standard libraries, libstdc++'s debug modes and
-// RDB2NIMBRA_PORTABLE_ELEMENTS use the constructor; the values are the same.
+// The constructor of a `std::vector` writes every element. With libstdc++ the length can be set from a
+// derived class, over storage that already reads as zero (makeZeroBlock). Other standard libraries,
+// libstdc++'s debug modes and RDB2NIMBRA_PORTABLE_ELEMENTS use the constructor; the values are the same.
 #pragma once
 
 #include "model/torvel/references/fresh_pages.h"
@@ -41,7 +41,8 @@ class VectorLength : public std::vector<T> {
 
 /// Gives an empty vector its elements.
 ///
-/// \param elements  receives the elements: zeros for the scalar types; unspecified values for types whose default
+/// \param elements  receives the elements: zeros for the scalar types; unspecified values for types whose
+/// default
 ///                  constructor does nothing
 /// \param count  number of elements
 /// \errors  std::length_error "cannot create std::vector larger than max_size()", std::bad_alloc

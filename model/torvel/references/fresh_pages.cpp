@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Drops pages instead of writing zeros.
 //
-// A load allocates buffers for 5000000 records before it knows how many there are. Writing zeros to all of them touches
-// every page once more than the data does, and touches pages that no record ever reaches. On Linux, private anonymous
-// memory reads as zero after MADV_DONTNEED. The global operator new may be replaced and may take each size from another
-// place, so every block is asked: MADV_FREE succeeds on private anonymous memory only. Without RDB2NIMBRA_LAZY_PAGES
-// (a CMake option) blocks are always written.
+// A load allocates buffers for 5000000 records before it knows how many there are. Writing zeros to all of
+// them touches every page once more than the data does, and touches pages that no record ever reaches. On
+// Linux, private anonymous memory reads as zero after MADV_DONTNEED. The global operator new may be replaced
+// and may take each size from another place, so every block is asked: MADV_FREE succeeds on private anonymous
+// memory only. Without RDB2NIMBRA_LAZY_PAGES (a CMake option) blocks are always written.
 #include "model/torvel/references/fresh_pages.h"
 
 #include <cstdint>
@@ -51,7 +51,8 @@ struct Pages {
   /// \return false where the system keeps a page
   bool drop() const { return advise(begin, end, MADV_DONTNEED); }
 
-  /// Whether all of it is private anonymous memory. Only for dropped pages: it may discard the content of others.
+  /// Whether all of it is private anonymous memory. Only for dropped pages: it may discard the content of
+  /// others.
   bool arePrivateAnonymous() const { return advise(begin, end, MADV_FREE); }
 
   /// Small pages for the front part, huge ones for the rest.

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Strong and weak pointers; long, as both share each step. Counts: model/torvel/references/count_record.h
+// Strong and weak pointers to counted objects; long, because both share their steps.
 #pragma once
 
 #include "model/torvel/core/speak_ptr.h"
@@ -12,25 +12,29 @@
 
 namespace Torvel {
 
-/// What strong and weak pointers have in common: a serial for diagnostics, the object's counts, and the
-/// object as T. It takes one weak hold of the counts.
+/// Common base of strong and weak pointers: a serial number for diagnostics, the count record, and the object
+/// as T. Every pointer with a record holds one weak count of it, which keeps the record allocated.
 ///
-/// Dereferencing never raises: a pointer whose object is gone gives null.
+/// Dereferencing never raises: a pointer whose object is gone returns null.
+/// `model/torvel/references/count_record.h` states the memory order of each step on the counts.
+///
+/// \threads distinct pointers to one object may be used from several threads; one pointer is not protected
 template <class T, class B>
 class DynPtr {
  public:
-  /// The object, or null: no record, no object in it, or a negative strong count.
+  /// \return the object; null where there is no record, no object in it, a negative strong count, or no cast
+  /// to T. Changes no count, acquires.
   T* get() const { return record != nullptr && record->alive() ? cached : nullptr; }
   T* operator->() const { return get(); }
   T& operator*() const { return *get(); }
 
-  /// Valid: a live object that is a T.
+  /// True where the object is alive and a T.
   explicit operator bool() const { return get() != nullptr; }
 
-  /// Serial number of this pointer, from the process-wide counter.
+  /// \return the serial number of this pointer, for diagnostics
   std::uint64_t serialNumber() const { return id; }
 
-  /// Counts of the object, null where the pointer never had one. For diagnostics and tests.
+  /// \return the counts of the object, null for an empty pointer; for diagnostics and tests
   const CountRecord<B>* counts() const { return record; }
 
   template <class U>
@@ -49,19 +53,19 @@ class DynPtr {
   DynPtr(const DynPtr&) = delete;
   DynPtr& operator=(const DynPtr&) = delete;
 
-  /// Takes the record of a raw object, without any hold.
+  /// Takes the record of an object; changes no count.
   void takeRecord(const ReferenceBase<B>* object) { record = object->self.record; }
 
-  /// Takes the record of another pointer, without any hold.
+  /// Takes the record of another pointer; changes no count.
   template <class U>
   void takeRecord(const DynPtr<U, B>& other) {
     reportSelfConstruction(&other);
     record = other.record;
   }
 
-  /// Takes the object of another pointer as T. A null pointer there may be the result of a failed cast, which says
-  /// nothing about T: the live object is then cast anew. Called after the hold is taken, because the cast reads the
-  /// object; a strong hold keeps it alive meanwhile, a weak one relies on the caller.
+  /// Takes the object of another pointer as T. A null pointer there may be the result of a failed cast, which
+  /// says nothing about T: the live object is then cast anew. Called after the hold is taken, because the
+  /// cast reads the object; a strong hold keeps it alive meanwhile, a weak one relies on the caller.
   template <class U>
   void takeObject(const DynPtr<U, B>& other) {
     if constexpr (std::is_convertible_v<U*, T*>) {
@@ -73,20 +77,22 @@ class DynPtr {
     cached = castLive();
   }
 
-  /// Where source and destination are one object there is nothing to copy from; the report says so.
+  /// Reports a pointer that is constructed from itself.
   void reportSelfConstruction(const void* source) const {
     if (source == this) [[unlikely]] {
       SpeakPtr::theSpeaker().SelfConstruction(typeid(DynPtr), this, record);
     }
   }
 
+  /// weak + 1, strong unchanged. Relaxed: the source of the record keeps it allocated.
   void holdWeak() {
     if (record != nullptr) {
       record->raiseWeak();
     }
   }
 
-  /// Gives the weak hold back, and the record with the last one.
+  /// weak - 1, strong unchanged; frees the record at 0. Acquire and release, so that the record is freed
+  /// after every other use of it.
   void releaseWeak(const std::type_info& pointer) {
     if (record == nullptr) {
       return;
@@ -105,6 +111,7 @@ class DynPtr {
   CountRecord<B>* record = nullptr;
   T* cached = nullptr;
 
+  /// \return the live object as T, null where it is none; changes no count
   T* castLive() const {
     if (record == nullptr || !record->alive()) {
       return nullptr;
@@ -117,7 +124,7 @@ class DynPtr {
   }
 
  private:
-  /// Two forms: a live object still tells its own type, a dead one only that of the pointer.
+  /// Names the type of the object while it is alive, afterwards that of the pointer.
   void reportInvalidWeak(const std::type_info& pointer) const {
     const B* const object = record->object();
     const std::type_info& type = object != nullptr ? typeid(*object) : typeid(T);
@@ -126,7 +133,7 @@ class DynPtr {
   }
 };
 
-/// A hold that doesn't keep the object alive: one weak count.
+/// A reference that doesn't keep the object alive. It holds one weak count.
 template <class T, class B>
 class WeakPtr : public DynPtr<T, B> {
   using Base = DynPtr<T, B>;
@@ -134,13 +141,15 @@ class WeakPtr : public DynPtr<T, B> {
  public:
   WeakPtr() = default;
   WeakPtr(std::nullptr_t) {}
-  /// Refers to `object`; null gives an empty pointer.
+  /// weak + 1. A null `object` makes an empty pointer, which changes no count.
   WeakPtr(T* object) : WeakPtr(object == nullptr ? none() : WeakPtr(FromObject{}, object)) {}
+  /// weak + 1 of the source's record.
   WeakPtr(const WeakPtr& other) : WeakPtr() { take(other); }
   template <class U>
   WeakPtr(const DynPtr<U, B>& other) : WeakPtr() {
     take(other);
   }
+  /// weak + 1 of the new record, then weak - 1 of the old one.
   WeakPtr& operator=(const WeakPtr& other) {
     assign(other);
     return *this;
@@ -150,6 +159,7 @@ class WeakPtr : public DynPtr<T, B> {
     assign(other);
     return *this;
   }
+  /// weak - 1; frees the record at 0.
   ~WeakPtr() { this->releaseWeak(typeid(WeakPtr)); }
 
  private:
@@ -174,14 +184,14 @@ class WeakPtr : public DynPtr<T, B> {
 
   template <class U>
   void assign(const DynPtr<U, B>& other) {
-    WeakPtr incoming(other); // goes with what this one held, under the number that it was held by
+    WeakPtr incoming(other); // releases what this one held, under the old serial number
     std::swap(this->id, incoming.id);
     std::swap(this->record, incoming.record);
     std::swap(this->cached, incoming.cached);
   }
 };
 
-/// A hold that keeps the object alive: one strong and one weak count.
+/// A reference that keeps the object alive. It holds one strong and one weak count.
 template <class T, class B>
 class StrongPtr : public DynPtr<T, B> {
   using Base = DynPtr<T, B>;
@@ -189,13 +199,16 @@ class StrongPtr : public DynPtr<T, B> {
  public:
   StrongPtr() = default;
   StrongPtr(std::nullptr_t) {}
-  /// Takes `object` up; null gives an empty pointer. The first hold of an object makes the scheme its owner.
+  /// strong + 1 and weak + 1; a null `object` makes an empty pointer. From the first strong pointer on, the
+  /// counts own the object, which must have been made with `new`.
   StrongPtr(T* object) : StrongPtr(object == nullptr ? none() : StrongPtr(FromObject{}, object)) {}
+  /// strong + 1 and weak + 1 of the source's record; weak + 1 alone where its object is gone.
   StrongPtr(const StrongPtr& other) : StrongPtr() { take(other); }
   template <class U>
   StrongPtr(const DynPtr<U, B>& other) : StrongPtr() {
     take(other);
   }
+  /// strong + 1 and weak + 1 of the new record, then strong - 1 and weak - 1 of the old one.
   StrongPtr& operator=(const StrongPtr& other) {
     assign(other);
     return *this;
@@ -205,12 +218,13 @@ class StrongPtr : public DynPtr<T, B> {
     assign(other);
     return *this;
   }
+  /// strong - 1 and weak - 1. Destroys the object where strong falls to 0, frees the record where weak does.
   ~StrongPtr() { release(); }
 
  private:
   struct FromObject {};
-  // Delegates, like every constructor that holds: where the deferred construction raises, the destructor
-  // gives the holds back.
+  // Delegates, like every constructor that takes holds: where the deferred construction raises, the
+  // destructor releases them.
   StrongPtr(FromObject, T* object) : StrongPtr() {
     this->takeRecord(static_cast<const ReferenceBase<B>*>(object));
     hold();
@@ -231,14 +245,14 @@ class StrongPtr : public DynPtr<T, B> {
 
   template <class U>
   void assign(const DynPtr<U, B>& other) {
-    StrongPtr incoming(other); // goes with what this one held, under the number that it was held by
+    StrongPtr incoming(other); // releases what this one held, under the old serial number
     std::swap(this->id, incoming.id);
     std::swap(this->record, incoming.record);
     std::swap(this->cached, incoming.cached);
   }
 
-  /// weak + 1 and, on a live record, strong + 1. The first strong hold finishes the construction of an object
-  /// whose family defers it.
+  /// weak + 1 and, where strong isn't negative, strong + 1, in one step: acquire and release. The hold that
+  /// finds strong 0 finishes the construction of an object whose family defers it.
   void hold() {
     if (this->record == nullptr) {
       return;
@@ -251,6 +265,7 @@ class StrongPtr : public DynPtr<T, B> {
     }
   }
 
+  /// strong - 1 and weak - 1. While others hold the object this is one step; see `lowerBothUnlessLast`.
   void release() {
     if (this->record == nullptr || this->record->lowerBothUnlessLast()) {
       return;
@@ -261,7 +276,9 @@ class StrongPtr : public DynPtr<T, B> {
     this->releaseWeak(typeid(StrongPtr));
   }
 
-  /// The hook, the decrement, and the end of the object unless somebody has taken it up again meanwhile.
+  /// Calls the hook, then strong - 1; at 0 marks the record with -111 and destroys the object, unless another
+  /// pointer has raised strong meanwhile. Acquire and release: the destructor sees what every former holder
+  /// did. weak is unchanged, so the record outlasts the destruction.
   void releaseLast() {
     CountRecord<B>& counts = *this->record;
     B* const held = counts.object();

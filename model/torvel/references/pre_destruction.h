@@ -10,8 +10,9 @@ namespace Torvel {
 
 /// Base of all counted objects; `ReferenceBase` is the only class that derives from it directly.
 ///
-/// It is no template and its hook is not inline, so the empty hook has one address per process. An inline function has
-/// one address per shared object (-fvisibility-inlines-hidden), and no comparison across shared objects would hold.
+/// It is no template and its hook is not inline, so the empty hook has one address per process. An inline
+/// function has one address per shared object (-fvisibility-inlines-hidden), and no comparison across shared
+/// objects would hold.
 ///
 /// \threads as the object: reading is safe, the hook is called by one thread
 class TORVEL_API PreDestructionHook {
@@ -19,8 +20,9 @@ class TORVEL_API PreDestructionHook {
   PreDestructionHook(const PreDestructionHook&) = delete;
   PreDestructionHook& operator=(const PreDestructionHook&) = delete;
 
-  /// Called by the last strong hold while strong is still 1. Empty here, and then not called: it is the first virtual
-  /// function of every family, so the first entry of the object's table identifies it (`hasPreDestruction`).
+  /// Called by the last strong hold while strong is still 1. Empty here, and then not called: it is the first
+  /// virtual function of every family, so the first entry of the object's table identifies it
+  /// (`hasPreDestruction`).
   virtual void preDestruction();
 
   /// \return whether a derived class has replaced the empty hook, in whichever shared object it is defined

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Base of every counted object: its link to its own counts, its serial, and the hook before its end.
+// Base of every counted object: the link to its counts, and its serial number.
 #pragma once
 
 #include "model/torvel/core/api.h"
@@ -17,15 +17,17 @@ namespace Torvel {
 template <class T, class B>
 class DynPtr;
 
-/// Base of all classes of one family of counted objects; B is the class that names the family and derives
-/// from this one. An object starts with strong 0 (nobody has taken it yet) and weak 1 (its own link), lives
-/// while strong is above 0, and dies when strong falls from 1 to 0.
+/// Base of all classes of one family of counted objects. B is the class that names the family and derives
+/// from this one. A new object has strong 0 (no pointer holds it yet) and weak 1 (its own link). It is
+/// destroyed when strong falls from 1 to 0.
 ///
 /// \threads counts may be changed from several threads; the object itself is not protected
 template <class B>
 class TORVEL_API ReferenceBase : public PreDestructionHook {
  public:
-  /// Ends the object's own weak hold. A strong count that still stands is marked twice, -333 and then -111.
+  /// Separates the record from the object, then weak - 1, which frees the record at 0. A strong count that
+  /// isn't negative, which means a destruction without the counts, is set to -333 and at once to -111. All
+  /// steps acquire and release.
   virtual ~ReferenceBase() {
     if (self.record->strong() >= 0) {
       self.record->exchangeStrong(strongDestroyedWhileHeld);
@@ -37,15 +39,16 @@ class TORVEL_API ReferenceBase : public PreDestructionHook {
     }
   }
 
-  /// Number of this object among all objects of its family, from 0.
+  /// \return the number of this object among all objects of its family, from 0
   std::uint64_t serialNumber() const { return serial; }
 
-  /// The counts of this object, for diagnostics and tests.
+  /// \return the counts of this object, which live at least as long; for diagnostics and tests
   const CountRecord<B>& counts() const { return *self.record; }
 
  protected:
+  /// Allocates the record with both counts 0, then weak + 1 (relaxed: no other thread knows the record yet).
   /// \param object  this object as B
-  /// \errors  MemoryException where `object` is null
+  /// \errors  MemoryException where `object` is null; std::bad_alloc
   explicit ReferenceBase(B* object) {
     auto record = std::make_unique<CountRecord<B>>(object);
     if (object == nullptr) {
@@ -57,14 +60,14 @@ class TORVEL_API ReferenceBase : public PreDestructionHook {
     serial = nextSerial.fetch_add(1, std::memory_order_relaxed);
   }
 
-  /// One strong count that nobody gives back: the object never dies through the count.
+  /// strong + 1, never released, so the object is never destroyed by its count. Acquire and release.
   void holdItself() { self.record->raiseStrong(); }
 
  private:
   template <class T, class Family>
   friend class DynPtr;
 
-  /// The link to the counts: a pointer's serial and record, without a cached object.
+  /// The link to the counts: as a pointer has it, without a cached object.
   struct SelfLink {
     std::uint64_t id = 0;
     CountRecord<B>* record = nullptr;
@@ -76,8 +79,7 @@ class TORVEL_API ReferenceBase : public PreDestructionHook {
   std::uint64_t serial = 0;
 };
 
-/// A T that is itself a static object: it takes one strong count on itself and so never dies through the
-/// count, only at the end of the process. Adds nothing but that.
+/// A T for static objects: it holds one strong count of itself, so that its count never destroys it.
 template <class T>
 class Auto : public T {
  public:

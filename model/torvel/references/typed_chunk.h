@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The typed faces of a memory block, following the inheritance of its element type.
+// Typed interfaces of a memory block, which follow the inheritance of its element type.
 #pragma once
 
 #include "model/torvel/references/chunk_base.h"
@@ -10,20 +10,23 @@
 
 namespace Torvel {
 
-/// How an element type is built: `Base` is the element type that it derives from (void for none), `storable`
-/// tells whether chunks of it exist; a layout that isn't storable only serves to reach derived elements.
-/// Specialised beside each composed element type.
+/// Layout of an element type. `Base` is the element type that it derives from, void for none. `storable` is
+/// true where chunks of it exist; another layout only gives access to elements that derive from it. Composed
+/// element types specialise this template.
 template <class T>
 struct ElementLayout {
   using Base = void;
   static constexpr bool storable = true;
 };
 
-/// Access to the elements of a chunk at the layout B that they all begin with.
+/// Access to the elements of a chunk as B, the layout that all of them begin with.
+///
+/// \threads the elements are not protected
 template <class B>
 class TORVEL_API TypedChunkBase : public ChunkBase {
  public:
-  /// The elements as B: as many as the chunk holds, each of exactly the size of B.
+  /// \return all elements of the chunk as B, which has the size of an element; owned by the chunk, valid
+  /// until the number of elements changes
   std::span<B> elements() { return {static_cast<B*>(this->data()), this->elementCount()}; }
   std::span<const B> elements() const { return {static_cast<const B*>(this->data()), this->elementCount()}; }
 
@@ -49,7 +52,7 @@ struct ChunkParent<T> {
 
 } // namespace detail
 
-/// A chunk of elements that are a T or derive from one.
+/// A chunk whose elements are a T or derive from T.
 template <class T>
 class TORVEL_API TypedChunk : public detail::ChunkParent<T>::type {
  protected:
@@ -60,10 +63,11 @@ class TORVEL_API TypedChunk : public detail::ChunkParent<T>::type {
 template <class T>
 requires(ElementLayout<T>::storable) class TORVEL_API TypedChunk<T> : public detail::ChunkParent<T>::type {
  public:
-  /// The elements as a vector. Whoever changes its length moves the elements away from under every array.
+  /// \return the elements as a vector, owned by the chunk. A change of its length invalidates every array
+  /// over the chunk.
   virtual std::vector<T>& values() = 0;
   virtual const std::vector<T>& values() const = 0;
-  /// As `create`, as a typed chunk.
+  /// As `ChunkBase::create`, with a typed result.
   virtual StrongPtr<TypedChunk<T>, ChunkBase> createTyped(std::size_t count, bool reserveOnly) const = 0;
 
  protected:

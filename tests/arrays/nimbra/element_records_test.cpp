@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The record of each element type, row by row.
+// Pins the record of each element type, one row per type.
 #include "arrays/nimbra/element_records.h"
 
 #include <gtest/gtest.h>

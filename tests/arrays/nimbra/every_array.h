@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The 44 arrays, eleven element types times four ranks, in one form that a test can walk through.
+// The 44 arrays, eleven element types times four ranks, behind one interface that a test iterates over.
 #pragma once
 
 #include "arrays/nimbra/mem_array.h"
@@ -29,7 +29,7 @@ Torvel::StrongPtr<Torvel::TypedChunk<T>, Torvel::ChunkBase> samples(std::uint64_
   return chunk;
 }
 
-/// What a test asks of one of the 44 that needs its element type or its rank.
+/// Operations of one of the 44 arrays that need its element type or its rank.
 struct Kind {
   std::string name;
   int rank;
@@ -76,7 +76,7 @@ struct Asked {
   static bool makesChunks(const MemBase::Pointer& array) {
     return static_cast<bool>(Torvel::StrongPtr<Array, Torvel::Cacheable>(array));
   }
-  /// The array's iterators and chunks are the same through each of its interfaces.
+  /// Whether the array's iterators and chunks are the same through each of its interfaces.
   static bool facesAgree(const MemBase::Pointer& array) {
     const Working working(array);
     const Typed typed(array);
@@ -117,7 +117,7 @@ std::vector<Kind> kindsOf(std::type_identity<std::tuple<T...>>) {
   return kinds;
 }
 
-/// Extents 2, 3, 4, 5 as far as the rank goes, each changed by `change`.
+/// The first `rank` of the extents 2, 3, 4, 5, each changed by `change`.
 inline DynamicSize smallExtents(int rank, int change = 0) {
   std::vector<std::uint64_t> extents;
   for (int i = 0; i < rank; ++i) {
@@ -153,7 +153,7 @@ void forEveryArray(Check check) {
   }
 }
 
-/// The place of an element in a chunk.
+/// The address of an element of a chunk.
 inline std::byte* elementAt(const ChunkPointer& chunk, std::uint64_t index) {
   return static_cast<std::byte*>(chunk->data()) + index * chunk->elementBytes();
 }

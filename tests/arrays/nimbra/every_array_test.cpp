@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Every operation of a memory array, for each of the eleven element types and the ranks 1 to 4.
+// Pins every operation of a memory array, for each of the eleven element types and the ranks 1 to 4.
 #include "tests/arrays/nimbra/every_array.h"
 
 #include <gtest/gtest.h>
@@ -105,7 +105,7 @@ TEST(EveryArray, CopyOfAPartHoldsItsElements) {
   forEveryArray([](const Kind& kind, const MemBase::Pointer& array, const ChunkPointer& chunk) {
     const DynamicSize part = smallExtents(kind.rank, -1);
     const MemBase::Pointer copy = kind.copyPart(array, allOf(kind.rank, 1), part);
-    // The element (1, 1, ...) lies at 1 + 2 * (1 + 3 * (1 + 4 * 1)) as far as the rank goes.
+    // The element (1, 1, 1, 1) lies at 1 + 2 * (1 + 3 * (1 + 4 * 1)); lower ranks end the sum earlier.
     const std::uint64_t first[] = {1, 3, 9, 33};
     EXPECT_EQ(copy->elementCount(), totalOf(part));
     EXPECT_TRUE(kind.endsAre(copy, elementAt(chunk, first[kind.rank - 1]),
@@ -190,7 +190,7 @@ TEST(EveryArray, ShallowViewSharesTheChunk) {
     EXPECT_EQ(view->chunkBase().get(), chunk.get());
     EXPECT_EQ(view->rawData(), array->rawData());
     EXPECT_EQ(view->elementCount(), array->elementCount());
-    EXPECT_FALSE(kind.makesChunks(view)); // the working class, not one that makes chunks
+    EXPECT_FALSE(kind.makesChunks(view)); // a ReferencingMemArray, which makes no chunks
   });
 }
 

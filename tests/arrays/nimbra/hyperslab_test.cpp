@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How an index becomes an element, and how many elements a view has.
+// Pins the rule from an index to an element, and the number of elements of a view.
 #include "arrays/nimbra/multi_array.h"
 
 #include <cstddef>
@@ -122,7 +122,7 @@ TEST(Hyperslab, ElementTotalOfHugeExtentsSaturates) {
   EXPECT_EQ(elementTotal(MultiIndex<3>{huge, huge, 2}), std::numeric_limits<std::uint64_t>::max());
 }
 
-/// Makes elements from their indices and writes down what it was asked.
+/// Makes elements from their indices and records the requests.
 class IndexCreator final : public Nimbra::ElementCreator<double> {
  public:
   ElementCreator<double>* slice(std::uint64_t index) override {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Memory arrays where values matter: tails, views, texts, creators, save interfaces, the count of arrays made.
+// Pins values of memory arrays: tails, views, texts, creators, save interfaces, the count of arrays made.
 #include "tests/arrays/nimbra/every_array.h"
 
 #include <algorithm>
@@ -201,7 +201,7 @@ TEST(MemArrays, TextOfAComposedElementHasABlankBetweenComponents) {
   EXPECT_EQ(textOf(colour), "255 0 127 1");
 }
 
-/// Gives elements that no memory holds.
+/// Makes elements that no memory holds.
 class FarCreator final : public Nimbra::ElementCreator<double> {
  public:
   ElementCreator<double>* slice(std::uint64_t) override { return this; }
@@ -279,7 +279,7 @@ TEST(MemArrays, FirstStrongHoldFinishesAnArray) {
   EXPECT_TRUE(bare->isComplete());
 }
 
-/// Notes the arrays that it is shown.
+/// Records the arrays that are passed to it.
 class NotingCreator : public Torvel::SaveInterfaceCreator<MemBase> {
  public:
   void createSaveInterface(MemBase& array) override { shown.push_back(&array); }
@@ -289,7 +289,7 @@ class ForeignCreator : public Torvel::SaveInterfaceCreatorBase {};
 
 TEST(SaveInterfaces, EveryArrayIsShownToTheCreatorsOfItsKind) {
   const Torvel::StrongPtr<NotingCreator, Torvel::SaveInterfaceCreatorBase> noting(new NotingCreator);
-  Torvel::registerSaveCreator(typeid(MemBase), new ForeignCreator); // passed over
+  Torvel::registerSaveCreator(typeid(MemBase), new ForeignCreator); // is skipped
   Torvel::registerSaveCreator(typeid(MemBase), noting);
   Torvel::registerSaveCreator(typeid(int), noting); // another kind
   const MemBase::Pointer array(new MemArray<1, double>(samples<double>(1), 1, nullptr));

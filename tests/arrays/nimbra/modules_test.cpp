@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Modules of one process share the tables: what one enters, another sees.
+// Modules of one process share the tables: what one module registers, the others find.
 #include "model/nimbra/mem_base.h"
 
 #include <dlfcn.h>

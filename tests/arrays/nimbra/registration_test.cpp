@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Entering the element types into the framework's tables: what, in which order, and once only.
+// Registration of the element types: what is registered, in which order, and only once.
 #include "arrays/nimbra/registration.h"
 
 #include "model/nimbra/fragment.h"
@@ -29,7 +29,7 @@ std::vector<bool> flags(std::type_identity<std::tuple<T...>>) {
 
 constexpr std::type_identity<Nimbra::ElementTypes> everyType;
 
-/// What stood in the tables before and after the one registration of this process.
+/// The tables before the only registration of this process.
 struct Tables {
   std::vector<bool> flagsBefore = flags(everyType);
   std::size_t creatorsBefore = MemBase::registeredCreators().size();
@@ -153,7 +153,7 @@ TYPED_TEST(EveryType, HasOneTypeObject) {
 }
 
 TYPED_TEST(EveryType, TypeObjectHoldsItself) {
-  EXPECT_GE(this->type.counts()->strong(), 2); // its own hold and the one above
+  EXPECT_GE(this->type.counts()->strong(), 2); // its own hold and that of the test
   EXPECT_NE((dynamic_cast<Torvel::Auto<Nimbra::NimbraType<TypeParam>>*>(this->type.get())), nullptr);
 }
 
@@ -165,7 +165,7 @@ TYPED_TEST(EveryType, TypeObjectKnowsItsType) {
   EXPECT_EQ(this->type->typeName, Torvel::Typename(typeid(TypeParam)));
 }
 
-/// What a module that shares nothing with this one has in place of a type's identity.
+/// Type information as a module that shares no symbols with this one has it.
 class OtherIdentity : public std::type_info {
  public:
   explicit OtherIdentity(const char* name) : std::type_info(name) {}
@@ -218,7 +218,7 @@ TEST(FirstWord, IsTheFirst32BitsOfAValue) {
   const unsigned char small = 7;
   EXPECT_EQ(getNimbraType<double>()->firstWord(&number), 0U);
   EXPECT_EQ(getNimbraType<int>()->firstWord(&whole), 0xfffffffeU);
-  EXPECT_EQ(getNimbraType<unsigned char>()->firstWord(&small), 7U); // and not a byte beyond
+  EXPECT_EQ(getNimbraType<unsigned char>()->firstWord(&small), 7U); // no byte beyond the value is read
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A module of a process, loaded at run time: what it sees of the tables. Used by tests/arrays/nimbra/modules_test.cpp
+// A module that is loaded at run time and reports what it finds in the tables.
 #include "arrays/nimbra/registration.h"
 
 #define MODULE_API extern "C" __attribute__((visibility("default")))
@@ -20,7 +20,7 @@ MODULE_API const void* pointType() {
   return Nimbra::getNimbraType<Quillon::PhysicalSpace::point>().get();
 }
 
-/// A registered array of `count` points as the caller's pointer, or null.
+/// Makes an array of `count` points through the table; null where points aren't registered.
 MODULE_API void makePoints(std::uint64_t count, Nimbra::MemBase::Pointer& made) {
   made = Nimbra::MemBase::createArray(typeid(Quillon::PhysicalSpace::point), Nimbra::DynamicSize{count});
 }

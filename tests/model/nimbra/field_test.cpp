@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Fields: one array a fragment, held by the field, over a collection of identities that fields share.
+// Fields: one array per fragment, held by the field, over a collection of identities that fields share.
 #include "arrays/nimbra/mem_array.h"
 #include "tests/support/grid.h"
 
@@ -47,7 +47,7 @@ TEST_F(Fields, ReferenceToAFragmentOutlastsFurtherFragments) {
 TEST_F(Fields, FragmentsAreKeptByTheCollection) {
   field->makeFragmentID("Fragment_0");
   EXPECT_EQ(field->fragmentIDCollection()->fragments().size(), 1U);
-  EXPECT_TRUE(field->fragments().empty()); // an identity is no data
+  EXPECT_TRUE(field->fragments().empty()); // an identity alone is no data
 }
 
 TEST_F(Fields, HoldTheirArraysStrongly) {
@@ -56,7 +56,7 @@ TEST_F(Fields, HoldTheirArraysStrongly) {
   put("Fragment_0", array);
   array = nullptr;
   ASSERT_TRUE(seen);
-  EXPECT_EQ(seen.counts()->strong(), 1); // the field alone, the cache keeps nothing
+  EXPECT_EQ(seen.counts()->strong(), 1); // only the field holds it, the cache does not
   EXPECT_EQ(field->array("Fragment_0").get(), seen.get());
 }
 
@@ -93,7 +93,7 @@ TEST_F(Fields, WithoutACacheTheFieldHoldsTheArrayItself) {
   EXPECT_TRUE(field->array("Fragment_0"));
 }
 
-/// Holds a copy in place of what it is given.
+/// A cache that keeps a copy instead of the object.
 class CopyingCache final : public Torvel::Cache {
   using Object = Torvel::StrongPtr<Torvel::Cacheable, Torvel::Cacheable>;
 

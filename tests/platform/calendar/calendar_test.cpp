@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins the days of the week, and that no numbers at all make the calendar fail.
+// Pins the days of the week, and that any numbers are accepted.
 #include "platform/calendar/calendar.h"
 
 #include <chrono>
@@ -38,7 +38,7 @@ INSTANTIATE_TEST_SUITE_P(Calendar, KnownDay,
                                          Day{2024, 2, 29, 4},  //
                                          Day{2023, 12, 30, 6}, //
                                          Day{1582, 10, 15, 5}, // first day of the calendar
-                                         Day{1582, 10, 14, 4}, // counted on into the years before
+                                         Day{1582, 10, 14, 4}, // before the introduction
                                          Day{1, 1, 1, 1},      //
                                          Day{0, 2, 29, 2},     //
                                          Day{-1, 12, 31, 5}));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The console: one line a statement, to the host's sink or to standard error, never mixed between threads.
+// The console: one line per statement, to the host's sink or to standard error, never mixed between threads.
 #include "model/torvel/objects/console.h"
 
 #include "tests/support/console_lines.h"

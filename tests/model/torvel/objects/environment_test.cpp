@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Environment variables and the place of the running program.
+// Environment variables, and the directory of the running program.
 #include "model/torvel/objects/environment.h"
 
 #include <cstdlib>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Chunks: their elements, the count of bytes of the process, copies, and the faces they can be reached through.
+// Chunks: their elements, the byte count of the process, copies, and the interfaces that give access to them.
 #include "model/torvel/references/chunk.h"
 
 #include "arrays/quillon/physical_space.h"
@@ -103,7 +103,7 @@ TYPED_TEST(EveryChunk, CloneHasTheSameElementsInMemoryOfItsOwn) {
   const StrongPtr<Chunk<TypeParam>, ChunkBase> copy(chunk->clone());
   EXPECT_NE(copy->data(), chunk->data());
   EXPECT_TRUE(copy->values() == chunk->values());
-  chunk->values().clear(); // what was assigned was never counted in
+  chunk->values().clear(); // the assigned elements were never added to the sum
 }
 
 TYPED_TEST(EveryChunk, CloneCountsItsBytes) {
@@ -187,7 +187,7 @@ TEST(Chunks, DataIsTheVectorsFirstElement) {
   EXPECT_EQ(*static_cast<double*>(chunk.data()), 4.25);
 }
 
-/// Whether a chunk of T can be reached as Face.
+/// Whether a chunk of T can be cast to Face.
 template <class T, class Face>
 bool reaches() {
   const Pointer chunk(new Chunk<T>(2));

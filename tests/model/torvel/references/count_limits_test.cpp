@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Counts at the ends of their range: a count at its maximum stays there, and no step carries into the other count.
+// Counts at the ends of their range: they stay there, and no step carries into the other count.
 #include "tests/model/torvel/references/counted_item.h"
 #include "tests/support/console_lines.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Counts under threads: many holds at once, and weak pointers taken up while the last strong hold goes.
+// Counts under threads: many holds at once, and strong pointers made from weak ones during the last release.
 #include "model/torvel/references/pointer.h"
 #include "tests/support/console_lines.h"
 
@@ -57,7 +57,7 @@ TEST(CountStress, HoldsTakenInThreadsAreAllGivenBack) {
   EXPECT_EQ(root.counts()->weak(), 2);
 }
 
-/// One object after the other: thread 0 gives the last strong hold back while the others take it up.
+/// One object after the other: thread 0 releases the last strong hold while the others take one.
 class LastReleaseRace {
  public:
   explicit LastReleaseRace(int roundCount) : rounds(roundCount), gate(threadCount, [this] { arrange(); }) {}
@@ -101,13 +101,13 @@ class LastReleaseRace {
 };
 
 TEST(CountStress, TakingUpRacesWithTheLastRelease) {
-  const support::ConsoleLines console; // a cancelled destruction is reported, and that is all
+  const support::ConsoleLines console; // catches the reports of cancelled destructions
   deaths = 0;
   constexpr int rounds = 5000;
   LastReleaseRace race(rounds);
   race.run();
   EXPECT_EQ(race.wrongWords, 0);
-  EXPECT_EQ(deaths, rounds + 1); // every object died, once
+  EXPECT_EQ(deaths, rounds + 1); // every object was destroyed exactly once
 }
 
 TEST(CountStress, EndMarkIsNeverDisturbed) {
@@ -124,7 +124,7 @@ TEST(CountStress, EndMarkIsNeverDisturbed) {
 }
 
 TEST(CountStress, StrongCountMayRunUpToTheMark) {
-  // The halves of the counts share a word: one below zero and back must not carry into the other.
+  // The two counts share a word: a step below zero and back must not carry into the other one.
   Torvel::CountRecord<Shared> record(nullptr);
   record.exchangeStrong(-1);
   EXPECT_EQ(record.raiseBoth(), -1);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Counted objects for the tests of the reference scheme: one family with a hook of its own, one without.
+// A family of counted objects with a hook, for the tests of the reference scheme.
 #pragma once
 
 #include "model/torvel/references/pointer.h"
@@ -9,7 +9,7 @@
 
 namespace counted {
 
-/// A counted object that tells of its end and runs a given function as its pre-destruction hook.
+/// A counted object that counts destructions and runs a given function as its pre-destruction hook.
 class Item : public Torvel::ReferenceBase<Item> {
  public:
   explicit Item(int* deathCounter = nullptr) : Torvel::ReferenceBase<Item>(this), deaths(deathCounter) {}
@@ -34,7 +34,7 @@ class Item : public Torvel::ReferenceBase<Item> {
   int* deaths;
 };
 
-/// An Item of a further kind, to cast to.
+/// A class to cast an Item to.
 class SpecialItem : public Item {
  public:
   using Item::Item;
@@ -44,7 +44,7 @@ using Strong = Torvel::StrongPtr<Item, Item>;
 using Weak = Torvel::WeakPtr<Item, Item>;
 using Record = Torvel::CountRecord<Item>;
 
-/// The counts of a pointer's object, to be tampered with.
+/// The counts of a pointer's object, for tests that change them.
 template <class Pointer>
 Record& record(const Pointer& pointer) {
   return const_cast<Record&>(*pointer.counts());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a new chunk finds in its memory. The pattern there comes from tests/model/torvel/references/pattern_allocator.cpp
+// Elements of a new chunk in memory that the allocator has filled with a pattern.
 #include "arrays/quillon/physical_space.h"
 #include "model/torvel/references/chunk.h"
 #include "tests/model/torvel/references/pattern_allocator.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Blocks that are made to read as zero, and memory that is given back: what is read there, and what stays in memory.
+// Blocks that are made to read as zero, and released pages: their content, and the memory in use.
 #include "model/torvel/references/fresh_pages.h"
 
 #include "tests/support/resident_pages.h"
@@ -17,11 +17,11 @@ constexpr bool dropsPages = true;
 constexpr bool dropsPages = false;
 #endif
 
-// A column of doubles of one block, and a size that fills no page.
+// A column of doubles of one block, and a size that is no multiple of a page.
 constexpr std::size_t columnBytes = 40000000;
 constexpr std::size_t oddBytes = 1000003;
 
-/// A block of the allocator whose every byte has been used.
+/// A block from the allocator in which every byte is set.
 class DirtyBlock {
  public:
   explicit DirtyBlock(std::size_t size)

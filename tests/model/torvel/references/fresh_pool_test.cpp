@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// New chunks hold zeros whatever memory the allocator takes for their size. The pools come from
-// tests/model/torvel/references/pool_allocator.cpp
+// New chunks hold zeros, whatever memory the allocator takes for their size.
 #include "model/torvel/references/chunk.h"
 #include "tests/model/torvel/references/pool_allocator.h"
 #include "tests/support/resident_pages.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The pre-destruction hook across shared objects: the empty one is recognised and skipped, another one is called.
+// The pre-destruction hook across shared objects: an empty one is skipped, another one is called.
 #include "tests/model/torvel/references/hook_module.h"
 
 #include <dlfcn.h>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// An allocator that fills every block with a pattern, so that a test sees whether somebody wrote to it.
+// Global allocation operators that fill every block with a pattern, to show which bytes were written.
 #include "tests/model/torvel/references/pattern_allocator.h"
 
 #include <cstdlib>

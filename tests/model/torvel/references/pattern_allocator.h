@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What new memory holds in a program that tests/model/torvel/references/pattern_allocator.cpp is linked into.
+// Content of new memory in a program with tests/model/torvel/references/pattern_allocator.cpp
 #pragma once
 
 namespace support {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// An allocator with a pool for one size, as allocators with pools by size have; the pool's memory is of any kind.
+// Global allocation operators with a pool for one block size, in memory of a selectable kind.
 #include "tests/model/torvel/references/pool_allocator.h"
 
 #include <cstdlib>
@@ -14,7 +14,7 @@ constexpr unsigned char dirt = 0xA5;
 
 support::PoolMemory kind = support::PoolMemory::privateAnonymous;
 std::size_t blockCount = 0;
-void* block = nullptr; ///< the one block of the pool that is in use
+void* block = nullptr; ///< the pool block in use; there is at most one
 
 void* mapFile() {
   const int file = memfd_create("pool", 0);

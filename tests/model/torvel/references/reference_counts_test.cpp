@@ -79,7 +79,7 @@ TEST(ReferenceCounts, WeakPointerOutlivesTheObject) {
   EXPECT_EQ(deaths, 1);
   EXPECT_EQ(weak.get(), nullptr);
   EXPECT_EQ(weak.counts()->object(), nullptr);
-  expectCounts(weak, -111, 1); // the record goes with `weak`, or the leak check tells
+  expectCounts(weak, -111, 1); // freed with `weak`; the leak check guards it
 }
 
 TEST(ReferenceCounts, DestructionByHandLeavesTheEndMark) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The order of the steps of a release, seen by a count record that keeps a log in place of the real one.
+// The order of the steps of a release, recorded by a count record that replaces the real one.
 #include "model/torvel/references/count_record.h"
 
 #include <gmock/gmock.h>
@@ -21,7 +21,7 @@ void step(const std::string& name) {
 
 namespace Torvel {
 
-/// Stands in for the real record: the same steps, single-threaded, written down.
+/// Replaces the real record: the same steps, single-threaded, with a log.
 template <>
 class CountRecord<Watched> {
  public:

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The five reports of the reference scheme: each provoked, its text pinned, and the work seen to go on.
+// The five reports of the reference scheme: each is provoked, its text pinned, and the operation goes on.
 #include "tests/model/torvel/references/counted_item.h"
 #include "tests/support/console_lines.h"
 #include "tests/support/grouping_locale.h"
@@ -91,7 +91,7 @@ TEST(Reports, LastHoldOnAnInvalidRecordIsReportedAndTheReleaseGoesOn) {
                           "record: strong 0, weak 3, record " +
                           place(weak.counts()) + ", object 0"));
   item->hook = nullptr;
-  delete item; // the scheme could not find it any more
+  delete item; // its record has lost it, so the counts can't destroy it
 }
 
 TEST(Reports, NewHoldDuringTheReleaseCancelsTheDestruction) {
@@ -124,7 +124,7 @@ std::string textOfInvalidWeak(std::uint64_t number, const std::string& counts, c
          place(record) + ", object " + place(object);
 }
 
-/// While it lives, a record lacks the two weak holds that stand on it: the object's own and that of a pointer.
+/// Lowers a record by two weak counts while it lives: the object's own and that of a pointer.
 class WithoutWeakHolds {
  public:
   explicit WithoutWeakHolds(counted::Record& record) : counts(record) {
@@ -150,7 +150,7 @@ TEST(Reports, WeakReleaseWithoutAWeakCountOnALiveObject) {
   auto& counts = record(*weak);
   const WithoutWeakHolds lowered(counts);
   weak.reset();
-  EXPECT_EQ(counts.weak(), -1); // reported, and the work went on
+  EXPECT_EQ(counts.weak(), -1); // reported, and lowered all the same
   EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
 }
 
@@ -166,7 +166,7 @@ TEST(Reports, WeakReleaseWithoutAWeakCountOnADeadObject) {
   EXPECT_EQ(counts->weak(), -1);
   EXPECT_THAT(console.lines(),
               ElementsAre(textOfInvalidWeak(number, "strong -111, weak 0", counts, nullptr)));
-  delete counts; // nobody brought the weak count to 0
+  delete counts; // the weak count never reached 0
 }
 
 TEST(Reports, WeakReleaseWithoutAWeakCountNamesTheKindOfALiveObject) {
@@ -191,7 +191,7 @@ TEST(Reports, WeakReleaseWithoutAWeakCountNamesAStrongPointer) {
   strong.reset();
   EXPECT_THAT(console.lines(),
               ElementsAre(textOfInvalidWeak(number, "strong -111, weak -1", counts, nullptr, "StrongPtr")));
-  delete counts; // nobody brought the weak count to 0
+  delete counts; // the weak count never reached 0
 }
 
 TEST(Reports, WeakReleaseByAnAssignmentNamesTheNumberThatThePointerHad) {
@@ -205,7 +205,7 @@ TEST(Reports, WeakReleaseByAnAssignmentNamesTheNumberThatThePointerHad) {
   EXPECT_THAT(console.lines(), ElementsAre(textOfInvalidWeak(number, "strong 0, weak 0", &counts, &item)));
 }
 
-/// A sink that takes no line, while it lives.
+/// Sets a sink that raises for every line, while it lives.
 class FullSink {
  public:
   FullSink() : before(Torvel::setLineSink([](const std::string&) { throw std::runtime_error("full"); })) {}

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The order of virtual operations, which modules built at other times rely on. The destructors take two slots.
+// Pins the order of virtual functions, which binaries built earlier rely on. The destructors take two slots.
 #include "arrays/nimbra/registration.h"
 #include "tests/support/virtual_slot.h"
 
