@@ -2,7 +2,8 @@
 // The columns of a database under way, a bounded number of rows at a time.
 #include "apps/rdbtool/column_batch.h"
 
-#include "apps/rdbtool/interruption.h"
+#include "apps/common/interruption.h"
+#include "apps/rdbtool/tool_error.h"
 
 namespace rdbtool {
 
@@ -23,7 +24,9 @@ std::size_t ColumnBatch::add(const AttributeSpec& spec) {
 }
 
 void ColumnBatch::write(std::size_t rows) {
-  stopIfInterrupted();
+  if (apps::interrupted()) {
+    throw failed("interrupted before the database was written");
+  }
   if (rows == 0) {
     return;
   }

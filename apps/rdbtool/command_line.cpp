@@ -2,6 +2,10 @@
 // The command line of rdbtool: what users type, and what the program answers.
 #include "apps/rdbtool/command_line.h"
 
+#include "apps/common/option_checks.h"
+#include "apps/common/printable_text.h"
+#include "apps/common/program.h"
+#include "apps/common/version_text.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"
 #include "apps/rdbtool/report.h"
@@ -11,7 +15,6 @@
 #include "platform/client/error.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <functional>
 #include <iostream>
 #include <limits>
@@ -25,6 +28,7 @@ namespace rdbtool {
 
 namespace {
 
+constexpr auto program = "rdbtool";
 constexpr auto mostBlockRows = std::numeric_limits<std::uint32_t>::max();
 
 /// What the commands write to, and the status they end with.
@@ -34,29 +38,14 @@ struct Session {
   ExitStatus status = ExitStatus::done;
 };
 
-/// Refuses what the parser would take in its own way: a minus sign wraps around, a leading zero means octal,
-/// a number that is too large becomes the largest, an empty text no number at all.
-template <typename Number>
-std::string decimalProblem(const std::string& text) {
-  using Limits = std::numeric_limits<Number>;
-  Number number{};
-  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (problem == std::errc::result_out_of_range && end == text.data() + text.size()) {
-    return "expected a whole number from " + std::to_string(Limits::min()) + " to " +
-           std::to_string(Limits::max()) + ", found " + text;
-  }
-  const bool decimal = problem == std::errc() && std::to_string(number) == text;
-  return decimal ? "" : "expected a whole number, found " + text;
-}
-
 template <typename Number>
 CLI::Option* addNumber(CLI::App& command, const char* name, Number& number, const char* purpose) {
-  return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
+  return command.add_option(name, number, purpose)->check(CLI::Validator(apps::decimalProblem<Number>, ""));
 }
 template <typename Number>
 CLI::Option* addNumber(CLI::App& command, const char* name, std::optional<Number>& number,
                        const char* purpose) {
-  return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
+  return command.add_option(name, number, purpose)->check(CLI::Validator(apps::decimalProblem<Number>, ""));
 }
 
 /// The names in texts that commas separate; a comma too many separates nothing.
@@ -75,10 +64,6 @@ std::vector<std::string> namesIn(const std::vector<std::string>& texts) {
 
 std::string columnsProblem(const std::string& text) {
   return namesIn({text}).empty() ? "expected names of columns, found \"" + text + "\"" : "";
-}
-
-std::string pathProblem(const std::string& text) {
-  return text.empty() ? "expected the path of a file, found an empty text" : "";
 }
 
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
@@ -114,7 +99,7 @@ void addSynthKind(CLI::App& synth, Session& session, SynthKind kind, const char*
     addNumber(*command, "--trajectory-rate", request->trajectoryRateHz, "records a second")
         ->capture_default_str();
     command->add_option("--lever-arm", request->leverArmFile, "lever-arm file to write beside the database")
-        ->check(CLI::Validator(pathProblem, ""));
+        ->check(CLI::Validator(apps::pathProblem, ""));
   } else {
     command->add_option("--columns", request->columns, "columns to write, separated by commas (default: all)")
         ->check(CLI::Validator(columnsProblem, ""))
@@ -196,28 +181,29 @@ int statusNumber(ExitStatus status) {
   return static_cast<int>(status);
 }
 
-/// The line and status of a failure on the way; rethrows what is under way.
+void printError(std::ostream& err, const std::string& text) {
+  apps::printLine(err, std::string(program) + ": " + text);
+}
+
+/// Prints the failure under way and returns its status; rethrows one that has no status of its own.
 int answerFailure(std::ostream& err) {
   try {
     throw;
   } catch (const ToolError& error) {
-    err << "rdbtool: " << error.what() << "\n";
+    printError(err, error.what());
     return statusNumber(error.status());
   } catch (const riegl::rdb::Error& error) {
-    err << "rdbtool: " << error.what() << ": " << error.details() << "\n";
+    printError(err, std::string(error.what()) + ": " + error.details());
     const bool cannotOpen = error.code() == static_cast<int>(riegl::rdb::ErrorKind::cannotOpen);
     return statusNumber(cannotOpen ? ExitStatus::unreadable : ExitStatus::failed);
-  } catch (const std::exception& error) {
-    err << "rdbtool: " << error.what() << "\n";
-    return statusNumber(ExitStatus::failed);
   }
 }
 
 /// Does what the arguments ask for. \returns the exit status
 int answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
   Session session{out, err};
-  CLI::App app("Makes, imports, describes, verifies and damages databases.", "rdbtool");
-  app.set_version_flag("--version", "rdbtool " RDB2NIMBRA_VERSION)->description("print the version and exit");
+  CLI::App app("Makes, imports, describes, verifies and damages databases.", program);
+  app.set_version_flag("--version", apps::versionText(program))->description("print the version and exit");
   app.require_subcommand(1);
   addSynth(app, session);
   addImport(app, session);
@@ -230,7 +216,7 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
       return app.exit(error, out, err); // help or the version was asked for
     }
     const bool missing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
-    err << "rdbtool: " << error.what() << (missing ? "; --help lists what there is" : "") << "\n";
+    printError(err, error.what() + std::string(missing ? "; --help lists what there is" : ""));
     return statusNumber(ExitStatus::wrongUse);
   } catch (const std::exception&) {
     return answerFailure(err);
@@ -241,12 +227,10 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
 } // namespace
 
 int runTool(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
-  const int status = answer(argumentCount, arguments, out, err);
-  if (out.flush()) {
-    return status;
-  }
-  err << "rdbtool: standard output: expected a place for the output, found that it cannot be written\n";
-  return status == statusNumber(ExitStatus::done) ? statusNumber(ExitStatus::failed) : status;
+  const int status =
+      apps::runGuarded(program, err, [&] { return answer(argumentCount, arguments, out, err); });
+  const bool written = apps::flushOutput(program, out, err);
+  return written || status != statusNumber(ExitStatus::done) ? status : statusNumber(ExitStatus::failed);
 }
 
 } // namespace rdbtool

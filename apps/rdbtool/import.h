@@ -20,8 +20,8 @@ enum class ImportFormat { las, sbet };
 struct ImportRequest {
   std::string input;
   std::string output;
-  std::optional<ImportFormat> format; // told from content and extension where it is absent
-  std::optional<CalendarDate> date;   // a day in the week of the survey
+  std::optional<ImportFormat> format;        // told from content and extension where it is absent
+  std::optional<std::chrono::sys_days> date; // a day in the week of the survey
   WriterSettings writer;
 };
 

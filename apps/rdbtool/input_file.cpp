@@ -2,6 +2,7 @@
 // A file that is imported: opened for reading, read by position.
 #include "apps/rdbtool/input_file.h"
 
+#include "apps/common/target_path.h"
 #include "apps/rdbtool/tool_error.h"
 
 #include <algorithm>
@@ -31,8 +32,7 @@ void requireReadableFile(const std::string& path) {
 }
 
 void requireDistinct(const std::string& other, const std::string& output) {
-  std::error_code ignored;
-  if (other == output || fs::equivalent(other, output, ignored)) {
+  if (apps::sameFile(other, output)) {
     throw wrongUse(output + ": expected an output other than " + other + ", found the same file");
   }
 }

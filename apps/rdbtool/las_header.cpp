@@ -2,7 +2,7 @@
 // The header of a LAS file and its variable length records, read and checked.
 #include "apps/rdbtool/las_header.h"
 
-#include "apps/rdbtool/number_text.h"
+#include "apps/common/number_text.h"
 #include "apps/rdbtool/tool_error.h"
 
 #include <algorithm>
@@ -78,8 +78,8 @@ void checkTransform(const std::string& path, const LasHeader& header) {
     if (!std::isfinite(header.scale[axis]) || header.scale[axis] == 0 ||
         !std::isfinite(header.offset[axis])) {
       throw failed(path + ": expected a finite scale other than 0 and a finite offset on axis " +
-                   std::string(1, "XYZ"[axis]) + ", found " + numberText(header.scale[axis]) + " and " +
-                   numberText(header.offset[axis]));
+                   std::string(1, "XYZ"[axis]) + ", found " + apps::numberText(header.scale[axis]) + " and " +
+                   apps::numberText(header.offset[axis]));
     }
   }
 }

@@ -1,13 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Imports LAS points: each part of a point record becomes an attribute.
 // The mapping is told in docs/rdbtool.md.
+#include "apps/common/interruption.h"
+#include "apps/common/number_text.h"
+#include "apps/common/printable_text.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/interruption.h"
 #include "apps/rdbtool/las_extra_bytes.h"
 #include "apps/rdbtool/las_header.h"
 #include "apps/rdbtool/las_projection.h"
-#include "apps/rdbtool/number_text.h"
 
 #include <algorithm>
 #include <array>
@@ -82,38 +83,41 @@ Overview overviewOf(PointReader& reader, const LasHeader& header) {
 /// How stamps become seconds of the week, and the day of the time base.
 struct TimeMapping {
   double addend = 0;
-  CalendarDate epoch;
+  std::chrono::sys_days epoch;
 };
 
 /// The week that stamps of the week are counted in: asked for, or that of the file's creation.
-CalendarDate weekOfSurvey(const ImportRequest& request, const LasHeader& header) {
+std::chrono::sys_days weekOfSurvey(const ImportRequest& request, const LasHeader& header) {
   if (request.date) {
     return *request.date;
   }
   const bool dated = header.creationYear >= 1980 && header.creationYear <= 9999 && header.creationDay >= 1 &&
                      header.creationDay <= 366;
-  return dated ? plusDays({static_cast<int>(header.creationYear), 1, 1}, header.creationDay - 1)
-               : CalendarDate{};
+  if (!dated) {
+    return gpsOrigin;
+  }
+  const auto newYear = std::chrono::year(static_cast<int>(header.creationYear)) / std::chrono::January / 1;
+  return std::chrono::sys_days(newYear) + std::chrono::days(header.creationDay - 1);
 }
 
 TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, const Overview& overview,
                         std::ostream& notes) {
   if (!header.adjustedGpsTime) {
     if (overview.stampsOutsideWeek) {
-      notes << request.input << ": expected GPS seconds of the week, found stamps outside 0 to 604800; they "
-            << "are kept as they are\n";
+      apps::printLine(notes, request.input + ": expected GPS seconds of the week, found stamps outside 0 to "
+                                             "604800; they are kept as they are");
     }
     return {0, epochForWeekSeconds(overview.firstStamp, weekOfSurvey(request, header))};
   }
   const double week = std::floor((overview.firstStamp + adjustedOrigin) / weekSeconds);
   if (!(week >= 0 && week < 1e5)) {
-    notes << request.input << ": expected adjusted GPS time, found a first stamp of "
-          << numberText(overview.firstStamp) << "; the stamps are kept as they are\n";
+    apps::printLine(notes, request.input + ": expected adjusted GPS time, found a first stamp of " +
+                               apps::numberText(overview.firstStamp) + "; the stamps are kept as they are");
     return {0, weekOfSurvey(request, header)};
   }
   // The addend is whole and, outside the origin's own week, the sum smaller than the stamp: no bit is lost.
   const double addend = adjustedOrigin - week * weekSeconds;
-  const CalendarDate weekBegin = plusDays(CalendarDate{}, static_cast<std::int64_t>(week) * 7);
+  const std::chrono::sys_days weekBegin = gpsOrigin + std::chrono::weeks(static_cast<int>(week));
   return {addend, epochForWeekSeconds(overview.firstStamp + addend, weekBegin)};
 }
 
@@ -222,14 +226,15 @@ class PointWriter {
 
 void tellWhatIsLeft(const ImportRequest& request, const LasHeader& header, const ExtraBytes& extra,
                     std::ostream& notes) {
+  const std::string ofFormat = " of point format " + std::to_string(header.format) + " left";
   if (header.layout.waveform) {
-    notes << request.input << ": waveform packets of point format " << header.format << " left\n";
+    apps::printLine(notes, request.input + ": waveform packets" + ofFormat);
   }
   if (header.layout.nearInfrared) {
-    notes << request.input << ": near infrared of point format " << header.format << " left\n";
+    apps::printLine(notes, request.input + ": near infrared" + ofFormat);
   }
   for (const std::string& sentence : extra.left) {
-    notes << request.input << ": " << sentence << "\n";
+    apps::printLine(notes, request.input + ": " + sentence);
   }
 }
 
@@ -246,7 +251,7 @@ std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
   if (header.layout.gpsTime) {
     mapping = timeMapping(request, header, overview, notes);
   }
-  const InterruptionWatch watch;
+  const apps::InterruptionWatch watch;
   Writer writer(request.output, request.writer);
   PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, overview.wideColours);
   if (header.layout.gpsTime) {

@@ -2,8 +2,9 @@
 // What rdbtool tells of a database: its description, and the findings of a check.
 #include "apps/rdbtool/report.h"
 
+#include "apps/common/number_text.h"
+#include "apps/common/printable_text.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/number_text.h"
 #include "container/format/stored_type.h"
 #include "container/read/verify.h"
 #include "platform/client/rdb.h"
@@ -26,7 +27,7 @@ std::string typeName(const PointAttribute& attribute) {
 }
 
 std::string quoted(const std::string& text) {
-  return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+  return apps::printableJson(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void describeAsJson(const std::string& path, riegl::rdb::Pointcloud& database, std::ostream& out) {
@@ -49,21 +50,21 @@ void describeAsJson(const std::string& path, riegl::rdb::Pointcloud& database, s
   for (const std::string& name : database.metaData().list()) {
     description["metadata"].push_back({{"name", name}, {"bytes", database.metaData().get(name).size()}});
   }
-  out << description.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  out << apps::printableJson(description.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, std::ostream& out) {
-  out << path << "\nrecords     " << database.recordCount() << "\nblock rows  " << database.blockRows()
-      << "\nattributes\n";
+  out << apps::printable(path) << "\nrecords     " << database.recordCount() << "\nblock rows  "
+      << database.blockRows() << "\nattributes\n";
   for (const std::string& name : database.pointAttribute().list()) {
     const PointAttribute attribute = database.pointAttribute().get(name);
-    out << "  " << std::left << std::setw(36) << name << " " << std::setw(8) << typeName(attribute) << " x "
-        << attribute.length;
+    out << "  " << std::left << std::setw(36) << apps::printable(name) << " " << std::setw(8)
+        << typeName(attribute) << " x " << attribute.length;
     if (attribute.scale != 1) {
-      out << "  scale " << numberText(attribute.scale);
+      out << "  scale " << apps::numberText(attribute.scale);
     }
     if (attribute.offset != 0) {
-      out << "  offset " << numberText(attribute.offset);
+      out << "  offset " << apps::numberText(attribute.offset);
     }
     if (!attribute.unit.empty()) {
       out << "  unit " << quoted(attribute.unit);
@@ -72,8 +73,8 @@ void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, s
   }
   out << "metadata\n";
   for (const std::string& name : database.metaData().list()) {
-    out << "  " << std::left << std::setw(36) << name << " " << database.metaData().get(name).size()
-        << " bytes\n";
+    out << "  " << std::left << std::setw(36) << apps::printable(name) << " "
+        << database.metaData().get(name).size() << " bytes\n";
   }
 }
 
@@ -93,16 +94,16 @@ void describe(const std::string& path, bool json, std::ostream& out) {
 bool verifyDatabase(const std::string& path, std::ostream& out) {
   requireReadableFile(path);
   const auto print = [&out](const std::string& what, const std::string& details) {
-    out << what << ": " << details << "\n";
+    apps::printLine(out, what + ": " + details);
   };
   try {
     const embedded::Verification seen = embedded::verify(path, print);
-    out << path << ": " << counted(seen.blocks, "block") << ", " << seen.bytes << " bytes, "
-        << counted(seen.findings, "finding");
+    std::string summary = path + ": " + counted(seen.blocks, "block") + ", " + std::to_string(seen.bytes) +
+                          " bytes, " + counted(seen.findings, "finding");
     if (seen.withoutChecksum > 0) {
-      out << ", " << counted(seen.withoutChecksum, "block") << " without a checksum";
+      summary += ", " + counted(seen.withoutChecksum, "block") + " without a checksum";
     }
-    out << "\n";
+    apps::printLine(out, summary);
     return seen.findings == 0;
   } catch (const riegl::rdb::Error& error) {
     print(error.what(), error.details());

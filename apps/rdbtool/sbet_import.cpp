@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Imports SBET trajectories: records of 17 doubles become the attributes riegl.pof_*.
 // The mapping is told in docs/rdbtool.md.
+#include "apps/common/interruption.h"
+#include "apps/common/number_text.h"
+#include "apps/common/printable_text.h"
+#include "apps/rdbtool/geocentric.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/interruption.h"
-#include "apps/rdbtool/number_text.h"
 #include "apps/rdbtool/tool_error.h"
-#include "apps/rdbtool/wgs84.h"
 
 #include <algorithm>
 #include <array>
@@ -18,11 +19,12 @@ namespace rdbtool {
 
 namespace {
 
+constexpr double degreesPerRadian = 180 / std::numbers::pi;
 constexpr std::size_t valuesPerRecord = 17;
 constexpr std::size_t recordBytes = valuesPerRecord * sizeof(double);
 
 /// The places of the values that are taken over; velocities, accelerations and rates are not.
-enum Place { time, latitude, longitude, altitude, roll = 7, pitch, platformHeading, wanderAngle };
+enum Value { time, latitude, longitude, altitude, roll = 7, pitch, platformHeading, wanderAngle };
 
 using Record = std::array<double, valuesPerRecord>;
 
@@ -46,7 +48,7 @@ void checkRecord(const std::string& path, std::uint64_t number, const Record& re
     if (!std::isfinite(size) || (place == latitude && size > std::numbers::pi / 2) ||
         (place == longitude && size > 2 * std::numbers::pi)) {
       throw failed(path + ": expected finite values and angles in radians, found " + names[place] + " " +
-                   numberText(record[place]) + " in record " + std::to_string(number));
+                   apps::numberText(record[place]) + " in record " + std::to_string(number));
     }
   }
 }
@@ -74,8 +76,8 @@ class TrajectoryWriter {
   }
 
   void put(const Record& record, std::size_t row) {
-    const Vector3 here = geocentric({record[longitude], record[latitude], record[altitude]});
-    pathLength += any ? chord(last, here) : 0;
+    const Place here = geocentric(record[longitude], record[latitude], record[altitude]);
+    pathLength += any ? std::hypot(here[0] - last[0], here[1] - last[1], here[2] - last[2]) : 0;
     last = here;
     any = true;
     const double values[] = {record[time],
@@ -93,8 +95,11 @@ class TrajectoryWriter {
   void write(std::size_t rows) { batch.write(rows); }
 
  private:
+  using Place = std::array<double, 3>;
+
   ColumnBatch batch;
-  Vector3 last{};
+  GeocentricConversion geocentric;
+  Place last{};
   double pathLength = 0;
   bool any = false;
 };
@@ -109,13 +114,13 @@ std::uint64_t importSbet(const ImportRequest& request, std::ostream& notes) {
     firstStamp = littleEndian<double>(file.atMost(0, sizeof(double)).data());
   }
   if (!(firstStamp >= 0 && firstStamp < weekSeconds)) {
-    notes << request.input << ": expected GPS seconds of the week, found a first stamp of "
-          << numberText(firstStamp) << "; the stamps are kept as they are\n";
+    apps::printLine(notes, request.input + ": expected GPS seconds of the week, found a first stamp of " +
+                               apps::numberText(firstStamp) + "; the stamps are kept as they are");
   }
-  const InterruptionWatch watch;
+  const apps::InterruptionWatch watch;
   Writer writer(request.output, request.writer);
   TrajectoryWriter trajectory(writer);
-  const CalendarDate week = request.date.value_or(CalendarDate{});
+  const std::chrono::sys_days week = request.date.value_or(gpsOrigin);
   writer.setMetadata("riegl.time_base", timeBaseText(epochForWeekSeconds(firstStamp, week), "GPS"));
   std::vector<Record> piece(batchRows);
   for (std::uint64_t first = 0; first < records; first += batchRows) {

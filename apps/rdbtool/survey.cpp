@@ -51,8 +51,9 @@ double Survey::draw(std::uint64_t index) const {
   return unitInterval(mixBits(seed, index));
 }
 
-CalendarDate Survey::day() const {
-  return plusDays({2024, 5, 12}, static_cast<std::int64_t>(draw(dayOfWeek) * 7));
+std::chrono::sys_days Survey::day() const {
+  constexpr std::chrono::sys_days sunday = std::chrono::year(2024) / std::chrono::May / 12;
+  return sunday + std::chrono::days(static_cast<int>(draw(dayOfWeek) * 7));
 }
 
 Pose Survey::poseAt(std::uint64_t ticks) const {

@@ -54,7 +54,7 @@ class Survey {
   Survey(std::uint64_t surveySeed, std::uint64_t pulseRateHz);
 
   /// The day of the flight, in UTC.
-  CalendarDate day() const;
+  std::chrono::sys_days day() const;
   /// Ticks since midnight of the first shot and the first trajectory record.
   std::uint64_t startTicks() const noexcept { return firstTick; }
   /// Ticks from one shot to the next.

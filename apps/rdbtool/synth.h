@@ -32,8 +32,8 @@ struct SynthRequest {
 /// Makes the database. The same request gives the same rows, and fewer records of a seed are a prefix of
 /// more. The output appears under its name when all of it is written, and not at all on a failure.
 ///
-/// \errors  ToolError (wrong use): an unknown column or metadata item, more records than the day is long;
-///          riegl::rdb::Error from the writer
+/// \errors  ToolError (wrong use): an unknown column or metadata item, more records than the day is long, one
+///          file for database and lever arm; apps::OutputError; riegl::rdb::Error from the writer
 /// \threads one thread a request
 void synthesise(const SynthRequest& request);
 
