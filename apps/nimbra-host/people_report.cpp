@@ -2,6 +2,7 @@
 // Lays the report out: outcome first, then each representation as a table of its columns.
 #include "apps/nimbra-host/people_report.h"
 
+#include "apps/common/printable_text.h"
 #include "apps/nimbra-host/column_summary.h"
 #include "apps/nimbra-host/elements.h"
 #include "apps/nimbra-host/people_text.h"
@@ -13,6 +14,8 @@
 namespace nimbrahost {
 
 namespace {
+
+using apps::printable;
 
 constexpr std::size_t labelWidth = 10;
 constexpr std::size_t nameWidth = 27;
@@ -320,7 +323,7 @@ bool writePeopleReport(OutputBuffer& output, const LoadRequest& request, const L
 void reportFailures(const LoadRequest& request, const LoadOutcome& outcome, const PictureOutcome* picture,
                     std::ostream& err) {
   const auto report = [&err, &request](const std::string& text) {
-    err << "nimbra-host: " << request.file << ": " << text << "\n";
+    apps::printLine(err, "nimbra-host: " + request.file + ": " + text);
   };
   if (outcome.exception || !outcome.result.empty()) {
     report(resultText(outcome));

@@ -9,9 +9,6 @@
 
 namespace nimbrahost {
 
-/// The text with control characters as \xNN.
-std::string printable(std::string_view text);
-
 /// The text filled up with blanks to a number of characters; a longer text stays as it is. Characters are
 /// counted in UTF-8.
 std::string leftAligned(std::string_view text, std::size_t width);

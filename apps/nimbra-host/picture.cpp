@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Draws points into a raster and writes it as PNG.
+// Draws points into a raster.
 #include "apps/nimbra-host/picture.h"
 
+#include "apps/common/output_file.h"
 #include "apps/nimbra-host/elements.h"
+#include "apps/nimbra-host/png_file.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
-#include <png.h>
 #include <vector>
 
 namespace nimbrahost {
@@ -197,19 +198,7 @@ class Canvas {
     }
   }
 
-  /// \returns empty, or why the file could not be written
-  std::string write(const std::string& file) const {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(width);
-    image.height = static_cast<png_uint_32>(height);
-    image.format = PNG_FORMAT_RGB;
-    const bool written = png_image_write_to_file(&image, file.c_str(), 0, pixels.data(), 0, nullptr) != 0 &&
-                         !PNG_IMAGE_FAILED(image);
-    std::string reason = written ? "" : "cannot write " + file + ": " + image.message;
-    png_image_free(&image);
-    return reason;
-  }
+  Raster raster() const { return {width, height, pixels}; }
 
  private:
   int width;
@@ -334,7 +323,11 @@ PictureOutcome drawPicture(const Nimbra::Grid& grid, const PictureRequest& reque
                              ? drawPath(canvas, extents, pieces)
                              : drawCloud(canvas, grid, extents, pieces, dotSide(request, totalOf(pieces)));
   }
-  outcome.error = canvas.write(request.file);
+  try {
+    writePng(request.file, canvas.raster());
+  } catch (const apps::OutputError& error) {
+    outcome.error = error.what();
+  }
   return outcome;
 }
 

@@ -285,11 +285,11 @@ TEST_F(Program, OutputThatCannotBeWrittenIsStatusOne) {
   for (const char* const redirection : {">/dev/full", ">&-", "| head -c 10 >/dev/null"}) {
     const ProgramRun run = runProgram(load, redirection);
     EXPECT_EQ(run.status, 1) << redirection;
-    EXPECT_EQ(run.err, "nimbra-host: the report could not be written to standard output\n") << redirection;
+    EXPECT_EQ(run.err, "nimbra-host: cannot write to standard output\n") << redirection;
   }
   const ProgramRun help = runProgram("load --help", ">/dev/full");
   EXPECT_EQ(help.status, 1);
-  EXPECT_EQ(help.err, "nimbra-host: the report could not be written to standard output\n");
+  EXPECT_EQ(help.err, "nimbra-host: cannot write to standard output\n");
 }
 
 TEST_F(Program, PathWithBytesThatAreNoUtf8StillGivesJson) {
