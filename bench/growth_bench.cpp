@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How the cost of a load grows with records and with columns: a table for docs/benchmarks.md, each line a process of
-// its own.
+// How the cost of a load grows with records and with columns: a table, each line from a process of its own.
+// 58 columns are the most that one database can bring: of the 61 rows of the import two share an attribute, two time
+// columns exclude each other, and a colour takes the bytes of another column.
 #include "bench/support/child.h"
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"

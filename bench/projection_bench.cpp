@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Proj::transform against PROJ's own array call on one thread, and trajectories of two lengths.
+// A ratio of processor times near 1 means that the second thread adds no work.
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/random_values.h"

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The library's own share of a load: its sources over a client that copies from memory, against the same copies into
-// buffers made in the same way without the library.
+// buffers made in the same way without the library: vectors of 5000000 elements through `makeFreshElements`, one more set
+// than there are blocks, as a load makes.
 #include "arrays/quillon/physical_space.h"
 #include "bench/in_memory/rdb.h"
 #include "bench/support/comparison.h"

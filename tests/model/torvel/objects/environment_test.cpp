@@ -43,7 +43,7 @@ TEST(ExecutableDirectory, HoldsTheRunningProgram) {
   const std::string directory = Torvel::getExecutableDir();
   ASSERT_FALSE(directory.empty());
   EXPECT_NE(directory.back(), '/');
-  EXPECT_TRUE(std::filesystem::exists(directory + "/platform_model_test"));
+  EXPECT_TRUE(std::filesystem::exists(directory + "/model_objects_test"));
 }
 
 } // namespace
