@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The columns of a database under way, a bounded number of rows at a time.
+// Buffers for the columns of a database that is being written, a bounded number of rows at a time.
 #include "apps/rdbtool/column_batch.h"
 
 #include "apps/common/interruption.h"

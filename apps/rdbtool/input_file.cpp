@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A file that is imported: opened for reading, read by position.
+// An input file, read by position.
 #include "apps/rdbtool/input_file.h"
 
 #include "apps/common/target_path.h"
@@ -10,7 +10,8 @@
 #include <filesystem>
 #include <system_error>
 
-static_assert(std::endian::native == std::endian::little, "values are taken from files as they stand");
+static_assert(std::endian::native == std::endian::little,
+              "values are copied from files without swapping bytes");
 
 namespace rdbtool {
 

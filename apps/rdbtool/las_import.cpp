@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Imports LAS points: each part of a point record becomes an attribute.
-// The mapping is told in docs/rdbtool.md.
+// Imports LAS points: each part of a point record becomes an attribute; docs/rdbtool.md has the mapping.
 #include "apps/common/interruption.h"
 #include "apps/common/number_text.h"
 #include "apps/common/printable_text.h"
@@ -19,10 +18,10 @@ namespace rdbtool {
 
 namespace {
 
-constexpr double adjustedOrigin = 1e9; // what adjusted stamps leave away
+constexpr double adjustedOrigin = 1e9; // seconds that adjusted GPS time subtracts
 constexpr std::size_t pieceBytes = std::size_t{16} << 20;
 
-/// Reads the point records piece by piece, from the first as often as asked.
+/// Reads the point records piece by piece, in several passes if necessary.
 class PointReader {
  public:
   PointReader(InputFile& lasFile, const LasHeader& checkedHeader) : file(lasFile), header(checkedHeader) {
@@ -31,7 +30,7 @@ class PointReader {
     bytes.resize(rowsAtOnce * header.recordBytes);
   }
 
-  /// The most records that a visit gets.
+  /// The largest number of records per visit.
   std::size_t mostRows() const { return rowsAtOnce; }
 
   /// Calls visit(first record's bytes, record count) over all points.
@@ -53,7 +52,7 @@ class PointReader {
   std::vector<std::byte> bytes;
 };
 
-/// What has to be known of all points before the first is written.
+/// Facts about all points that the first written record depends on.
 struct Overview {
   double firstStamp = 0;
   bool stampsOutsideWeek = false;
@@ -80,13 +79,13 @@ Overview overviewOf(PointReader& reader, const LasHeader& header) {
   return overview;
 }
 
-/// How stamps become seconds of the week, and the day of the time base.
+/// What is added to time stamps to make them seconds of the week, and the day of the time base.
 struct TimeMapping {
   double addend = 0;
   std::chrono::sys_days epoch;
 };
 
-/// The week that stamps of the week are counted in: asked for, or that of the file's creation.
+/// A day in the week of the survey: from the command line, or the day on which the file was created.
 std::chrono::sys_days weekOfSurvey(const ImportRequest& request, const LasHeader& header) {
   if (request.date) {
     return *request.date;
@@ -115,7 +114,7 @@ TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, c
                                apps::numberText(overview.firstStamp) + "; the stamps are kept as they are");
     return {0, weekOfSurvey(request, header)};
   }
-  // The addend is whole and, outside the origin's own week, the sum smaller than the stamp: no bit is lost.
+  // The addend is an integer and, outside the week of the origin, the sum is smaller than the stamp: the sum is exact.
   const double addend = adjustedOrigin - week * weekSeconds;
   const std::chrono::sys_days weekBegin = gpsOrigin + std::chrono::weeks(static_cast<int>(week));
   return {addend, epochForWeekSeconds(overview.firstStamp + addend, weekBegin)};
@@ -140,7 +139,7 @@ class PointWriter {
     source = batch.add(attribute("riegl.source_index", StoredType::uint16));
     if (header.layout.colour) {
       colour = batch.add(attribute("riegl.rgba", StoredType::uint8, {}, 4));
-      // A load takes the colours' column from this attribute, so the one never stands without the other.
+      // A load binds the colours in place of this attribute and fails where it is missing.
       batch.add(attribute("riegl.direction_medium", StoredType::int8, {}, 3));
     }
     for (const ExtraBytesField& field : extra.fields) {
@@ -224,16 +223,16 @@ class PointWriter {
   std::vector<std::size_t> extraColumns;
 };
 
-void tellWhatIsLeft(const ImportRequest& request, const LasHeader& header, const ExtraBytes& extra,
-                    std::ostream& notes) {
-  const std::string ofFormat = " of point format " + std::to_string(header.format) + " left";
+void noteSkippedParts(const ImportRequest& request, const LasHeader& header, const ExtraBytes& extra,
+                      std::ostream& notes) {
+  const std::string ofFormat = " of point format " + std::to_string(header.format) + " skipped";
   if (header.layout.waveform) {
     apps::printLine(notes, request.input + ": waveform packets" + ofFormat);
   }
   if (header.layout.nearInfrared) {
     apps::printLine(notes, request.input + ": near infrared" + ofFormat);
   }
-  for (const std::string& sentence : extra.left) {
+  for (const std::string& sentence : extra.skipped) {
     apps::printLine(notes, request.input + ": " + sentence);
   }
 }
@@ -244,7 +243,7 @@ std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
   InputFile file(request.input);
   const LasHeader header = readLasHeader(file);
   const ExtraBytes extra = describedExtraBytes(header);
-  tellWhatIsLeft(request, header, extra, notes);
+  noteSkippedParts(request, header, extra, notes);
   PointReader reader(file, header);
   const Overview overview = overviewOf(reader, header);
   TimeMapping mapping;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The extensions that a load goes by.
+// A warning for output names whose extension does not match the content.
 #include "apps/rdbtool/output_name.h"
 
 #include "apps/common/printable_text.h"
@@ -35,7 +35,7 @@ void noteOutputName(DatabaseContent content, const std::string& path, std::ostre
   const DatabaseContent taken = contentByName(path);
   if (taken != content) {
     apps::printLine(notes, path + ": expected the extension " + extensionOf(content) + " for " +
-                               nameOf(content) + ", found a name that a load takes for " + nameOf(taken));
+                               nameOf(content) + ", found a name that a load reads as " + nameOf(taken));
   }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What rdbtool tells of a database: its description, and the findings of a check.
+// The output of `info` and `verify`: the description of a database, and the findings of a check.
 #include "apps/rdbtool/report.h"
 
 #include "apps/common/number_text.h"

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Imports SBET trajectories: records of 17 doubles become the attributes riegl.pof_*.
-// The mapping is told in docs/rdbtool.md.
+// Imports SBET trajectories: records of 17 doubles become the attributes riegl.pof_*; docs/rdbtool.md has the mapping.
 #include "apps/common/interruption.h"
 #include "apps/common/number_text.h"
 #include "apps/common/printable_text.h"
@@ -23,7 +22,7 @@ constexpr double degreesPerRadian = 180 / std::numbers::pi;
 constexpr std::size_t valuesPerRecord = 17;
 constexpr std::size_t recordBytes = valuesPerRecord * sizeof(double);
 
-/// The places of the values that are taken over; velocities, accelerations and rates are not.
+/// Positions of the imported values in a record; velocities, accelerations and rates are skipped.
 enum Value { time, latitude, longitude, altitude, roll = 7, pitch, platformHeading, wanderAngle };
 
 using Record = std::array<double, valuesPerRecord>;
@@ -53,14 +52,14 @@ void checkRecord(const std::string& path, std::uint64_t number, const Record& re
   }
 }
 
-/// Degrees from true north in [0, 360): the platform's heading counts from the wander frame.
+/// Degrees from true north in [0, 360); the platform heading is relative to the wander frame.
 double yawDegrees(const Record& record) {
   const double yaw = std::fmod((record[platformHeading] - record[wanderAngle]) * degreesPerRadian, 360.0);
   const double positive = yaw < 0 ? yaw + 360.0 : yaw;
-  return positive >= 360.0 ? 0.0 : positive; // the sum above may round up to the full circle
+  return positive >= 360.0 ? 0.0 : positive; // the sum above may round to 360
 }
 
-/// Turns records into rows and keeps the length of the path so far.
+/// Converts records to rows and sums up the length of the path.
 class TrajectoryWriter {
  public:
   explicit TrajectoryWriter(Writer& writer) : batch(writer) {

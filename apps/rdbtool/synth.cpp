@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases of a synthetic survey: its scan, its shots, or its trajectory.
+// Makes databases of a synthetic survey: scan, shots, or trajectory.
 #include "apps/rdbtool/synth.h"
 
 #include "apps/common/interruption.h"
@@ -22,7 +22,7 @@ std::string fullName(const std::string& name) {
   return name.rfind("riegl.", 0) == 0 ? name : "riegl." + name;
 }
 
-/// The columns of `table` that were asked for, in the table's order; all where none was.
+/// The requested columns in the order of the table; all where none is requested.
 template <typename Column>
 std::vector<Column> chosen(const std::vector<Column>& table, const std::vector<std::string>& names) {
   std::set<std::string> wanted;
@@ -30,7 +30,7 @@ std::vector<Column> chosen(const std::vector<Column>& table, const std::vector<s
     wanted.insert(fullName(name));
   }
   if (wanted.count("riegl.rgba") != 0) {
-    wanted.insert("riegl.direction_medium"); // a load takes the colours' column from it
+    wanted.insert("riegl.direction_medium"); // a load binds the colours in place of it
   }
   std::vector<Column> columns;
   for (const Column& column : table) {
@@ -98,7 +98,7 @@ void checkRate(const std::string& option, std::uint64_t rateHz) {
   }
 }
 
-/// Stamps are seconds of one day, so a flight must not reach midnight.
+/// Time stamps are seconds of one day, so a flight must end before midnight.
 void checkDay(const SynthRequest& request, const Survey& survey) {
   const std::uint64_t step = request.kind == SynthKind::trajectory ? ticksPerSecond / request.trajectoryRateHz
                                                                    : survey.ticksPerShot();
@@ -109,7 +109,7 @@ void checkDay(const SynthRequest& request, const Survey& survey) {
   }
 }
 
-/// The lever-arm file that was asked for, written but not yet under its name; nothing where none was.
+/// The complete lever-arm file before it takes its name; null for an empty path.
 std::unique_ptr<apps::OutputFile> writeLeverArm(const std::string& path) {
   if (path.empty()) {
     return nullptr;

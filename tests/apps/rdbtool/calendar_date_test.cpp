@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Dates, week days and the time base of an import.
+// Days as text, weeks, and the epoch of an import.
 #include "apps/rdbtool/calendar_date.h"
 
 #include "apps/rdbtool/tool_error.h"
