@@ -24,7 +24,7 @@ enum Status : int { loaded = 0, failed = 1, wrongUse = 2, unreadable = 3 };
 
 constexpr auto program = "nimbra-host";
 
-/// Everything that was typed.
+/// The options of a load.
 struct Wishes {
   LoadRequest load;
   std::optional<int> epsgCode;
@@ -68,19 +68,20 @@ std::string sizeProblem(const std::string& text) {
 }
 
 void addLoad(CLI::App& app, Wishes& wishes) {
-  CLI::App* load = app.add_subcommand("load", "load a database and show what stands on the grid");
-  load->add_option("FILE", wishes.load.file, "database; .pofx is a trajectory, all else a point cloud")
+  CLI::App* load = app.add_subcommand("load", "load a database and show the content of the grid");
+  load->add_option("FILE", wishes.load.file,
+                   "database: a trajectory (.pofx) or a point cloud (any other extension)")
       ->required();
   load->add_flag("--all-attributes", wishes.load.loadAllAttributes, "load the optional columns too");
-  load->add_option("--epsg", wishes.epsgCode, "EPSG code of the system that a trajectory is projected to")
+  load->add_option("--epsg", wishes.epsgCode, "EPSG code of the coordinate system to project a trajectory to")
       ->check(CLI::Validator(apps::decimalProblem<int>, ""));
   load->add_option("--lever-arm", wishes.load.leverArmFile,
                    "lever-arm and misalignment file of a trajectory");
   load->add_flag("--rebase-time", wishes.load.rebaseTime,
                  "move a trajectory's time stamps onto the seconds of the week");
   load->add_flag("--waveform", wishes.load.waveform, "show the metadata for waveform processing");
-  load->add_flag("--json", wishes.json, "one JSON object on standard output");
-  load->add_option("--values", wishes.values, "how many elements of each column to show: a number or all")
+  load->add_flag("--json", wishes.json, "print one JSON object");
+  load->add_option("--values", wishes.values, "elements to show per fragment: a number or all")
       ->check(CLI::Validator(valuesProblem, "N|all"));
   load->add_option("--picture", wishes.picture.file, "PNG file to write: a top view of the points")
       ->check(CLI::Validator(apps::pathProblem, ""));
@@ -96,7 +97,7 @@ void note(std::ostream& err, const std::string& option, const std::string& kind)
   printError(err, "note: " + option + " has no effect on a " + kind);
 }
 
-/// Says which options a file of this kind leaves unused.
+/// Prints a note for each option that has no effect on this kind of file.
 void noteUnusedOptions(const Wishes& wishes, std::ostream& err) {
   if (!wishes.size.empty() && wishes.picture.file.empty()) {
     printError(err, "note: --size has no effect without --picture");
@@ -124,7 +125,7 @@ PictureSubject subjectOf(const std::string& file) {
                             : PictureSubject::cloud;
 }
 
-/// Why no picture can be written to the wanted place; empty where nothing is known against it.
+/// Why the picture cannot be written to its path, as far as that is known before the load; empty if nothing is.
 std::string whyNoPicture(const Wishes& wishes) {
   const std::string& picture = wishes.picture.file;
   if (picture.empty()) {
@@ -193,9 +194,9 @@ Status run(Wishes& wishes, std::ostream& out, std::ostream& err) {
   return loadAndShow(wishes, out, err);
 }
 
-/// Does what the arguments ask for.
+/// Runs the command that the arguments name.
 Status answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
-  CLI::App app("Loads a laser-scanner database and shows what stands on the grid.", program);
+  CLI::App app("Loads a laser-scanner database and shows the content of the grid.", program);
   Wishes wishes;
   addLoad(app, wishes);
   app.set_version_flag("--version", apps::versionText(program))->description("print the version and exit");

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// nimbra-host: loads a database and shows what stands on the grid.
+// nimbra-host: loads a database and shows the content of the grid.
 #include "apps/common/program.h"
 #include "apps/nimbra-host/command_line.h"
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The program as users and scripts meet it: exit statuses, standard error, and whole loads.
+// The program as users and scripts run it: exit statuses, standard error, and complete loads.
 #include "tests/apps/nimbra-host/program_run.h"
 #include "tests/support/database.h"
 #include "tests/support/permissions.h"
@@ -34,7 +34,7 @@ class Program : public testing::Test {
     return path;
   }
 
-  /// A flight northwards, one record a second.
+  /// A flight northwards, one record per second.
   std::string givenTrajectory(double firstStamp, const std::string& timeBase = gpsTimeBase) const {
     const auto along = [](double start, double step) {
       return [start, step](std::uint64_t record, unsigned int) { return start + step * double(record); };
