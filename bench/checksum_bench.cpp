@@ -9,7 +9,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::crc32;
+using container::crc32;
 
 // As many bytes as a load has in the cache at a time, over and over.
 bench::Finding checksums() {

@@ -15,15 +15,14 @@
 
 namespace {
 
-using riegl::rdb::embedded::AttributeSpec;
-using riegl::rdb::embedded::Writer;
+using container::Attribute;
+using container::Writer;
 
 constexpr std::uint64_t rowsAtOnce = 125000;
 
 /// A database of one column whose stored values follow from `Source` and the rule.
 template <class Source, class Stored>
-void writeColumn(const std::string& path, const AttributeSpec& spec, std::uint64_t rows,
-                 Stored (*rule)(Source)) {
+void writeColumn(const std::string& path, const Attribute& spec, std::uint64_t rows, Stored (*rule)(Source)) {
   Writer writer(path);
   writer.addAttribute(spec);
   for (std::uint64_t first = 0; first < rows; first += rowsAtOnce) {
@@ -74,8 +73,8 @@ bench::Finding compareLoads(const Pair& pair, const std::string& field) {
   return compareTimes(pair);
 }
 
-AttributeSpec spec(const std::string& name, bench::StoredType type, unsigned int length, double scale = 1) {
-  AttributeSpec made;
+Attribute spec(const std::string& name, bench::ElementType type, unsigned int length, double scale = 1) {
+  Attribute made;
   made.name = name;
   made.type = type;
   made.length = length;
@@ -89,10 +88,10 @@ bench::Finding scaledIntegers() {
   const Pair pair;
   const unsigned int rows = bench::records(20000000, 100000);
   writeColumn<std::int32_t, std::int32_t>(pair.converted,
-                                          spec("riegl.xyz", bench::StoredType::int32, 3, millimetre), rows,
+                                          spec("riegl.xyz", bench::ElementType::int32, 3, millimetre), rows,
                                           [](std::int32_t value) { return value; });
   writeColumn<std::int32_t, double>(
-      pair.asAsked, spec("riegl.xyz", bench::StoredType::float64, 3), rows,
+      pair.asAsked, spec("riegl.xyz", bench::ElementType::float64, 3), rows,
       [](std::int32_t value) { return static_cast<double>(value) * millimetre; });
   return compareLoads(pair, "Positions");
 }
@@ -100,9 +99,9 @@ bench::Finding scaledIntegers() {
 bench::Finding floatsAskedAsDoubles() {
   const Pair pair;
   const unsigned int rows = bench::records(20000000, 100000);
-  writeColumn<float, float>(pair.converted, spec("riegl.timestamp", bench::StoredType::float32, 1), rows,
+  writeColumn<float, float>(pair.converted, spec("riegl.timestamp", bench::ElementType::float32, 1), rows,
                             [](float value) { return value; });
-  writeColumn<float, double>(pair.asAsked, spec("riegl.timestamp", bench::StoredType::float64, 1), rows,
+  writeColumn<float, double>(pair.asAsked, spec("riegl.timestamp", bench::ElementType::float64, 1), rows,
                              [](float value) { return static_cast<double>(value); });
   return compareLoads(pair, "GPSTime");
 }
@@ -110,9 +109,9 @@ bench::Finding floatsAskedAsDoubles() {
 bench::Finding doublesAskedAsFloats() {
   const Pair pair;
   const unsigned int rows = bench::records(20000000, 100000);
-  writeColumn<double, double>(pair.converted, spec("riegl.amplitude", bench::StoredType::float64, 1), rows,
+  writeColumn<double, double>(pair.converted, spec("riegl.amplitude", bench::ElementType::float64, 1), rows,
                               [](double value) { return value; });
-  writeColumn<double, float>(pair.asAsked, spec("riegl.amplitude", bench::StoredType::float32, 1), rows,
+  writeColumn<double, float>(pair.asAsked, spec("riegl.amplitude", bench::ElementType::float32, 1), rows,
                              [](double value) { return static_cast<float>(value); });
   return compareLoads(pair, "Amplitude");
 }
@@ -138,9 +137,9 @@ bench::Finding doublesAskedAsFloatsOverDoubles() {
   const Pair pair;
   const unsigned int rows = bench::records(20000000, 100000);
   const auto unchanged = [](double value) { return value; };
-  writeColumn<double, double>(pair.converted, spec("riegl.amplitude", bench::StoredType::float64, 1), rows,
+  writeColumn<double, double>(pair.converted, spec("riegl.amplitude", bench::ElementType::float64, 1), rows,
                               unchanged);
-  writeColumn<double, double>(pair.asAsked, spec("riegl.timestamp", bench::StoredType::float64, 1), rows,
+  writeColumn<double, double>(pair.asAsked, spec("riegl.timestamp", bench::ElementType::float64, 1), rows,
                               unchanged);
   {
     Nimbra::Grid floats;

@@ -13,11 +13,11 @@ namespace {
 
 /// 36 bytes a record, in the order of the bare file that the script reads.
 std::vector<bench::Column> columns() {
-  return {{"riegl.xyz", "Positions", bench::StoredType::float64, 3, true},
-          {"riegl.timestamp", "GPSTime", bench::StoredType::float64, 1, true},
-          {"riegl.echo_count", "EchoCount", bench::StoredType::uint16, 1, true},
-          {"riegl.target_index", "TargetIndex", bench::StoredType::uint8, 1, true},
-          {"riegl.mirror_facet", "MirrorFacet", bench::StoredType::uint8, 1, true}};
+  return {{"riegl.xyz", "Positions", bench::ElementType::float64, 3, true},
+          {"riegl.timestamp", "GPSTime", bench::ElementType::float64, 1, true},
+          {"riegl.echo_count", "EchoCount", bench::ElementType::uint16, 1, true},
+          {"riegl.target_index", "TargetIndex", bench::ElementType::uint8, 1, true},
+          {"riegl.mirror_facet", "MirrorFacet", bench::ElementType::uint8, 1, true}};
 }
 
 double sumOfStamps(const Nimbra::Grid& grid) {

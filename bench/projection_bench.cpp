@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Proj::transform against PROJ's own array call on one thread, and trajectories of two lengths.
 // A ratio of processor times near 1 means that the second thread adds no work.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/random_values.h"
-#include "loader/trajectory/pofx2nimbra.h"
-#include "model/torvel/objects/environment.h"
 #include "platform/transformation/transform.h"
+#include "tests/support/changed_variable.h"
 #include "tests/support/temp_dir.h"
 
 #include <cstring>
@@ -37,9 +38,6 @@ Points pointsOfTheZone(std::size_t count) {
 class BareProjection {
  public:
   BareProjection() : context(proj_context_create(), proj_context_destroy), steps(nullptr, proj_destroy) {
-    const std::string folder = Torvel::getExecutableDir();
-    const char* const folders[] = {folder.c_str()};
-    proj_context_set_search_paths(context.get(), 1, folders);
     const std::unique_ptr<PJ, PJ* (*)(PJ*)> found(
         proj_create_crs_to_crs(context.get(), degrees, zone33, nullptr), proj_destroy);
     steps.reset(proj_normalize_for_visualization(context.get(), found.get()));
@@ -102,10 +100,10 @@ bench::Finding shortBlock() {
 void writeTrajectory(const std::string& path, unsigned int rows) {
   const std::vector<std::string> names{"timestamp",   "roll",     "pitch",     "yaw",
                                        "path_length", "latitude", "longitude", "height"};
-  riegl::rdb::embedded::Writer writer(path);
+  container::Writer writer(path);
   std::vector<std::vector<double>> columns;
   for (const std::string& name : names) {
-    riegl::rdb::embedded::AttributeSpec spec;
+    container::Attribute spec;
     spec.name = "riegl.pof_" + name;
     writer.addAttribute(spec);
     columns.push_back(bench::randomValues<double>(columns.size(), 0, rows));
@@ -125,6 +123,7 @@ void writeTrajectory(const std::string& path, unsigned int rows) {
 }
 
 void loadTrajectory(const std::string& path, Nimbra::Grid& grid) {
+  const support::ChangedVariable restored("PROJ_LIB", std::nullopt); // which the load sets
   const std::string failure = Riegl::pofx2nimbra(path, grid, 32633, nullptr, "", nullptr);
   bench::require(failure.empty(), failure);
 }
@@ -163,7 +162,6 @@ bench::Finding trajectories() {
 } // namespace
 
 int main(int argc, char** argv) {
-  Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true);
   bench::addComparison("Proj::transform / array call on one thread", againstTheArrayCall);
   bench::addComparison("Proj::transform of 1000 points and zeros / of a full block", shortBlock);
   bench::addComparison("pofx2nimbra of 1000 records / of 5 million", trajectories);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The rebasing of a time column against the bare addition.
-#include "loader/timebase/rebase.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"

@@ -2,12 +2,13 @@
 // The library's own share of a load: its sources over a client that copies from memory, against the same copies into
 // buffers made in the same way without the library: vectors of 5000000 elements through `makeFreshElements`, one more set
 // than there are blocks, as a load makes.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "arrays/quillon/physical_space.h"
 #include "bench/in_memory/rdb.h"
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
 #include "loader/columns/block_size.h"
-#include "loader/pointcloud/rdbx2Z4.h"
 #include "model/nimbra/grid.h"
 #include "model/torvel/references/fresh_elements.h"
 

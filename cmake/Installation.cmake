@@ -1,31 +1,13 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# What `cmake --install` puts where, and the CMake package rdb2nimbra with the namespace rdb2nimbra::.
+# What `cmake --install` puts where: libraries, headers, programs, the CMake package and the pkg-config files.
 include(CMakePackageConfigHelpers)
 
-set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/rdb2nimbra)
-set(libraries rdb2nimbra)
-foreach(pair CLIENT:rdb2nimbra_platform_client MODEL:rdb2nimbra_model
-    TRANSFORMATION:rdb2nimbra_platform_transformation CALENDAR:rdb2nimbra_platform_calendar)
-  string(REPLACE ":" ";" pair ${pair})
-  list(POP_FRONT pair interface embedded)
-  if(NOT interface IN_LIST RDB2NIMBRA_REPLACED)
-    list(APPEND libraries ${embedded})
-  endif()
-endforeach()
-# Libraries find each other in their own folder, programs find them from theirs.
-set_target_properties(${libraries} PROPERTIES INSTALL_RPATH "$ORIGIN")
-if(RDB2NIMBRA_REPLACED)
-  # The replacements aren't installed with them and stay where they were found.
-  set_target_properties(${libraries} PROPERTIES INSTALL_RPATH_USE_LINK_PATH ON)
-endif()
-install(TARGETS ${libraries} rdb2nimbra_include rdb2nimbra_arrays_nimbra rdb2nimbra_arrays_quillon rdb2nimbra_headers
-  EXPORT rdb2nimbra-targets
+get_property(public_targets GLOBAL PROPERTY RDB2NIMBRA_PUBLIC_TARGETS)
+get_property(components GLOBAL PROPERTY RDB2NIMBRA_COMPONENTS)
+install(TARGETS ${public_targets} EXPORT rdb2nimbra-targets
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-
 if(RDB2NIMBRA_TOOLS)
-  file(RELATIVE_PATH to_libraries ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
-  set_target_properties(rdbtool nimbra-host PROPERTIES INSTALL_RPATH "$ORIGIN/${to_libraries}")
-  install(TARGETS rdbtool nimbra-host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
+  install(TARGETS rdb2nimbra_rdbtool rdb2nimbra_nimbra_host RUNTIME DESTINATION ${CMAKE_INSTALL_BINDIR})
 endif()
 
 # Headers keep their folders; those of a replaced part come with its replacement.
@@ -40,17 +22,40 @@ foreach(header IN LISTS headers)
   get_filename_component(folder ${header} DIRECTORY)
   # The public ones come to include/rdb2nimbra itself.
   string(REGEX REPLACE "^include/rdb2nimbra$" "." folder ${folder})
-  install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra/${folder})
+  set(file ${PROJECT_SOURCE_DIR}/${header})
+  if(EXISTS ${file}.in) # made at configuration
+    set(file ${PROJECT_BINARY_DIR}/${header})
+  endif()
+  install(FILES ${file} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra/${folder})
 endforeach()
 
+set(package_folder ${CMAKE_INSTALL_LIBDIR}/cmake/rdb2nimbra)
 install(EXPORT rdb2nimbra-targets NAMESPACE rdb2nimbra:: DESTINATION ${package_folder})
-set(projection_data "")
-if(NOT TRANSFORMATION IN_LIST RDB2NIMBRA_REPLACED)
-  set(projection_data ${CMAKE_INSTALL_BINDIR}/proj.db)
-endif()
 configure_package_config_file(${PROJECT_SOURCE_DIR}/cmake/rdb2nimbra-config.cmake.in
-  ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake INSTALL_DESTINATION ${package_folder} PATH_VARS projection_data)
+  ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake INSTALL_DESTINATION ${package_folder}
+  NO_SET_AND_CHECK_MACRO)
 write_basic_package_version_file(${PROJECT_BINARY_DIR}/rdb2nimbra-config-version.cmake
   COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/rdb2nimbra-config.cmake ${PROJECT_BINARY_DIR}/rdb2nimbra-config-version.cmake
   DESTINATION ${package_folder})
+
+# pkg-config knows nothing of targets of others, so it is for the embedded platform only.
+if(NOT RDB2NIMBRA_REPLACED)
+  set(pkgconfig_folder ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig)
+  file(RELATIVE_PATH to_prefix ${pkgconfig_folder} ${CMAKE_INSTALL_PREFIX})
+  file(RELATIVE_PATH to_libraries ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_LIBDIR})
+  file(RELATIVE_PATH to_headers ${pkgconfig_folder} ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+  set(definitions "")
+  if(RDB2NIMBRA_PORTABLE_ELEMENTS)
+    set(definitions " -DRDB2NIMBRA_PORTABLE_ELEMENTS")
+  endif()
+  # rdb2nimbra_pkgconfig(<package> <libraries> <description>)
+  function(rdb2nimbra_pkgconfig package libraries description)
+    configure_file(${PROJECT_SOURCE_DIR}/cmake/rdb2nimbra.pc.in ${PROJECT_BINARY_DIR}/${package}.pc @ONLY)
+    install(FILES ${PROJECT_BINARY_DIR}/${package}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+  endfunction()
+  rdb2nimbra_pkgconfig(rdb2nimbra "-lrdb2nimbra -lrdb2nimbra_client -lrdb2nimbra_model" "${PROJECT_DESCRIPTION}")
+  if(TARGET rdb2nimbra::container)
+    rdb2nimbra_pkgconfig(rdb2nimbra-container -lrdb2nimbra_container "Reads, writes and verifies database files")
+  endif()
+endif()

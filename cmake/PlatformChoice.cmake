@@ -1,6 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Which implementation of each closed interface the library is built against.
-# docs/integration.md tells what a replacement has to provide.
+# docs/integration.md specifies what a replacement has to provide.
 #
 # A choice is a target of an enclosing project, a package that has a target of its own name ("scanner"), or a target
 # of a package ("scanner::client" of the package scanner). Where nothing is chosen, the embedded one is built.
@@ -17,6 +17,7 @@ set(RDB2NIMBRA_MODEL_ROOMS model/torvel/core model/torvel/references model/torve
 
 set(RDB2NIMBRA_REPLACED "")          # the interfaces that are not embedded
 set(RDB2NIMBRA_REPLACEMENT_PACKAGES "") # what the installed package has to find first
+set(RDB2NIMBRA_REPLACEMENT_FOLDERS "")  # where replacements of the enclosing project are built
 foreach(interface CLIENT MODEL TRANSFORMATION CALENDAR)
   set(chosen "${RDB2NIMBRA_${interface}}")
   set(header "${RDB2NIMBRA_${interface}_HEADER}")
@@ -37,7 +38,14 @@ foreach(interface CLIENT MODEL TRANSFORMATION CALENDAR)
       "put it into an imported target (docs/build.md)")
   endif()
   list(APPEND RDB2NIMBRA_REPLACED ${interface})
-  if(NOT TARGET ${chosen})
+  if(TARGET ${chosen})
+    # A library that the enclosing project builds. CMake itself adds no folder of the build to an installed run path.
+    get_target_property(imported ${chosen} IMPORTED)
+    get_target_property(kind ${chosen} TYPE)
+    if(NOT imported AND kind STREQUAL "SHARED_LIBRARY")
+      list(APPEND RDB2NIMBRA_REPLACEMENT_FOLDERS "$<TARGET_FILE_DIR:${chosen}>")
+    endif()
+  else()
     string(REGEX REPLACE "::.*" "" package "${chosen}")
     find_package(${package} REQUIRED)
     list(APPEND RDB2NIMBRA_REPLACEMENT_PACKAGES ${package})

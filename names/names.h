@@ -1,72 +1,138 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Names of the point attributes and metadata items that the library asks a database for.
+// The one table of the point attributes that the project knows, and the names of the metadata items.
 // The names are fixed by the RDB 2 attribute and metadata tables.
 #pragma once
 
+#include "names/element_type.h"
+
+#include <string_view>
+
 namespace Riegl {
 
-/// Point attributes, for the attribute catalogue and for binding.
+/// One point attribute of a database.
+struct Attribute {
+  const char* name;     ///< name in the database
+  ElementType element;  ///< element type of the column that it becomes
+  unsigned leastValues; ///< fewest values per record that a database may have
+  unsigned mostValues;  ///< most values per record; the size of every buffer follows from it
+
+  /// Elements of a buffer that holds `mostValues` values.
+  constexpr unsigned elementsPerRecord() const { return mostValues / componentsOf(element); }
+};
+
 namespace attributes {
-inline constexpr const char* amplitude = "riegl.amplitude";
-inline constexpr const char* classification = "riegl.class";
-inline constexpr const char* deviation = "riegl.deviation";
-inline constexpr const char* directionMedium = "riegl.direction_medium";
-inline constexpr const char* dyntrigUncertainPoint = "riegl.dyntrig_uncertain_point";
-inline constexpr const char* echoCount = "riegl.echo_count";
-inline constexpr const char* echoFirst = "riegl.echo_first";
-inline constexpr const char* fwa = "riegl.fwa";
-inline constexpr const char* gain = "riegl.gain";
-inline constexpr const char* hydroIntersectionNormal = "riegl.hydro_intersection_normal";
-inline constexpr const char* hydroIntersectionPoint = "riegl.hydro_intersection_point";
-inline constexpr const char* id = "riegl.id";
-inline constexpr const char* lineAngleCoarse = "riegl.line_angle_coarse";
-inline constexpr const char* mirrorFacet = "riegl.mirror_facet";
-inline constexpr const char* mtaUncertainPoint = "riegl.mta_uncertain_point";
-inline constexpr const char* mtaZone = "riegl.mta_zone";
-inline constexpr const char* pofHeight = "riegl.pof_height";
-inline constexpr const char* pofLatitude = "riegl.pof_latitude";
-inline constexpr const char* pofLongitude = "riegl.pof_longitude";
-inline constexpr const char* pofPathLength = "riegl.pof_path_length";
-inline constexpr const char* pofPitch = "riegl.pof_pitch";
-inline constexpr const char* pofPitchNed = "riegl.pof_pitch_ned";
-inline constexpr const char* pofRoll = "riegl.pof_roll";
-inline constexpr const char* pofRollNed = "riegl.pof_roll_ned";
-inline constexpr const char* pofTimestamp = "riegl.pof_timestamp";
-inline constexpr const char* pofXyz = "riegl.pof_xyz";
-inline constexpr const char* pofYaw = "riegl.pof_yaw";
-inline constexpr const char* pofYawNed = "riegl.pof_yaw_ned";
-inline constexpr const char* pulseWidth = "riegl.pulse_width";
-inline constexpr const char* rawRange = "riegl.raw_range";
-inline constexpr const char* reflectance = "riegl.reflectance";
-inline constexpr const char* rgba = "riegl.rgba";
-inline constexpr const char* scanAngle = "riegl.scan_angle";
-inline constexpr const char* scanDirection = "riegl.scan_direction";
-inline constexpr const char* scanLineIndex = "riegl.scan_line_index";
-inline constexpr const char* scanSegment = "riegl.scan_segment";
-inline constexpr const char* shotDirection = "riegl.shot_direction";
-inline constexpr const char* shotOrigin = "riegl.shot_origin";
-inline constexpr const char* shotTimestampHr = "riegl.shot_timestamp_hr";
-inline constexpr const char* sourceIndex = "riegl.source_index";
-inline constexpr const char* sourceIndicator = "riegl.source_indicator";
-inline constexpr const char* startOfScanLine = "riegl.start_of_scan_line";
-inline constexpr const char* targetCount = "riegl.target_count";
-inline constexpr const char* targetIndex = "riegl.target_index";
-inline constexpr const char* timestamp = "riegl.timestamp";
-inline constexpr const char* waveformAvailable = "riegl.waveform_available";
-inline constexpr const char* wfmEchoTimeOffset = "riegl.wfm_echo_time_offset";
-inline constexpr const char* wfmSampleValue = "riegl.wfm_sample_value";
-inline constexpr const char* wfmSblChannel = "riegl.wfm_sbl_channel";
-inline constexpr const char* wfmSblCount = "riegl.wfm_sbl_count";
-inline constexpr const char* wfmSblFirst = "riegl.wfm_sbl_first";
-inline constexpr const char* wfmSblId = "riegl.wfm_sbl_id";
-inline constexpr const char* wfmSblMean = "riegl.wfm_sbl_mean";
-inline constexpr const char* wfmSblStdDev = "riegl.wfm_sbl_std_dev";
-inline constexpr const char* wfmSblTimeOffset = "riegl.wfm_sbl_time_offset";
-inline constexpr const char* wfmSdaCount = "riegl.wfm_sda_count";
-inline constexpr const char* wfmSdaFirst = "riegl.wfm_sda_first";
-inline constexpr const char* windowEchoImpactCorrected = "riegl.window_echo_impact_corrected";
-inline constexpr const char* xyz = "riegl.xyz";
-inline constexpr const char* xyzSocs = "riegl.xyz_socs";
+
+/// All attributes, by name. A database client must refuse an attribute whose values per record lie outside
+/// its range, because the loader sizes its buffers by this table and not by the database.
+///
+/// Some writers store only one value of a hydrographic intersection.
+// clang-format off
+inline constexpr Attribute table[] = {
+    {"riegl.amplitude", ElementType::float32, 1, 1},
+    {"riegl.class", ElementType::uint16, 1, 1},
+    {"riegl.deviation", ElementType::int16, 1, 1},
+    {"riegl.direction_medium", ElementType::vector, 3, 3},
+    {"riegl.dyntrig_uncertain_point", ElementType::uint8, 1, 1},
+    {"riegl.echo_count", ElementType::uint16, 1, 1},
+    {"riegl.echo_first", ElementType::uint64, 1, 1},
+    {"riegl.fwa", ElementType::uint8, 1, 1},
+    {"riegl.gain", ElementType::float32, 1, 1},
+    {"riegl.hydro_intersection_normal", ElementType::float64, 1, 3},
+    {"riegl.hydro_intersection_point", ElementType::float64, 1, 3},
+    {"riegl.id", ElementType::uint64, 1, 1},
+    {"riegl.line_angle_coarse", ElementType::float32, 1, 1},
+    {"riegl.mirror_facet", ElementType::uint8, 1, 1},
+    {"riegl.mta_uncertain_point", ElementType::uint8, 1, 1},
+    {"riegl.mta_zone", ElementType::uint8, 1, 1},
+    {"riegl.pof_height", ElementType::float64, 1, 1},
+    {"riegl.pof_latitude", ElementType::float64, 1, 1},
+    {"riegl.pof_longitude", ElementType::float64, 1, 1},
+    {"riegl.pof_path_length", ElementType::float64, 1, 1},
+    {"riegl.pof_pitch", ElementType::float64, 1, 1},
+    {"riegl.pof_pitch_ned", ElementType::float64, 1, 1},
+    {"riegl.pof_roll", ElementType::float64, 1, 1},
+    {"riegl.pof_roll_ned", ElementType::float64, 1, 1},
+    {"riegl.pof_timestamp", ElementType::float64, 1, 1},
+    {"riegl.pof_xyz", ElementType::point, 3, 3},
+    {"riegl.pof_yaw", ElementType::float64, 1, 1},
+    {"riegl.pof_yaw_ned", ElementType::float64, 1, 1},
+    {"riegl.pulse_width", ElementType::float32, 1, 1},
+    {"riegl.raw_range", ElementType::float64, 1, 1},
+    {"riegl.reflectance", ElementType::float32, 1, 1},
+    {"riegl.rgba", ElementType::rgba, 4, 4},
+    {"riegl.scan_angle", ElementType::float32, 1, 1},
+    {"riegl.scan_direction", ElementType::uint8, 1, 1},
+    {"riegl.scan_line_index", ElementType::int32, 1, 1},
+    {"riegl.scan_segment", ElementType::uint8, 1, 1},
+    {"riegl.shot_direction", ElementType::vector, 3, 3},
+    {"riegl.shot_origin", ElementType::point, 3, 3},
+    {"riegl.shot_timestamp_hr", ElementType::uint64, 1, 1},
+    {"riegl.source_index", ElementType::uint32, 1, 1},
+    {"riegl.source_indicator", ElementType::uint8, 1, 1},
+    {"riegl.start_of_scan_line", ElementType::uint8, 1, 1},
+    {"riegl.target_count", ElementType::uint8, 1, 1},
+    {"riegl.target_index", ElementType::uint8, 1, 1},
+    {"riegl.timestamp", ElementType::float64, 1, 1},
+    {"riegl.waveform_available", ElementType::uint8, 1, 1},
+    {"riegl.wfm_echo_time_offset", ElementType::int32, 1, 1},
+    {"riegl.wfm_sample_value", ElementType::uint16, 1, 1},
+    {"riegl.wfm_sbl_channel", ElementType::uint8, 1, 1},
+    {"riegl.wfm_sbl_count", ElementType::uint16, 1, 1},
+    {"riegl.wfm_sbl_first", ElementType::uint64, 1, 1},
+    {"riegl.wfm_sbl_id", ElementType::uint64, 1, 1},
+    {"riegl.wfm_sbl_mean", ElementType::float32, 1, 1},
+    {"riegl.wfm_sbl_std_dev", ElementType::float32, 1, 1},
+    {"riegl.wfm_sbl_time_offset", ElementType::int32, 1, 1},
+    {"riegl.wfm_sda_count", ElementType::uint16, 1, 1},
+    {"riegl.wfm_sda_first", ElementType::uint64, 1, 1},
+    {"riegl.window_echo_impact_corrected", ElementType::uint8, 1, 1},
+    {"riegl.xyz", ElementType::point, 3, 3},
+    {"riegl.xyz_socs", ElementType::point, 3, 3},
+};
+// clang-format on
+
+/// The attribute of that name, or null for a name that is not in the table.
+constexpr const Attribute* find(std::string_view name) {
+  for (const Attribute& attribute : table) {
+    if (attribute.name == name) {
+      return &attribute;
+    }
+  }
+  return nullptr;
+}
+
+/// The attribute of that name, looked up by the compiler: `attributes::named("riegl.xyz")`. A name that is
+/// not in the table does not compile.
+consteval const Attribute& named(std::string_view name) {
+  const Attribute* const found = find(name);
+  return found != nullptr ? *found : throw "expected the name of an attribute in names/names.h";
+}
+
+/// Whether each name stands for one entry.
+consteval bool namesAreUnique() {
+  for (const Attribute& attribute : table) {
+    if (find(attribute.name) != &attribute) {
+      return false;
+    }
+  }
+  return true;
+}
+
+/// Whether each attribute fills whole elements of a type that the client knows.
+consteval bool valuesFillElements() {
+  for (const Attribute& attribute : table) {
+    const unsigned components = componentsOf(attribute.element);
+    if (dataTypeOf(attribute.element) == 0 || attribute.leastValues < components ||
+        attribute.leastValues > attribute.mostValues || attribute.mostValues % components != 0) {
+      return false;
+    }
+  }
+  return true;
+}
+
+static_assert(namesAreUnique(), "an attribute stands twice in the table");
+static_assert(valuesFillElements(), "the values per record of an attribute do not fit its element type");
+
 } // namespace attributes
 
 /// Metadata items; each holds a JSON document.
@@ -79,7 +145,7 @@ inline constexpr const char* mtaSettings = "riegl.mta_settings";
 inline constexpr const char* timeBase = "riegl.time_base";
 inline constexpr const char* trajectoryInfo = "riegl.trajectory_info";
 inline constexpr const char* waveformInfo = "riegl.waveform_info";
-/// Not in the tables: written by the conversion of the scanner's raw data.
+/// Not in the RDB 2 tables: written by the conversion of the scanner's raw data.
 inline constexpr const char* rxpParameters = "debug.rxp_parameters";
 } // namespace metadata
 

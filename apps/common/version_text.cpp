@@ -2,6 +2,8 @@
 // What a program prints for --version.
 #include "apps/common/version_text.h"
 
+#include <rdb2nimbra/version.h>
+
 namespace apps {
 
 std::string versionText(const std::string& program) {

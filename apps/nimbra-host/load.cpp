@@ -4,6 +4,7 @@
 
 #include <rdb2nimbra/rdb2nimbra.h>
 
+#include "apps/nimbra-host/kept_variable.h"
 #include "model/torvel/core/speak_ptr.h"
 #include "model/torvel/core/typename.h"
 #include "platform/client/rdb.h"
@@ -89,6 +90,8 @@ ColumnCallback makeRebasing(const std::string& file, std::string& error) {
 }
 
 void loadTrajectory(const LoadRequest& request, LoadOutcome& outcome) {
+  // The load sets the variable to this program's folder, where other users of PROJ in the process find no data.
+  const KeptVariable projectionData("PROJ_LIB");
   ColumnCallback callback;
   std::string rebaseError;
   if (request.rebaseTime) {

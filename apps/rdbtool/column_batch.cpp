@@ -7,8 +7,8 @@
 
 namespace rdbtool {
 
-AttributeSpec attribute(const std::string& name, StoredType type, const std::string& unit, unsigned length) {
-  AttributeSpec spec;
+Attribute attribute(const std::string& name, ElementType type, const std::string& unit, unsigned length) {
+  Attribute spec;
   spec.name = name;
   spec.type = type;
   spec.unit = unit;
@@ -16,7 +16,7 @@ AttributeSpec attribute(const std::string& name, StoredType type, const std::str
   return spec;
 }
 
-std::size_t ColumnBatch::add(const AttributeSpec& spec) {
+std::size_t ColumnBatch::add(const Attribute& spec) {
   writer.addAttribute(spec);
   const std::size_t rowBytes = byteSize(spec.type) * spec.length;
   columns.push_back({rowBytes, std::vector<std::byte>(rowBytes * rowCapacity)});

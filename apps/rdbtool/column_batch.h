@@ -2,7 +2,7 @@
 // Buffers for the columns of a database that is being written, a bounded number of rows at a time.
 #pragma once
 
-#include "container/format/stored_type.h"
+#include "container/format/attribute.h"
 #include "container/write/writer.h"
 
 #include <cstddef>
@@ -13,18 +13,18 @@
 
 namespace rdbtool {
 
-using riegl::rdb::embedded::AttributeSpec;
-using riegl::rdb::embedded::byteSize;
-using riegl::rdb::embedded::StoredType;
-using riegl::rdb::embedded::Writer;
-using riegl::rdb::embedded::WriterSettings;
+using container::Attribute;
+using container::byteSize;
+using container::ElementType;
+using container::Writer;
+using container::WriterSettings;
 
 /// Rows per batch; this bounds the memory of every import and synthesis.
 constexpr std::size_t batchRows = 65536;
 
 /// The description of an attribute without scale and offset.
-AttributeSpec attribute(const std::string& name, StoredType type, const std::string& unit = {},
-                        unsigned length = 1);
+Attribute attribute(const std::string& name, ElementType type, const std::string& unit = {},
+                    unsigned length = 1);
 
 /// One buffer per attribute, and the writer that receives their rows.
 ///
@@ -37,7 +37,7 @@ class ColumnBatch {
       : writer(target), rowCapacity(mostRows) {}
 
   /// Adds an attribute to the database and a column to the batch; returns the number of the column.
-  std::size_t add(const AttributeSpec& spec);
+  std::size_t add(const Attribute& spec);
 
   /// The address of one row of one column: `length` values of the stored type.
   std::byte* place(std::size_t column, std::size_t row) {
@@ -53,7 +53,7 @@ class ColumnBatch {
 
   /// Appends the first `rows` rows to the database.
   ///
-  /// \errors  ToolError after an interruption; riegl::rdb::Error from the writer
+  /// \errors  ToolError after an interruption; container::Error from the writer
   void write(std::size_t rows);
 
  private:

@@ -6,13 +6,13 @@
 #include "apps/common/printable_text.h"
 #include "apps/common/program.h"
 #include "apps/common/version_text.h"
+#include "apps/rdbtool/damage_command.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"
 #include "apps/rdbtool/report.h"
 #include "apps/rdbtool/synth.h"
 #include "apps/rdbtool/tool_error.h"
-#include "container/testing/damage.h"
-#include "platform/client/error.h"
+#include "container/format/error.h"
 
 #include <CLI/CLI.hpp>
 #include <functional>
@@ -156,7 +156,7 @@ void addReports(CLI::App& app, Session& session) {
 }
 
 void addDamage(CLI::App& app) {
-  const auto request = std::make_shared<DamageRequest>();
+  const auto request = std::make_shared<container::DamageRequest>();
   CLI::App* command = app.add_subcommand("damage", "damage a database in place, for tests");
   command->add_option("file", request->file, "database")->required();
   command->add_option("--attribute", request->attribute, "attribute whose block or type is damaged");
@@ -176,7 +176,7 @@ void addDamage(CLI::App& app) {
                       "remove a table: database, attribute, block or metadata");
   addNumber(*command, "--flip-file-byte", request->flipFileByte, "flip the bits of this byte of the file");
   addNumber(*command, "--truncate", request->truncateBytes, "keep only this many bytes of the file");
-  command->callback([request] { damage(*request); });
+  command->callback([request] { damageDatabase(*request); });
 }
 
 int statusNumber(ExitStatus status) {
@@ -194,9 +194,9 @@ int answerFailure(std::ostream& err) {
   } catch (const ToolError& error) {
     printError(err, error.what());
     return statusNumber(error.status());
-  } catch (const riegl::rdb::Error& error) {
+  } catch (const container::Error& error) {
     printError(err, std::string(error.what()) + ": " + error.details());
-    const bool cannotOpen = error.code() == static_cast<int>(riegl::rdb::ErrorKind::cannotOpen);
+    const bool cannotOpen = error.kind() == container::ErrorKind::cannotOpen;
     return statusNumber(cannotOpen ? ExitStatus::unreadable : ExitStatus::failed);
   }
 }

@@ -28,7 +28,7 @@ struct ImportRequest {
 ///
 /// \param notes  receives one line for each thing that is skipped or assumed
 /// \return the number of records
-/// \errors  ToolError; riegl::rdb::Error from the writer
+/// \errors  ToolError; container::Error from the writer
 /// \threads one thread per request
 std::uint64_t importFile(const ImportRequest& request, std::ostream& notes);
 

@@ -15,9 +15,9 @@ constexpr unsigned scaleFlag = 8;
 constexpr unsigned offsetFlag = 16;
 
 /// The scalar types in the order of their numbers, from 1.
-constexpr StoredType plainTypes[] = {
-    StoredType::uint8, StoredType::int8,   StoredType::uint16, StoredType::int16,   StoredType::uint32,
-    StoredType::int32, StoredType::uint64, StoredType::int64,  StoredType::float32, StoredType::float64};
+constexpr ElementType plainTypes[] = {
+    ElementType::uint8, ElementType::int8,   ElementType::uint16, ElementType::int16,   ElementType::uint32,
+    ElementType::int32, ElementType::uint64, ElementType::int64,  ElementType::float32, ElementType::float64};
 
 /// The name of the attribute: printable ASCII without blanks.
 std::string attributeName(const std::string& given) {
@@ -29,7 +29,7 @@ std::string attributeName(const std::string& given) {
 }
 
 /// Copies scale and offset; false where the values of one field have different ones.
-bool takeTransform(const std::byte* description, AttributeSpec& spec) {
+bool takeTransform(const std::byte* description, Attribute& spec) {
   const unsigned flags = std::to_integer<unsigned>(description[3]);
   for (unsigned value = 0; value < spec.length; ++value) {
     const double scale =

@@ -13,7 +13,7 @@ namespace rdbtool {
 /// One described field after the standard part of a point record.
 struct ExtraBytesField {
   unsigned position = 0; // from the start of the record
-  AttributeSpec spec;
+  Attribute spec;
 };
 
 /// The fields that become attributes, and those that do not.

@@ -127,20 +127,20 @@ class PointWriter {
               const ExtraBytes& described, double addend, bool wide)
       : batch(writer, mostRows), header(checkedHeader), extra(described), stampAddend(addend),
         wideColours(wide) {
-    position = batch.add(attribute("riegl.xyz", StoredType::float64, "m", 3));
+    position = batch.add(attribute("riegl.xyz", ElementType::float64, "m", 3));
     if (header.layout.gpsTime) {
-      stamp = batch.add(attribute("riegl.timestamp", StoredType::float64, "s"));
+      stamp = batch.add(attribute("riegl.timestamp", ElementType::float64, "s"));
     }
-    amplitude = batch.add(attribute("riegl.amplitude", StoredType::uint16));
-    targetIndex = batch.add(attribute("riegl.target_index", StoredType::uint8));
-    targetCount = batch.add(attribute("riegl.target_count", StoredType::uint8));
-    classification = batch.add(attribute("riegl.class", StoredType::uint16));
+    amplitude = batch.add(attribute("riegl.amplitude", ElementType::uint16));
+    targetIndex = batch.add(attribute("riegl.target_index", ElementType::uint8));
+    targetCount = batch.add(attribute("riegl.target_count", ElementType::uint8));
+    classification = batch.add(attribute("riegl.class", ElementType::uint16));
     addScanAngle();
-    source = batch.add(attribute("riegl.source_index", StoredType::uint16));
+    source = batch.add(attribute("riegl.source_index", ElementType::uint16));
     if (header.layout.colour) {
-      colour = batch.add(attribute("riegl.rgba", StoredType::uint8, {}, 4));
+      colour = batch.add(attribute("riegl.rgba", ElementType::uint8, {}, 4));
       // A load binds the colours in place of this attribute and fails where it is missing.
-      batch.add(attribute("riegl.direction_medium", StoredType::int8, {}, 3));
+      batch.add(attribute("riegl.direction_medium", ElementType::int8, {}, 3));
     }
     for (const ExtraBytesField& field : extra.fields) {
       extraColumns.push_back(batch.add(field.spec));
@@ -155,7 +155,7 @@ class PointWriter {
         putColour(record + *header.layout.colour, row);
       }
       for (std::size_t index = 0; index < extraColumns.size(); ++index) {
-        const AttributeSpec& spec = extra.fields[index].spec;
+        const Attribute& spec = extra.fields[index].spec;
         std::memcpy(batch.place(extraColumns[index], row), record + extra.fields[index].position,
                     byteSize(spec.type) * spec.length);
       }
@@ -165,9 +165,9 @@ class PointWriter {
 
  private:
   void addScanAngle() {
-    AttributeSpec spec = attribute("riegl.scan_angle", StoredType::int8, "deg");
+    Attribute spec = attribute("riegl.scan_angle", ElementType::int8, "deg");
     if (header.layout.extended) {
-      spec.type = StoredType::int16;
+      spec.type = ElementType::int16;
       spec.scale = 0.006;
     }
     scanAngle = batch.add(spec);

@@ -5,9 +5,9 @@
 #include "apps/common/number_text.h"
 #include "apps/common/printable_text.h"
 #include "apps/rdbtool/input_file.h"
-#include "container/format/stored_type.h"
+#include "container/format/error.h"
+#include "container/read/database.h"
 #include "container/read/verify.h"
-#include "platform/client/rdb.h"
 
 #include <iomanip>
 #include <nlohmann/json.hpp>
@@ -18,28 +18,23 @@ namespace rdbtool {
 namespace {
 
 using Json = nlohmann::ordered_json;
-namespace embedded = riegl::rdb::embedded;
-using riegl::rdb::pointcloud::PointAttribute;
-
-std::string typeName(const PointAttribute& attribute) {
-  const auto type = embedded::storedTypeOf(attribute.storedType);
-  return type ? std::string(embedded::name(*type)) : "unknown";
-}
+using container::Attribute;
+using container::Database;
 
 std::string quoted(const std::string& text) {
   return apps::printableJson(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
-void describeAsJson(const std::string& path, riegl::rdb::Pointcloud& database, std::ostream& out) {
+void describeAsJson(const std::string& path, const Database& database, std::ostream& out) {
   Json description = {{"file", path},
                       {"records", database.recordCount()},
                       {"block_rows", database.blockRows()},
                       {"attributes", Json::array()},
                       {"metadata", Json::array()}};
-  for (const std::string& name : database.pointAttribute().list()) {
-    const PointAttribute attribute = database.pointAttribute().get(name);
-    description["attributes"].push_back({{"name", name},
-                                         {"type", typeName(attribute)},
+  for (std::size_t i = 0; i < database.attributeCount(); ++i) {
+    const Attribute& attribute = database.attribute(i);
+    description["attributes"].push_back({{"name", attribute.name},
+                                         {"type", container::name(attribute.type)},
                                          {"length", attribute.length},
                                          {"scale", attribute.scale},
                                          {"offset", attribute.offset},
@@ -47,19 +42,19 @@ void describeAsJson(const std::string& path, riegl::rdb::Pointcloud& database, s
                                          {"title", attribute.title},
                                          {"description", attribute.description}});
   }
-  for (const std::string& name : database.metaData().list()) {
-    description["metadata"].push_back({{"name", name}, {"bytes", database.metaData().get(name).size()}});
+  for (const std::string& name : database.itemNames()) {
+    description["metadata"].push_back({{"name", name}, {"bytes", database.item(name).value_or("").size()}});
   }
   out << apps::printableJson(description.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
-void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, std::ostream& out) {
+void describeAsText(const std::string& path, const Database& database, std::ostream& out) {
   out << apps::printable(path) << "\nrecords     " << database.recordCount() << "\nblock rows  "
       << database.blockRows() << "\nattributes\n";
-  for (const std::string& name : database.pointAttribute().list()) {
-    const PointAttribute attribute = database.pointAttribute().get(name);
-    out << "  " << std::left << std::setw(36) << apps::printable(name) << " " << std::setw(8)
-        << typeName(attribute) << " x " << attribute.length;
+  for (std::size_t i = 0; i < database.attributeCount(); ++i) {
+    const Attribute& attribute = database.attribute(i);
+    out << "  " << std::left << std::setw(36) << apps::printable(attribute.name) << " " << std::setw(8)
+        << container::name(attribute.type) << " x " << attribute.length;
     if (attribute.scale != 1) {
       out << "  scale " << apps::numberText(attribute.scale);
     }
@@ -72,9 +67,9 @@ void describeAsText(const std::string& path, riegl::rdb::Pointcloud& database, s
     out << "\n";
   }
   out << "metadata\n";
-  for (const std::string& name : database.metaData().list()) {
+  for (const std::string& name : database.itemNames()) {
     out << "  " << std::left << std::setw(36) << apps::printable(name) << " "
-        << database.metaData().get(name).size() << " bytes\n";
+        << database.item(name).value_or("").size() << " bytes\n";
   }
 }
 
@@ -86,8 +81,7 @@ std::string counted(std::uint64_t count, const std::string& thing) {
 
 void describe(const std::string& path, bool json, std::ostream& out) {
   requireReadableFile(path);
-  riegl::rdb::Pointcloud database{riegl::rdb::Context("", "")};
-  database.open(path, {});
+  const Database database(path);
   json ? describeAsJson(path, database, out) : describeAsText(path, database, out);
 }
 
@@ -97,7 +91,7 @@ bool verifyDatabase(const std::string& path, std::ostream& out) {
     apps::printLine(out, what + ": " + details);
   };
   try {
-    const embedded::Verification seen = embedded::verify(path, print);
+    const container::Verification seen = container::verify(path, print);
     std::string summary = path + ": " + counted(seen.blocks, "block") + ", " + std::to_string(seen.bytes) +
                           " bytes, " + counted(seen.findings, "finding");
     if (seen.withoutChecksum > 0) {
@@ -105,7 +99,7 @@ bool verifyDatabase(const std::string& path, std::ostream& out) {
     }
     apps::printLine(out, summary);
     return seen.findings == 0;
-  } catch (const riegl::rdb::Error& error) {
+  } catch (const container::Error& error) {
     print(error.what(), error.details());
     return false;
   }

@@ -9,7 +9,7 @@ namespace rdbtool {
 
 /// Prints records, block size, attributes and metadata items; as one JSON object where `json` is set.
 ///
-/// \errors  ToolError (unreadable); riegl::rdb::Error for a file that is not a valid database
+/// \errors  ToolError (unreadable); container::Error for a file that is not a valid database
 void describe(const std::string& path, bool json, std::ostream& out);
 
 /// Checks all blocks and prints every finding, then a summary.

@@ -67,7 +67,7 @@ class TrajectoryWriter {
          {"timestamp", "latitude", "longitude", "height", "roll", "pitch", "yaw", "path_length"}) {
       const std::string text = name;
       const bool metres = text == "height" || text == "path_length";
-      batch.add(attribute("riegl.pof_" + text, StoredType::float64,
+      batch.add(attribute("riegl.pof_" + text, ElementType::float64,
                           text == "timestamp" ? "s"
                           : metres            ? "m"
                                               : "deg"));

@@ -32,13 +32,13 @@ struct SynthRequest {
 /// same seed. The output appears under its name when it is complete, and not at all after a failure.
 ///
 /// \errors  ToolError (wrong use): an unknown column or metadata item, more records than fit in the day, one
-///          file for database and lever arm; apps::OutputError; riegl::rdb::Error from the writer
+///          file for database and lever arm; apps::OutputError; container::Error from the writer
 /// \threads one thread per request
 void synthesise(const SynthRequest& request);
 
 /// A column of a scan, and how the value of one echo is stored.
 struct ScanColumn {
-  AttributeSpec spec;
+  Attribute spec;
   void (*put)(const Shot& shot, unsigned echo, std::byte* target);
 };
 /// All columns of a scan in the order they are written.
@@ -46,7 +46,7 @@ const std::vector<ScanColumn>& scanColumns();
 
 /// A column of a database of shots, and how the value of one shot is stored.
 struct ShotColumn {
-  AttributeSpec spec;
+  Attribute spec;
   void (*put)(const Shot& shot, std::byte* target);
 };
 const std::vector<ShotColumn>& shotColumns();

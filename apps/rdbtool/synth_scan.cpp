@@ -56,8 +56,8 @@ std::array<std::uint8_t, 4> colourOf(const Shot& shot, unsigned echo) {
                                         : std::array<std::uint8_t, 4>{tone(140), tone(128), tone(92), 255};
 }
 
-AttributeSpec scaled(const std::string& name, StoredType type, const std::string& unit, double scale) {
-  AttributeSpec spec = attribute(name, type, unit);
+Attribute scaled(const std::string& name, ElementType type, const std::string& unit, double scale) {
+  Attribute spec = attribute(name, type, unit);
   spec.scale = scale;
   return spec;
 }
@@ -65,7 +65,7 @@ AttributeSpec scaled(const std::string& name, StoredType type, const std::string
 using Bytes = std::byte*;
 
 std::vector<ScanColumn> makeColumns() {
-  using enum StoredType;
+  using enum ElementType;
   return {
       {attribute("riegl.xyz", float64, "m", 3),
        [](const Shot& s, unsigned e, Bytes to) { store(to, placeOf(s, e)); }},

@@ -24,7 +24,7 @@ float sampleMean(const Shot& shot) {
 using Bytes = std::byte*;
 
 std::vector<ShotColumn> makeColumns() {
-  using enum StoredType;
+  using enum ElementType;
   return {
       {attribute("riegl.wfm_sbl_time_offset", int32),
        [](const Shot& s, Bytes to) {

@@ -74,7 +74,7 @@ void writeTrajectory(Writer& writer, const Survey& survey, const SynthRequest& r
                           {"riegl.pof_height", "m"},      {"riegl.pof_path_length", "m"}};
   ColumnBatch batch(writer);
   for (const auto& column : names) {
-    batch.add(attribute(column.name, StoredType::float64, column.unit));
+    batch.add(attribute(column.name, ElementType::float64, column.unit));
   }
   const std::uint64_t ticksPerRecord = ticksPerSecond / request.trajectoryRateHz;
   Flight flight(survey);

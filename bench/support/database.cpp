@@ -2,10 +2,12 @@
 // Makes databases from seeds and looks at what the load has put on the grid.
 #include "bench/support/database.h"
 
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "bench/support/random_values.h"
-#include "loader/pointcloud/rdbx2Z4.h"
 #include "loader/pointcloud/rdbx_rows.h"
 #include "model/torvel/references/chunk_base.h"
+#include "platform/client/element_type.h"
 
 #include <algorithm>
 #include <array>
@@ -59,7 +61,8 @@ std::vector<unsigned char> randomBytes(std::uint64_t seed, std::uint64_t first, 
 
 bool isOwnColumn(const Riegl::RdbxRow& row) {
   // Left out: the colours, whose bytes are another attribute's, and the second of the two time columns.
-  return row.element != Riegl::Element::rgba && std::strcmp(row.name, "riegl.shot_timestamp_hr") != 0;
+  return row.attribute.element != Riegl::ElementType::rgba &&
+         std::strcmp(row.attribute.name, "riegl.shot_timestamp_hr") != 0;
 }
 
 /// Whether the field shows other values than the column's: a later column of the same field takes its place, and of
@@ -74,12 +77,11 @@ bool isReplaced(const std::vector<Column>& columns, std::size_t index) {
 
 Column columnOf(const Riegl::RdbxRow& row) {
   Column column;
-  column.attribute = row.name;
+  column.attribute = row.attribute.name;
   column.field = row.field;
-  column.type =
-      *riegl::rdb::embedded::storedTypeOf(static_cast<riegl::rdb::pointcloud::DataType>(row.dataType));
-  const bool triple = row.element == Riegl::Element::point || row.element == Riegl::Element::vector;
-  column.length = triple ? 3 : row.valuesPerRecord;
+  column.type = *riegl::rdb::embedded::elementTypeOf(
+      riegl::rdb::pointcloud::DataType(Riegl::dataTypeOf(row.attribute.element)));
+  column.length = row.attribute.mostValues;
   column.inChart = row.toChart;
   return column;
 }
@@ -87,19 +89,19 @@ Column columnOf(const Riegl::RdbxRow& row) {
 } // namespace
 
 std::vector<Column> scanColumns() {
-  return {{"riegl.xyz", "Positions", StoredType::float64, 3, true},
-          {"riegl.timestamp", "GPSTime", StoredType::float64, 1, true},
-          {"riegl.xyz_socs", "Positions", StoredType::float64, 3, false},
-          {"riegl.amplitude", "Amplitude", StoredType::float32, 1, true},
-          {"riegl.reflectance", "Reflectance", StoredType::float32, 1, true},
-          {"riegl.deviation", "Deviation", StoredType::int16, 1, true}};
+  return {{"riegl.xyz", "Positions", ElementType::float64, 3, true},
+          {"riegl.timestamp", "GPSTime", ElementType::float64, 1, true},
+          {"riegl.xyz_socs", "Positions", ElementType::float64, 3, false},
+          {"riegl.amplitude", "Amplitude", ElementType::float32, 1, true},
+          {"riegl.reflectance", "Reflectance", ElementType::float32, 1, true},
+          {"riegl.deviation", "Deviation", ElementType::int16, 1, true}};
 }
 
 std::vector<Column> vocabularyColumns(std::size_t count) {
   std::vector<Column> columns;
   std::set<std::string> names;
   for (const Riegl::RdbxRow& row : Riegl::rdbxRows) {
-    if (columns.size() < count && isOwnColumn(row) && names.insert(row.name).second) {
+    if (columns.size() < count && isOwnColumn(row) && names.insert(row.attribute.name).second) {
       columns.push_back(columnOf(row));
     }
   }
@@ -119,21 +121,21 @@ std::vector<unsigned char> columnBytes(const Column& column, std::size_t index, 
   const std::uint64_t begin = first * column.length;
   const auto count = static_cast<std::size_t>(rows * column.length);
   switch (column.type) {
-  case StoredType::float64:
+  case ElementType::float64:
     return randomBytes<double>(index, begin, count);
-  case StoredType::float32:
+  case ElementType::float32:
     return randomBytes<float>(index, begin, count);
-  case StoredType::int8:
-  case StoredType::uint8:
+  case ElementType::int8:
+  case ElementType::uint8:
     return randomBytes<std::uint8_t>(index, begin, count);
-  case StoredType::int16:
-  case StoredType::uint16:
+  case ElementType::int16:
+  case ElementType::uint16:
     return randomBytes<std::uint16_t>(index, begin, count);
-  case StoredType::int32:
-  case StoredType::uint32:
+  case ElementType::int32:
+  case ElementType::uint32:
     return randomBytes<std::uint32_t>(index, begin, count);
-  case StoredType::int64:
-  case StoredType::uint64:
+  case ElementType::int64:
+  case ElementType::uint64:
     break;
   }
   return randomBytes<std::uint64_t>(index, begin, count);
@@ -141,9 +143,9 @@ std::vector<unsigned char> columnBytes(const Column& column, std::size_t index, 
 
 void writeDatabase(const std::string& path, std::uint64_t rows, const std::vector<Column>& columns,
                    const std::string& barePath) {
-  riegl::rdb::embedded::Writer writer(path);
+  container::Writer writer(path);
   for (const Column& column : columns) {
-    riegl::rdb::embedded::AttributeSpec spec;
+    container::Attribute spec;
     spec.name = column.attribute;
     spec.type = column.type;
     spec.length = column.length;

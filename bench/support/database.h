@@ -2,7 +2,7 @@
 // Databases made from a seed, and what the grid holds of them.
 #pragma once
 
-#include "container/format/stored_type.h"
+#include "container/format/element_type.h"
 #include "container/write/writer.h"
 #include "model/nimbra/grid.h"
 
@@ -13,17 +13,17 @@
 
 namespace bench {
 
-using StoredType = riegl::rdb::embedded::StoredType;
+using ElementType = container::ElementType;
 
 /// A column of a database that is stored as a load asks for it, and the field that it becomes.
 struct Column {
   std::string attribute;
   std::string field;
-  StoredType type = StoredType::float64;
+  ElementType type = ElementType::float64;
   unsigned int length = 1;
   bool inChart = true;
 
-  std::size_t recordBytes() const { return length * riegl::rdb::embedded::byteSize(type); }
+  std::size_t recordBytes() const { return length * container::byteSize(type); }
 };
 
 /// The six columns of an everyday scan, 66 bytes a record: both positions, time stamp, amplitude, reflectance and

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What makes a file a database of the embedded client. Internal to this room; read and write side share it.
+// What identifies a database file, and its tables; reader and writer share it. Internal to the container.
 #pragma once
 
 #include <array>
 #include <cstdint>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
 inline constexpr std::uint32_t applicationId = 0x52444243;
 inline constexpr std::int32_t formatVersion = 1;
@@ -32,4 +32,4 @@ CREATE TABLE block    (attribute INTEGER NOT NULL REFERENCES attribute(id), numb
 CREATE TABLE metadata (name TEXT PRIMARY KEY, value TEXT NOT NULL);
 )";
 
-} // namespace riegl::rdb::embedded
+} // namespace container

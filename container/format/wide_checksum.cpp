@@ -1,16 +1,16 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // CRC-32 in registers of 512 bits.
 //
-// Why: a load that verifies reads every byte once more; with the usual 128 bits that takes a fifth of its time.
-// Folding: a register is what is left of all bytes so far. Two carry-less products move it over a distance, onto the
-// bytes there; the literature on PCLMULQDQ has the method. A processor with wide products does one in two cycles, so
-// folding alone ends near 60 GB a second.
-// Moving: a product is not the only way to move a byte. Modulo the polynomial, x^(8a) = x^(8b) + x^(8c) + 1, so a
-// byte counts as much where it stands as in three places together: a - b, a - c and a bytes further on. Adding is an
-// exclusive or, of which a processor does several a cycle. So of each piece the first half is added to the second,
-// and only the second is folded. a, b and c were found by search; the compiler checks them below. b is small, so
-// that a byte's three readings follow one another closely and come from the first-level cache.
-// Without RDB2NIMBRA_WIDE_CHECKSUM (a choice of the configure step), and on other processors, libdeflate does it all.
+// Why: a load that verifies reads every byte a second time; with the usual 128 bits that takes a fifth of its time.
+// Folding: a register holds the remainder of all bytes so far. Two carry-less products shift it over a distance, onto
+// the bytes there; the literature on PCLMULQDQ describes the method. A processor with wide products computes one in two
+// cycles, which limits folding alone to about 60 GB per second.
+// Moving: a byte can also be moved without a product. Modulo the polynomial, x^(8a) = x^(8b) + x^(8c) + 1, so a byte
+// contributes the same at its own place as at three places together: a - b, a - c and a bytes further on. Adding is an
+// exclusive or, of which a processor does several per cycle. So the first half of each piece is added to the second,
+// and only the second is folded. a, b and c were found by search; the compiler checks them below. b is small, so that
+// the three reads of a byte follow one another closely and come from the first-level cache.
+// Without RDB2NIMBRA_WIDE_CHECKSUM (an option of the configure step), and on other processors, libdeflate does it all.
 #include "container/format/wide_checksum.h"
 
 #include <array>
@@ -19,14 +19,14 @@
 #include <immintrin.h>
 #endif
 
-namespace riegl::rdb::embedded {
+namespace container {
 
 #if RDB2NIMBRA_WIDE_CHECKSUM && defined(__x86_64__)
 namespace {
 
 #define WIDE __attribute__((target("avx512f,avx512bw,avx512dq,avx512vl,vpclmulqdq,pclmul")))
 
-// x^degree modulo the polynomial, bits reflected, in the place where a carry-less product expects it.
+// x^degree modulo the polynomial, bits reflected, at the position where a carry-less product expects it.
 constexpr std::uint64_t power(unsigned degree) {
   std::uint32_t remainder = 0x80000000; // x^0
   for (unsigned i = 0; i < degree; ++i) {
@@ -35,7 +35,7 @@ constexpr std::uint64_t power(unsigned degree) {
   return std::uint64_t{remainder} << 1;
 }
 
-// What moves a register over a distance of `bits`, for its low and its high half.
+// The factors that shift a register over a distance of `bits`, for its low and its high half.
 struct Distance {
   std::uint64_t low, high;
 };
@@ -55,15 +55,15 @@ static_assert((power(8 * a) ^ power(8 * b) ^ power(8 * c) ^ power(0)) == 0, "a m
 constexpr std::size_t registerBytes = 64;
 constexpr std::size_t registers = checksumStepBytes / registerBytes;
 
-// How far on the three places lie, the nearest first.
+// Distances to the three places, the nearest first.
 constexpr std::array<std::size_t, 3> reach{a - b, a - c, a};
 
 constexpr std::size_t wholeSteps(std::size_t bytes) {
   return (bytes + checksumStepBytes - 1) / checksumStepBytes;
 }
 
-// A piece in steps: those that are moved, and behind them those that receive and are folded. The first and the last
-// of these receive from some of the three places only, at some of their bytes.
+// A piece consists of steps that are moved, followed by steps that receive and are folded. The first and the last of
+// these receive from some of the three places only, and at some of their bytes.
 constexpr std::size_t movedSteps = reach[0] / checksumStepBytes;
 constexpr std::size_t movedBytes = movedSteps * checksumStepBytes;
 constexpr std::size_t pieceSteps = wholeSteps(reach[2] + movedBytes);
@@ -74,7 +74,7 @@ constexpr std::size_t lastSteps = pieceSteps - (reach[0] + movedBytes) / checksu
 using PlaceMasks = std::array<std::uint64_t, reach.size()>;
 using StepMasks = std::array<PlaceMasks, registers>;
 
-// Which of a register's bytes, from `position` of the piece on, receive a byte that stands `distance` before them.
+// Which bytes of the register at `position` of the piece receive a byte from `distance` before them.
 constexpr std::uint64_t receivers(std::size_t position, std::size_t distance) {
   std::uint64_t mask = 0;
   for (std::size_t i = 0; i < registerBytes; ++i) {
@@ -124,7 +124,7 @@ struct Alone {
   WIDE __m512i operator()(const unsigned char* at, std::size_t) const { return _mm512_loadu_si512(at); }
 };
 
-// A register's bytes and all that move there.
+// A register's bytes and all bytes that are moved there.
 struct Receiving {
   WIDE __m512i operator()(const unsigned char* at, std::size_t) const {
     const __m512i nearest = _mm512_xor_si512(_mm512_loadu_si512(at), _mm512_loadu_si512(at - reach[0]));
@@ -133,7 +133,7 @@ struct Receiving {
   }
 };
 
-// A register's bytes and those that move there by its masks; what a mask leaves out is not read.
+// A register's bytes and those that are moved there according to its masks; bytes outside a mask are not read.
 struct ReceivingSome {
   const StepMasks& masks;
 
@@ -146,7 +146,7 @@ struct ReceivingSome {
   }
 };
 
-// What is left of all bytes so far.
+// The remainder of all bytes so far, in four registers.
 struct Sums {
   __m512i part[registers];
 
@@ -177,7 +177,7 @@ WIDE inline void foldPiece(Sums& sums, __m512i overOneStep, const unsigned char*
   }
 }
 
-// The checksum of the bytes that `sums` stands for.
+// The checksum of all bytes that were folded into `sums`.
 WIDE inline std::uint32_t remainder(const Sums& sums) {
   static constexpr Distance overOneRegister = distance(512);
   static constexpr Distance overOneLane = distance(128);
@@ -192,7 +192,7 @@ WIDE inline std::uint32_t remainder(const Sums& sums) {
   last = folded(last, byLane, _mm512_extracti64x2_epi64(sum, 1));
   last = folded(last, byLane, _mm512_extracti64x2_epi64(sum, 2));
   last = folded(last, byLane, _mm512_extracti64x2_epi64(sum, 3));
-  // These 16 bytes have the remainder of all bytes before them, counted from an empty register.
+  // These 16 bytes have the same remainder as all bytes so far, starting from an empty register.
   unsigned char rest[16];
   _mm_storeu_si128(reinterpret_cast<__m128i*>(rest), last);
   return libdeflate_crc32(0xffffffffU, rest, sizeof rest);
@@ -240,4 +240,4 @@ std::uint32_t wideCrc32(std::uint32_t previous, const unsigned char* data, std::
 
 #endif
 
-} // namespace riegl::rdb::embedded
+} // namespace container

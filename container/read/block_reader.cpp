@@ -4,7 +4,7 @@
 
 #include <limits>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
 const char* typeText(int type) {
@@ -22,7 +22,7 @@ const char* typeText(int type) {
   }
 }
 
-// Where the table of the blocks begins; a connection is made only for a file that has it.
+// First page of the table of blocks. Every connection has that table: opening checks it.
 std::int64_t rootOfBlocks(Connection& connection) {
   Statement entry(connection, "SELECT rootpage FROM sqlite_schema WHERE name = 'block'",
                   "table \"block\" of " + connection.path());
@@ -64,7 +64,7 @@ void BlockReader::open(const Column& column, const BlockLayout& layout, std::uin
   if (type != "blob") {
     damaged("a blob", type == "null" ? "null" : "a value of type " + type);
   }
-  const std::uint64_t bytes = layout.rows(number) * column.recordBytes();
+  const std::uint64_t bytes = layout.rows(number) * column.attribute.recordBytes();
   if (static_cast<std::uint64_t>(head.integer(4)) != bytes) {
     damaged(std::to_string(bytes) + " bytes", head.text(4));
   }
@@ -121,4 +121,4 @@ void BlockReader::requireChecksum(std::uint32_t found) const {
   }
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

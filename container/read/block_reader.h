@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Reads blocks of one file through one connection. Internal to this room.
+// Reads blocks of one file through one connection. Internal to the container.
 #pragma once
 
 #include "container/format/block_layout.h"
+#include "container/read/column.h"
 #include "container/read/connection.h"
 #include "container/read/overflow_pages.h"
 
@@ -12,12 +13,13 @@
 #include <string>
 #include <vector>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// Bytes taken from a block at a time: they stay in the processor's cache from reading to checksum to conversion.
+/// Bytes read from a block at a time: few enough to stay in the processor's cache from the read through checksum and
+/// conversion.
 inline constexpr std::size_t chunkBytes = std::size_t{256} * 1024;
 
-/// A connection with the one open block of it. Not for two threads at a time; a reader a thread.
+/// A connection and the one block that is open on it. Not thread-safe: one reader per thread.
 class BlockReader {
  public:
   explicit BlockReader(const std::string& path);
@@ -33,17 +35,17 @@ class BlockReader {
   void open(const Column& column, const BlockLayout& layout, std::uint64_t number);
   /// The checksum that the open block carries.
   const std::optional<std::uint32_t>& checksum() const { return expectedChecksum; }
-  /// From here to the next `open` or `readThroughSqlite`, reads of the open block go past SQLite's page cache
-  /// as far as they can; it is to be read from its first byte on, in order. What they give counts only if the
-  /// block's checksum says so. \return false if nothing changes: no checksum, or a block that can't be read so
+  /// Until the next `open` or `readThroughSqlite`, reads of the open block bypass SQLite's page cache where they can;
+  /// the block has to be read from its first byte on, in order, and its bytes are valid only if its checksum confirms
+  /// them. \return false, and no change, for a block without a checksum or one that cannot be read this way
   bool readPastSqlite();
   void readThroughSqlite() { isPastSqlite = false; }
-  /// Reads `bytes` bytes of the open block from `offset` on; they must lie in it. \errors Error if SQLite can't
+  /// Reads `bytes` bytes of the open block from `offset` on; they must lie in it. \errors Error if SQLite fails
   void read(void* to, std::size_t bytes, std::size_t offset);
-  /// Raises the Error for a checksum other than the block's.
+  /// Raises the Error for a damaged block unless `found` is its checksum, or it has none.
   void requireChecksum(std::uint32_t found) const;
 
-  /// Room for values on their way, kept from block to block.
+  /// Buffers for values between file and caller, reused from block to block.
   std::vector<unsigned char> stored, converted;
 
  private:
@@ -61,4 +63,4 @@ class BlockReader {
   std::string object;
 };
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Opening a database file of unknown origin: every check that comes before the first row is read.
+// Opens a database file of unknown origin: every check before the first row is read.
 #include "container/read/connection.h"
 
 #include "container/format/file_format.h"
@@ -13,7 +13,7 @@
 #include <sys/stat.h>
 #include <system_error>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
 constexpr const char* cannotOpen = "cannot open the database";
@@ -41,7 +41,7 @@ const char* kindOf(mode_t mode) {
   }
 }
 
-// The digits by hand: a stream would group them as the host's locale wants it.
+// Not with a stream, which would group the digits as the host's locale asks for.
 std::string hexadecimal(std::uint32_t number, int digits) {
   std::string text;
   for (int shift = 4 * (digits - 1); shift >= 0; shift -= 4) {
@@ -54,7 +54,7 @@ std::string tableText(const char* table, const std::string& path) {
   return std::string("table \"") + table + "\" of " + path;
 }
 
-// For a file that nobody writes to: SQLite neither locks it nor makes files beside it.
+// For a file that nobody writes to: SQLite neither locks it nor creates files beside it.
 std::string immutableAddress(const std::string& path) {
   std::string address = "file:";
   for (const char character : path) {
@@ -68,7 +68,7 @@ std::string immutableAddress(const std::string& path) {
   return address + "?immutable=1";
 }
 
-// SQLite opens what stands beside a database under these names, and would wait for ever at a named pipe.
+// SQLite opens files of these names beside a database, and would wait for ever on a named pipe.
 bool holdsChanges(const char* neighbour) {
   struct stat status {};
   if (stat(neighbour, &status) != 0) {
@@ -114,8 +114,8 @@ Connection::Connection(const std::string& path) : filePath(path), file(requireRe
   checkSchema();
 }
 
-// A file in the mode for concurrent writers is opened like any other while its log holds changes; without a
-// log, a reader would make one and leave it behind.
+// A file in write-ahead mode is opened like any other while its log holds changes; without a log, a reader would create
+// one and leave it behind.
 void Connection::lookBeside() {
   const char* const name = sqlite3_db_filename(handle(), "main");
   const std::string resolved = name;
@@ -141,7 +141,7 @@ void Connection::openFile(const std::string& name, int flags) {
 }
 
 std::array<unsigned char, 100> Connection::readHeader() const {
-  // Read through SQLite's own descriptor: closing another one would drop the locks that it holds.
+  // Read through SQLite's own descriptor: closing another one would release the locks that it holds.
   sqlite3_file* reader = nullptr;
   std::array<unsigned char, 100> header{};
   const bool there =
@@ -174,7 +174,7 @@ void Connection::checkHeader() const {
                     std::to_string(version) +
                     (version > formatVersion ? "; a newer program is needed to read it" : ""));
   }
-  // SQLite takes what is missing from the last page for zeros.
+  // SQLite reads the missing part of a truncated last page as zeros.
   const std::uint64_t bytes = bigEndian(&header[28], 4) * pageBytesIn(header.data());
   const bool countIsValid = bigEndian(&header[24], 4) == bigEndian(&header[92], 4);
   if (countIsValid && file.bytes < bytes) {
@@ -206,7 +206,7 @@ void Connection::harden() {
   sqlite3_limit(db, SQLITE_LIMIT_TRIGGER_DEPTH, 1);
   sqlite3_limit(db, SQLITE_LIMIT_WORKER_THREADS, 0);
   sqlite3_progress_handler(db, stepsBetweenCounts, &Connection::countSteps, this);
-  // A transaction for the whole life: rows found when opening stay where they are until the last is read.
+  // One transaction for the life of the connection: row ids found when opening stay valid until the last read.
   for (const char* pragma :
        {"PRAGMA trusted_schema=OFF", "PRAGMA cell_size_check=ON", "PRAGMA temp_store=MEMORY",
         "PRAGMA mmap_size=0", "PRAGMA cache_size=6", "BEGIN"}) {
@@ -248,8 +248,8 @@ void Connection::checkSchema() {
   }
 }
 
-// What isn't stored has no bound that the file's size would give: a generated value, or a long default in every
-// row that leaves it out.
+// Values that are not stored are not bounded by the size of the file: generated columns, and long defaults in every row
+// that omits the column.
 void Connection::refuseMadeUpValues(const char* table, const std::string& object) {
   Statement made(
       *this, "SELECT name FROM pragma_table_xinfo(?1) WHERE hidden <> 0 OR length(dflt_value) > 16", object);
@@ -267,8 +267,8 @@ int Connection::countSteps(void* self) {
   return connection->steps > connection->mostSteps ? 1 : 0;
 }
 
-// SQLite also says that memory has run out where a damaged size has overflown: then there is room for all that one
-// value of this file may take.
+// SQLite also reports exhausted memory when a damaged size overflows. Then the largest value that this file can hold
+// still fits into memory.
 bool Connection::hasMemoryForContent() const {
   const int mostBytes = sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, -1);
   void* const room = sqlite3_malloc(mostBytes);
@@ -349,4 +349,4 @@ std::string Statement::text(int column) const {
   return characters == nullptr ? std::string() : std::string(characters, static_cast<std::size_t>(bytes));
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// One hardened read-only connection to a database file, and statements on it. Internal to this room.
+// One hardened read-only connection to a database file, and statements on it. Internal to the container.
 #pragma once
 
-#include "platform/client/error.h"
+#include "container/format/error.h"
 
 #include <array>
 #include <cstdint>
@@ -11,9 +11,9 @@
 #include <string>
 #include <sys/types.h>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// Tells one file from another, so that a second connection is known to read what the first one reads.
+/// Distinguishes one file from another, so that a second connection is known to read the same file as the first.
 struct FileIdentity {
   dev_t device = 0;
   ino_t node = 0;
@@ -21,7 +21,8 @@ struct FileIdentity {
   bool operator==(const FileIdentity&) const = default;
 };
 
-/// Raises Error unless `path` names a regular, non-empty file; opens nothing, so a pipe cannot block.
+/// The identity of the regular, non-empty file at `path`; opens nothing, so a pipe cannot block. \errors Error for
+/// anything else
 FileIdentity requireRegularFile(const std::string& path);
 
 /// A connection that sees one unchanging state of the file until it is destroyed.
@@ -32,15 +33,15 @@ class Connection {
   Connection(const Connection&) = delete;
   Connection& operator=(const Connection&) = delete;
 
-  /// SQLite's handle, which stays the connection's.
+  /// SQLite's handle, owned by the connection.
   sqlite3* handle() const { return database.get(); }
   /// The path as it was given.
   const std::string& path() const { return filePath; }
   /// The file that the path led to before it was opened.
   const FileIdentity& identity() const { return file; }
-  /// Starts the count of steps anew that keeps a statement on a damaged file from running for ever.
+  /// Resets the count of steps that ends a statement that would never end on a damaged file.
   void beginStatement() { steps = 0; }
-  /// The Error for a failed call of SQLite while `object` was read. \errors std::bad_alloc if memory has run out
+  /// The Error for a call of SQLite that failed while `object` was read. \errors std::bad_alloc if memory ran out
   Error failure(const std::string& object, int status) const;
 
  private:
@@ -65,7 +66,7 @@ class Connection {
 };
 
 /// A prepared statement; parameters and columns count from 1 and 0 as in SQLite. The connection outlives it.
-/// \errors Error, or std::bad_alloc, from every call that SQLite fails
+/// \errors Error, or std::bad_alloc, from every operation in which SQLite fails
 class Statement {
  public:
   /// \param object  what the statement reads, for error texts, such as `table "block" of scan.rdbx`
@@ -78,7 +79,7 @@ class Statement {
   /// Makes the statement ready for other parameters.
   void reset();
 
-  // A column of the row that `step` went to: the SQLITE_... number of its type, and its value as SQLite converts it.
+  // A column of the current row: the SQLITE_... number of its type, and its value as SQLite converts it.
   int type(int column) const { return sqlite3_column_type(statement.get(), column); }
   std::int64_t integer(int column) const { return sqlite3_column_int64(statement.get(), column); }
   double real(int column) const { return sqlite3_column_double(statement.get(), column); }
@@ -94,4 +95,4 @@ class Statement {
   std::unique_ptr<sqlite3_stmt, Finalize> statement;
 };
 
-} // namespace riegl::rdb::embedded
+} // namespace container

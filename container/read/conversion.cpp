@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The loops of all conversions, one a pair of types, written for the compiler's vectoriser.
-// Compiled with optimisation in every preset
+// The loops of all conversions, one per pair of types, written for the compiler's vectoriser.
+// Compiled with optimisation in every preset.
 #include "container/read/conversion.h"
+
+#include "container/format/element_traits.h"
 
 #include <array>
 #include <bit>
@@ -12,7 +14,7 @@
 #include <type_traits>
 #include <utility>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
 static_assert(std::endian::native == std::endian::little,
@@ -96,30 +98,24 @@ void convert(const unsigned char* __restrict from, unsigned char* __restrict to,
   }
 }
 
-using Row = std::array<std::array<Conversion, 2>, 11>; // by DataType, then by "as is"
+using Row = std::array<std::array<Conversion, 2>, elementTypeCount>; // by target type, then by "as is"
 
-template <class From, class... To>
-constexpr Row rowFrom() {
-  return {{{nullptr, nullptr}, {&convert<From, To, false>, &convert<From, To, true>}...}};
+template <class From, std::size_t... to>
+constexpr Row rowFrom(std::index_sequence<to...>) {
+  return {{{&convert<From, ElementAt<to>, false>, &convert<From, ElementAt<to>, true>}...}};
 }
 
-template <class From>
-constexpr Row row() {
-  return rowFrom<From, std::uint8_t, std::int8_t, std::uint16_t, std::int16_t, std::uint32_t, std::int32_t,
-                 std::uint64_t, std::int64_t, float, double>();
+template <std::size_t... from>
+constexpr std::array<Row, elementTypeCount> table(std::index_sequence<from...> all) {
+  return {rowFrom<ElementAt<from>>(all)...};
 }
 
-constexpr std::array<Row, 10> conversions{row<std::int8_t>(),   row<std::uint8_t>(),  row<std::int16_t>(),
-                                          row<std::uint16_t>(), row<std::int32_t>(),  row<std::uint32_t>(),
-                                          row<std::int64_t>(),  row<std::uint64_t>(), row<float>(),
-                                          row<double>()};
+constexpr auto conversions = table(std::make_index_sequence<elementTypeCount>());
 
 } // namespace
 
-Conversion conversionFor(StoredType from, pointcloud::DataType to, bool asIs) {
-  const auto target = static_cast<std::size_t>(to);
-  return target < std::tuple_size_v<Row> ? conversions[static_cast<std::size_t>(from)][target][asIs ? 1 : 0]
-                                         : nullptr;
+Conversion conversionFor(ElementType from, ElementType to, bool asIs) {
+  return conversions[static_cast<std::size_t>(from)][static_cast<std::size_t>(to)][asIs ? 1 : 0];
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,63 +1,56 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// An open database file: its catalogue, its metadata and its readers. Internal to this room.
+// An open database file: its attributes and its metadata.
 #pragma once
 
-#include "container/format/block_layout.h"
-#include "container/read/block_reader.h"
+#include "container/format/api.h"
+#include "container/format/attribute.h"
 
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// Everything that a query needs of a file; shared by the Pointcloud and its queries.
-class Database {
+struct OpenFile;
+
+/// A database file, opened read-only. Copies share the file, which stays open until the last copy and the last
+/// Cursor on it are gone; nobody can change its content meanwhile.
+/// \threads one thread at a time for all copies and their cursors; databases opened separately are independent
+class CONTAINER_API Database {
  public:
-  /// Opens the file, reads its catalogue and checks it against the blocks that are there.
-  /// \param threadCount  as in OpenSettings
-  /// \errors Error for a file that cannot be opened or contradicts itself
-  Database(const std::string& path, unsigned int threadCount);
+  /// Opens the file at `path` (UTF-8), reads its catalogue and checks it against the blocks that are there.
+  ///
+  /// \param threadCount  how many threads a Cursor may read with, the calling one included. 0 takes two, or one where
+  ///                     this thread may run on a single processor only; 1 starts no thread. The values that are read
+  ///                     never depend on it.
+  /// \errors Error for a file that cannot be opened, is no database or contradicts itself
+  explicit Database(const std::string& path, unsigned int threadCount = 0);
 
-  /// The division into blocks.
-  const BlockLayout& layout() const { return division; }
-  /// All attributes in the order of the file; a column stays where it is as long as the Database lives.
-  const std::vector<Column>& columns() const { return catalogue; }
-  /// The index of a column, or nothing.
-  std::optional<std::size_t> columnNamed(const std::string& name) const;
-  /// The column of that name; an Error if there is none.
-  const Column& requireColumn(const std::string& name) const;
-  const std::string& path() const { return readers.front()->connection().path(); }
+  /// The path as it was given.
+  const std::string& path() const;
+  std::uint64_t recordCount() const;
+  /// Records per block; the last block holds the rest.
+  std::uint64_t blockRows() const;
+
+  std::size_t attributeCount() const;
+  /// An attribute, in the order of the file. \param index  below attributeCount()
+  const Attribute& attribute(std::size_t index) const;
+  /// The attribute of that name, or null. It lives as long as the file is open.
+  const Attribute* find(const std::string& name) const;
+  /// The attribute of that name. \errors Error if there is none
+  const Attribute& require(const std::string& name) const;
 
   /// The text of a metadata item, or nothing. \errors Error for an item that holds no text
-  std::optional<std::string> item(const std::string& name);
-  /// The names of all items, sorted by their bytes. \errors Error for a name that is no text or stands twice
-  std::vector<std::string> itemNames();
-
-  /// The readers for up to `wanted` threads, at least one; fewer if the file cannot be opened once more, or
-  /// another file has taken its place meanwhile.
-  const std::vector<std::unique_ptr<BlockReader>>& readersFor(std::size_t wanted);
+  std::optional<std::string> item(const std::string& name) const;
+  /// The names of all items, sorted by their bytes. \errors Error for a name that is no text or occurs twice
+  std::vector<std::string> itemNames() const;
 
  private:
-  void readLayout();
-  void readAttributes();
-  Column columnFrom(const Statement& row) const;
-  void checkExtent() const;
-  void readBlockIndex(Column& column);
-  void checkOutermostBlocks();
-  bool addReader();
-
-  std::vector<std::unique_ptr<BlockReader>> readers;
-  std::size_t mostReaders;
-  BlockLayout division;
-  std::vector<Column> catalogue;
-  std::unordered_map<std::string, std::size_t> indexByName;
+  friend class Cursor;
+  std::shared_ptr<OpenFile> file;
 };
 
-/// The database, or the Error for one that is not open.
-Database& requireOpen(const std::shared_ptr<Database>& database);
-
-} // namespace riegl::rdb::embedded
+} // namespace container

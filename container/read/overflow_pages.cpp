@@ -2,25 +2,25 @@
 // Reads the blob of a row from the pages of the database file, without SQLite's page cache.
 //
 // Why: sqlite3_blob_read copies every byte twice, from the file to a page of its cache and from there to the
-// caller. A block is read once, so the cache never gives that copy back. Here a page's bytes go from the file to
-// the caller's buffer at once, while SQLite still decides which rows there are and what they say.
+// caller. A block is read once, so the cached copy is never used again. Here the bytes go from the file straight to the
+// caller's buffer, while SQLite still finds the rows and reads their other columns.
 //
-// What it leans on: the file format that SQLite publishes and keeps (https://www.sqlite.org/fileformat2.html).
+// Depends on the file format that SQLite publishes and keeps (https://www.sqlite.org/fileformat2.html).
 // - The file is pages of one size, counted from 1. The file's head gives the size (offset 16), the modes for
 //   writing and reading (18, 19; 2 is the write-ahead log) and the bytes at each page's end that are nobody's
-//   (20). The page that holds byte 2^30 is never used: locks are taken there.
+//   (20). The page that holds byte 2^30 is never used: it is the range for file locks.
 // - A table is a tree ordered by row id. An inner page (5) holds cells of a child and the greatest key below it,
-//   and one last child; a leaf (13) holds the rows. Behind a page's head stand the offsets of its cells.
+//   and one last child; a leaf (13) holds the rows. The offsets of the cells follow a page's head.
 // - A leaf's cell is the payload's size, the row id, the payload's beginning, and the first page of the chain
 //   that holds the rest. A chain page is the next one's number (four bytes, 0 for none) and payload.
-// - The payload is a record: the size of its head, a type a column, then the columns' values.
-// Further: the file handle that SQLite itself reads with (SQLITE_FCNTL_FILE_POINTER). A descriptor of our own
-// would, when closed, drop the locks that this process holds on the file. As long as the connection's read
-// transaction is open nobody may change the file, and a connection that never writes has no newer page in memory.
+// - The payload is a record: the size of its head, one type per column, then the columns' values.
+// Reads use SQLite's own file handle (SQLITE_FCNTL_FILE_POINTER): closing a second descriptor would release the locks
+// that this process holds on the file. As long as the connection's read transaction is open nobody can change the file,
+// and a connection that never writes has no newer page in memory.
 //
-// Hostile files: every byte comes through `take`, which knows the bounds of page and file. No size from the file
-// is allocated, the tree's depth is bounded, a chain is followed as far as the caller wants bytes, and whatever
-// looks odd is left to sqlite3_blob_read.
+// Hostile files: every byte is read by `take`, which checks the bounds of page and file. No size from the file is
+// allocated, the depth of the tree is bounded, a chain is followed only as far as the caller asks for bytes, and
+// anything unexpected is left to sqlite3_blob_read.
 #include "container/read/overflow_pages.h"
 
 #include "container/format/sqlite_file.h"
@@ -29,7 +29,7 @@
 #include <cstring>
 #include <optional>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
 constexpr std::uint64_t lockByte = std::uint64_t{1} << 30;
@@ -37,7 +37,7 @@ constexpr std::size_t pointerBytes = 4;
 constexpr int mostLevels = 20; // as many as SQLite follows
 constexpr int columnsOfBlock = 4;
 
-/// Takes SQLite's numbers of one to nine bytes from memory that has an end.
+/// Reads SQLite's numbers of one to nine bytes from bounded memory.
 class Numbers {
  public:
   Numbers(const unsigned char* from, std::size_t bytes) : begin(from), at(from), end(from + bytes) {}
@@ -127,8 +127,8 @@ void OverflowPages::readFileHead() {
   pageCount = static_cast<std::uint64_t>(fileBytes) / pageBytes;
 }
 
-/// Reads from inside one page of the file, or from the copy of the inner page that was searched last; the one place
-/// that does.
+/// Reads from inside one page of the file, or from the copy of the inner page that was searched last. All reads of
+/// pages go through it.
 bool OverflowPages::take(std::uint64_t page, std::uint64_t offset, void* to, std::size_t bytes) {
   const std::uint64_t lockPage = lockByte / pageBytes + 1;
   if (page < 2 || page > pageCount || page == lockPage || offset > usableBytes ||
@@ -153,7 +153,7 @@ bool OverflowPages::openTreePage(std::uint64_t number, TreePage& page) {
   return page.cells != 0 && (page.isLeaf() || number == innerNumber || keepInner(number));
 }
 
-// A search in an inner page asks for a dozen cells, and the root is searched for every block.
+// A search in an inner page reads a dozen cells, and the root is searched for every block.
 bool OverflowPages::keepInner(std::uint64_t number) {
   innerNumber = 0;
   innerPage.resize(usableBytes);
@@ -295,8 +295,8 @@ bool OverflowPages::read(unsigned char* to, std::size_t bytes) {
   return true;
 }
 
-// The pointer to the next page comes along with the payload behind it, over the four bytes read before, which
-// are put back: half as many calls as reading it by itself. `before` says how many bytes before `to` are ours.
+// Reads the pointer to the next page and the payload behind it in one call, over the four bytes before `to`, which are
+// restored: half as many calls as reading the pointer separately. `before` bytes before `to` belong to this read.
 bool OverflowPages::readFromChain(unsigned char* to, std::size_t before, std::size_t bytes) {
   std::array<unsigned char, pointerBytes> pointer{};
   if (chainOffset != 0) {
@@ -324,4 +324,4 @@ bool OverflowPages::readFromChain(unsigned char* to, std::size_t before, std::si
   return true;
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Reads the blob of a row from the pages of the database file, without SQLite's page cache. Internal to this room.
+// Reads the blob of a row from the pages of the database file, without SQLite's page cache. Internal to the
+// container.
 #pragma once
 
 #include <array>
@@ -9,13 +10,13 @@
 #include <sqlite3.h>
 #include <vector>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// The way through a table's tree to one row, and along the chain of pages that hold the row's last column.
+/// Finds one row in a table's tree and follows the chain of pages that hold the row's last column.
 ///
-/// Says no rather than guess: whatever is not as expected ends in `false`, and the row is then SQLite's to read
-/// and to judge. `true` is no proof either, as a damaged file may lead to other bytes: the caller holds them
-/// against a checksum. Not for two threads at a time, like the connection it belongs to.
+/// Returns false for anything unexpected; the row is then left to SQLite to read and to check. True is no proof, as a
+/// damaged file may lead to other bytes: the caller compares them with a checksum. Not thread-safe, like the connection
+/// it belongs to.
 class OverflowPages {
  public:
   /// \param connection   outlives this; opened read-only
@@ -24,14 +25,14 @@ class OverflowPages {
 
   /// Goes to the first byte of the blob in the last of four columns of a row.
   /// \param bytes  that the blob must have
-  /// \return false if the row does not look so, lies in its tree page alone, or no read transaction is open
+  /// \return false if the row is not like that, lies in its tree page alone, or no read transaction is open
   bool find(std::int64_t rowId, std::uint64_t bytes);
   /// Reads the next bytes of the blob; writes nothing outside [to, to + bytes).
-  /// \return false if they cannot be had; `to` holds anything then, and `find` comes next
+  /// \return false if they cannot be read; the content of `to` is unspecified then, and `find` has to be called again
   bool read(unsigned char* to, std::size_t bytes);
 
  private:
-  /// A tree page: its number and how many cells it says it has.
+  /// A tree page: its number, and the count of cells in its head.
   struct TreePage {
     std::uint64_t number = 0;
     std::uint64_t headBytes = 0; ///< before the cell pointers
@@ -68,22 +69,22 @@ class OverflowPages {
   sqlite3_file* file = nullptr;
   std::uint64_t root = 0;
   std::uint64_t pageBytes = 0;
-  std::uint64_t usableBytes = 0; ///< of a page; 0 if the file is not to be read so
-  std::uint64_t pageCount = 0;   ///< that lie in the file whole
+  std::uint64_t usableBytes = 0; ///< of a page; 0 if the file cannot be read this way
+  std::uint64_t pageCount = 0;   ///< whole pages in the file
 
-  // A copy of the inner page that was searched last: nobody changes the file while the transaction is open.
+  // A copy of the inner page that was searched last; nobody can change the file while the transaction is open.
   std::uint64_t innerNumber = 0;
   std::vector<unsigned char> innerPage;
 
-  // The leaf found last and the keys (after, upTo] that belong there; rows are mostly asked for in order.
+  // The leaf found last and the range of keys (after, upTo] that it covers; rows are mostly read in order.
   std::uint64_t leafNumber = 0;
   std::int64_t after = std::numeric_limits<std::int64_t>::max();
   std::int64_t upTo = std::numeric_limits<std::int64_t>::min();
 
-  // Where the next byte is: first in the leaf, then in the chain.
+  // Position of the next byte: first in the leaf, then in the chain.
   std::uint64_t bytesLeft = 0;
   std::uint64_t localPage = 0, localOffset = 0, localLeft = 0;
   std::uint64_t chainPage = 0, chainOffset = 0, nextPage = 0;
 };
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pages for bytes that are about to be written. Internal to this room.
+// Allocates the pages of a buffer that is about to be written, many per system call. Internal to the container.
 #pragma once
 
 #include <cstddef>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// Asks the system for the pages under the next `bytes` bytes, all of which the caller is about to write. A hint: what
-/// the memory holds stays, and without it the pages come one by one as they are written.
+/// Asks the system to allocate the pages under the next `bytes` bytes, all of which the caller is about to write. A
+/// hint only: the content of the memory stays, and without it each page is allocated when it is first written.
 void populate(void* to, std::size_t bytes);
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -12,13 +12,13 @@
 #include <mutex>
 #include <thread>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
-// Below this, starting a thread costs more than it saves.
+// Below this, starting a thread costs more than it gains.
 constexpr std::uint64_t leastBytesForThreads = std::uint64_t{8} * 1024 * 1024;
 
-/// Takes a block's bytes in order, and keeps the checksum of those it has seen.
+/// Reads a block's bytes in order and keeps their checksum.
 class BlockPass {
  public:
   BlockPass(BlockReader& source, bool keepsChecksum) : reader(source), verifies(keepsChecksum) {}
@@ -31,7 +31,7 @@ class BlockPass {
       checksum = crc32(checksum, to, bytes);
     }
   }
-  /// Goes to `target`; what lies between counts for the checksum.
+  /// Moves on to `target`; the bytes between are part of the checksum.
   void skipTo(std::size_t target) {
     if (!verifies) {
       offset = target;
@@ -69,10 +69,10 @@ void scatter(const unsigned char* from, const Target& target, unsigned char* to,
 
 void deliverRecords(BlockPass& pass, BlockReader& reader, const Target& target, unsigned char* to,
                     std::uint64_t rows) {
-  const auto storedBytes = static_cast<std::size_t>(target.column->recordBytes());
+  const auto storedBytes = static_cast<std::size_t>(target.column->attribute.recordBytes());
   const std::size_t rowsAtOnce = std::clamp<std::size_t>(chunkBytes / storedBytes, 1, rows);
   const bool tight = target.stride == target.recordBytes;
-  const pointcloud::PointAttribute& attribute = target.column->attribute;
+  const Attribute& attribute = target.column->attribute;
   reader.stored.resize(std::max(reader.stored.size(), rowsAtOnce * storedBytes));
   if (!tight && target.conversion != nullptr) {
     reader.converted.resize(std::max(reader.converted.size(), rowsAtOnce * target.recordBytes));
@@ -93,10 +93,10 @@ void deliverRecords(BlockPass& pass, BlockReader& reader, const Target& target, 
   }
 }
 
-/// Delivers a job's records; the checksum of the whole block if it `verifies`.
+/// Copies a job's records to their buffer. \return the checksum of the whole block if it `verifies`
 std::uint32_t deliver(const ReadJob& job, const BlockLayout& layout, BlockReader& reader, bool verifies) {
   const Target& target = *job.target;
-  const auto storedBytes = static_cast<std::size_t>(target.column->recordBytes());
+  const auto storedBytes = static_cast<std::size_t>(target.column->attribute.recordBytes());
   BlockPass pass(reader, verifies);
   pass.skipTo(job.firstRow * storedBytes);
   unsigned char* const to = target.buffer + job.firstRecord * target.stride;
@@ -111,7 +111,7 @@ std::uint32_t deliver(const ReadJob& job, const BlockLayout& layout, BlockReader
   return pass.found();
 }
 
-/// The failure of the lowest job so far.
+/// Keeps the failure of the lowest job that failed.
 class FirstFailure {
  public:
   void report(std::uint64_t job, std::exception_ptr failure) {
@@ -152,7 +152,7 @@ ReadJob ReadJobs::operator[](std::uint64_t index) const {
 std::uint64_t ReadJobs::storedBytes() const {
   std::uint64_t recordBytes = 0;
   for (const Target& target : targets) {
-    recordBytes += target.column->recordBytes();
+    recordBytes += target.column->attribute.recordBytes();
   }
   return recordBytes * (end - begin);
 }
@@ -164,7 +164,7 @@ void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
     if (deliver(job, layout, reader, verifies) == reader.checksum()) {
       return;
     }
-    reader.readThroughSqlite(); // whose verdict stands
+    reader.readThroughSqlite(); // its result is final
   }
   const std::uint32_t found = deliver(job, layout, reader, verifies);
   if (verifies) {
@@ -172,9 +172,9 @@ void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
   }
 }
 
-void runAll(const ReadJobs& jobs, Database& database) {
+void runAll(const ReadJobs& jobs, ReaderPool& pool) {
   const std::uint64_t wanted = jobs.storedBytes() < leastBytesForThreads ? 1 : jobs.size();
-  const auto& readers = database.readersFor(static_cast<std::size_t>(wanted));
+  const auto& readers = pool.readersFor(static_cast<std::size_t>(wanted));
   std::atomic<std::uint64_t> taken = 0;
   std::atomic<bool> failed = false;
   FirstFailure failure;
@@ -182,7 +182,7 @@ void runAll(const ReadJobs& jobs, Database& database) {
   const auto work = [&](BlockReader& reader) {
     for (std::uint64_t index = 0; !failed && (index = taken++) < jobs.size();) {
       try {
-        run(jobs[index], database.layout(), reader);
+        run(jobs[index], jobs.division(), reader);
       } catch (...) {
         failure.report(index, std::current_exception());
         failed = true;
@@ -197,7 +197,7 @@ void runAll(const ReadJobs& jobs, Database& database) {
       helpers.emplace_back(work, std::ref(*readers[helpers.size() + 1]));
     }
   } catch (const std::exception&) {
-    // No thread to be had, or no memory for one: those that run, and this one, do the work.
+    // The system has no further thread, or no memory for one: this one and those that run do the work.
   }
   work(*readers.front());
   for (std::thread& helper : helpers) {
@@ -206,4 +206,4 @@ void runAll(const ReadJobs& jobs, Database& database) {
   failure.raise();
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -3,18 +3,20 @@
 #include "container/read/verify.h"
 
 #include "container/format/checksum.h"
-#include "container/read/database.h"
+#include "container/read/metadata.h"
+#include "container/read/open_file.h"
 
 #include <algorithm>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
-void verifyBlock(Database& database, const Column& column, std::uint64_t number, Verification& seen) {
-  BlockReader& reader = *database.readersFor(1).front();
-  reader.open(column, database.layout(), number);
+void verifyBlock(OpenFile& file, const Column& column, std::uint64_t number, Verification& seen) {
+  const BlockLayout& layout = file.catalogue.layout();
+  BlockReader& reader = file.readers.first();
+  reader.open(column, layout, number);
   reader.stored.resize(chunkBytes);
-  const auto bytes = static_cast<std::size_t>(database.layout().rows(number) * column.recordBytes());
+  const auto bytes = static_cast<std::size_t>(layout.rows(number) * column.attribute.recordBytes());
   std::uint32_t checksum = 0;
   for (std::size_t offset = 0; offset < bytes; offset += chunkBytes) {
     const std::size_t part = std::min(chunkBytes, bytes - offset);
@@ -30,7 +32,7 @@ void verifyBlock(Database& database, const Column& column, std::uint64_t number,
 
 Verification verify(const std::string& path,
                     const std::function<void(const std::string& what, const std::string& details)>& report) {
-  Database database(path, 1);
+  OpenFile file(path, 1);
   Verification seen;
   const auto guarded = [&](auto&& check) {
     try {
@@ -40,18 +42,18 @@ Verification verify(const std::string& path,
       report(error.what(), error.details());
     }
   };
-  for (const Column& column : database.columns()) {
-    for (std::uint64_t number = 0; number < database.layout().blockCount(); ++number) {
+  for (const Column& column : file.catalogue.columns()) {
+    for (std::uint64_t number = 0; number < file.catalogue.layout().blockCount(); ++number) {
       ++seen.blocks;
-      guarded([&] { verifyBlock(database, column, number, seen); });
+      guarded([&] { verifyBlock(file, column, number, seen); });
     }
   }
   guarded([&] {
-    for (const std::string& name : database.itemNames()) {
-      guarded([&] { database.item(name); });
+    for (const std::string& name : metadataNames(file.connection())) {
+      guarded([&] { metadataItem(file.connection(), name); });
     }
   });
   return seen;
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -2,15 +2,15 @@
 // Checks every block of a database file.
 #pragma once
 
-#include "platform/client/api.h"
+#include "container/format/api.h"
 
 #include <cstdint>
 #include <functional>
 #include <string>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// What a walk through a file has seen.
+/// What a check of a whole file found.
 struct Verification {
   std::uint64_t blocks = 0;          ///< blocks looked at
   std::uint64_t bytes = 0;           ///< bytes of sound blocks
@@ -18,12 +18,12 @@ struct Verification {
   std::uint64_t findings = 0;        ///< damaged blocks and items
 };
 
-/// Reads every block of every attribute and every metadata item of the file at `path`, checks type, size and
-/// checksum, and hands each fault to `report` as (what, details) in the order of attributes and blocks, then
-/// items. It goes on after a fault.
-/// \errors  riegl::rdb::Error if the file cannot be opened or its catalogue contradicts itself
-RDB_API Verification
+/// Reads every block of every attribute and every metadata item of the file at `path`, and checks type, size and
+/// checksum. Passes each fault to `report` as (what, details), in the order of attributes and blocks, then items, and
+/// continues after it.
+/// \errors Error if the file cannot be opened or its catalogue contradicts itself
+CONTAINER_API Verification
 verify(const std::string& path,
        const std::function<void(const std::string& what, const std::string& details)>& report);
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Damages a database on purpose, in place, so that tests can see it noticed.
+// Damages a database on purpose, in place, so that tests can check that it is noticed.
 #include "container/testing/damage.h"
 
-#include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/tool_error.h"
+#include "container/format/error.h"
+#include "container/format/file_format.h"
+#include "container/format/sqlite_file.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -13,25 +15,27 @@
 #include <variant>
 #include <vector>
 
-namespace rdbtool {
-
+namespace container {
 namespace {
 
 using Value = std::variant<std::int64_t, std::string, std::vector<std::byte>>;
 
+[[noreturn]] void refuse(ErrorKind kind, const DamageRequest& request, const std::string& finding) {
+  throw Error(kind, "the database cannot be damaged so", request.file + ": " + finding);
+}
+
 /// The database as SQLite sees it, open for writing.
 class Surgery {
  public:
-  explicit Surgery(const std::string& filePath) : path(filePath) {
+  explicit Surgery(const DamageRequest& wanted) : request(wanted) {
     sqlite3* opened = nullptr;
-    // Absolute, since SQLite may take "file:..." and ":memory:" for something else than a path.
-    const std::string absolute = std::filesystem::absolute(filePath).string();
-    const int status = sqlite3_open_v2(absolute.c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
+    const int status =
+        sqlite3_open_v2(plainPath(request.file).c_str(), &opened, SQLITE_OPEN_READWRITE, nullptr);
     database.reset(opened);
     check(status == SQLITE_OK);
   }
 
-  /// Runs one statement with values bound to its parameters; hands back the rows it changed.
+  /// Runs one statement with values bound to its parameters. \return how many rows it changed
   int run(const std::string& text, const std::vector<Value>& values = {}) {
     const Statement statement = prepare(text, values);
     int status = SQLITE_ROW;
@@ -54,7 +58,9 @@ class Surgery {
     return {data, data + sqlite3_column_bytes(statement.get(), 0)};
   }
 
-  [[noreturn]] void refuse(const std::string& finding) const { throw failed(path + ": " + finding); }
+  [[noreturn]] void refuseMissing(const std::string& finding) const {
+    refuse(ErrorKind::damaged, request, finding);
+  }
 
  private:
   struct Close {
@@ -65,8 +71,9 @@ class Surgery {
 
   void check(bool well) const {
     if (!well) {
-      refuse(std::string("expected a database to damage, found: ") +
-             (database ? sqlite3_errmsg(database.get()) : "no memory"));
+      refuse(ErrorKind::cannotWrite, request,
+             std::string("expected a database to damage, found: ") +
+                 (database ? sqlite3_errmsg(database.get()) : "no memory"));
     }
   }
 
@@ -89,21 +96,12 @@ class Surgery {
     return statement;
   }
 
-  std::string path;
+  const DamageRequest& request;
   std::unique_ptr<sqlite3, Close> database;
 };
 
 const std::string whereBlock =
     " WHERE attribute = (SELECT id FROM attribute WHERE name = ?1) AND number = ?2";
-
-bool touchesBlock(const DamageRequest& request) {
-  return request.flipByte || request.shortenBytes || request.clearChecksum || request.dropBlock;
-}
-
-bool touchesDatabase(const DamageRequest& request) {
-  return request.storedType || request.records || request.blockRows || request.applicationId ||
-         request.version || request.dropTable;
-}
 
 void rewriteBlock(Surgery& surgery, const DamageRequest& request) {
   const std::vector<Value> key = {request.attribute, request.block};
@@ -111,19 +109,19 @@ void rewriteBlock(Surgery& surgery, const DamageRequest& request) {
   const std::string found = "found " + std::to_string(data.size());
   if (request.flipByte) {
     if (*request.flipByte >= data.size()) {
-      surgery.refuse("expected a block of more than " + std::to_string(*request.flipByte) + " bytes, " +
-                     found);
+      surgery.refuseMissing("expected a block of more than " + std::to_string(*request.flipByte) +
+                            " bytes, " + found);
     }
     data[static_cast<std::size_t>(*request.flipByte)] ^= std::byte{0xFF};
   }
   if (request.shortenBytes) {
     if (*request.shortenBytes > data.size()) {
-      surgery.refuse("expected a block of at least " + std::to_string(*request.shortenBytes) + " bytes, " +
-                     found);
+      surgery.refuseMissing("expected a block of at least " + std::to_string(*request.shortenBytes) +
+                            " bytes, " + found);
     }
     data.resize(data.size() - static_cast<std::size_t>(*request.shortenBytes));
   }
-  // An empty vector may have no address, and NULL would be no blob.
+  // An empty vector may have no address, which would be bound as NULL.
   surgery.run("UPDATE block SET data = coalesce(?3, x'')" + whereBlock,
               {request.attribute, request.block, data});
 }
@@ -131,8 +129,8 @@ void rewriteBlock(Surgery& surgery, const DamageRequest& request) {
 void damageBlock(Surgery& surgery, const DamageRequest& request) {
   const std::vector<Value> key = {request.attribute, request.block};
   if (surgery.run("UPDATE block SET number = number" + whereBlock, key) == 0) {
-    surgery.refuse("expected block " + std::to_string(request.block) + " of attribute \"" +
-                   request.attribute + "\", found none");
+    surgery.refuseMissing("expected block " + std::to_string(request.block) + " of attribute \"" +
+                          request.attribute + "\", found none");
   }
   if (request.flipByte || request.shortenBytes) {
     rewriteBlock(surgery, request);
@@ -148,7 +146,7 @@ void damageBlock(Surgery& surgery, const DamageRequest& request) {
 void damageDatabase(Surgery& surgery, const DamageRequest& request) {
   if (request.storedType && surgery.run("UPDATE attribute SET type = ?1 WHERE name = ?2",
                                         {*request.storedType, request.attribute}) == 0) {
-    surgery.refuse("expected attribute \"" + request.attribute + "\", found none");
+    surgery.refuseMissing("expected attribute \"" + request.attribute + "\", found none");
   }
   if (request.records) {
     surgery.run("UPDATE database SET records = ?1", {*request.records});
@@ -164,64 +162,97 @@ void damageDatabase(Surgery& surgery, const DamageRequest& request) {
     surgery.run("PRAGMA user_version = " + std::to_string(*request.version));
   }
   if (request.dropTable) {
-    const std::string& table = *request.dropTable;
-    if (table != "database" && table != "attribute" && table != "block" && table != "metadata") {
-      throw wrongUse("--drop-table: expected database, attribute, block or metadata, found \"" + table +
-                     "\"");
-    }
-    surgery.run("DROP TABLE " + table);
+    surgery.run("DROP TABLE " + *request.dropTable);
+  }
+}
+
+void flipByteOfFile(const DamageRequest& request) {
+  std::fstream file(request.file, std::ios::in | std::ios::out | std::ios::binary);
+  const auto offset = static_cast<std::streamoff>(*request.flipFileByte);
+  file.seekg(offset);
+  const int byte = file.get();
+  file.seekp(offset);
+  file.put(static_cast<char>(byte ^ 0xFF));
+  file.close();
+  if (!file) {
+    refuse(ErrorKind::cannotWrite, request, "expected a file to write to, found that it refuses");
   }
 }
 
 void damageFile(const DamageRequest& request) {
   const std::uint64_t size = std::filesystem::file_size(request.file);
+  const std::string found = std::to_string(size);
   if (request.flipFileByte) {
     if (*request.flipFileByte >= size) {
-      throw failed(request.file + ": expected a file of more than " + std::to_string(*request.flipFileByte) +
-                   " bytes, found " + std::to_string(size));
+      refuse(ErrorKind::damaged, request,
+             "expected a file of more than " + std::to_string(*request.flipFileByte) + " bytes, found " +
+                 found);
     }
-    std::fstream file(request.file, std::ios::in | std::ios::out | std::ios::binary);
-    const auto offset = static_cast<std::streamoff>(*request.flipFileByte);
-    file.seekg(offset);
-    const int byte = file.get();
-    file.seekp(offset);
-    file.put(static_cast<char>(byte ^ 0xFF));
-    file.close();
-    if (!file) {
-      throw failed(request.file + ": expected a file to write to, found that it refuses");
-    }
+    flipByteOfFile(request);
   }
   if (request.truncateBytes) {
     if (*request.truncateBytes > size) {
-      throw failed(request.file + ": expected a file of at least " + std::to_string(*request.truncateBytes) +
-                   " bytes, found " + std::to_string(size));
+      refuse(ErrorKind::damaged, request,
+             "expected a file of at least " + std::to_string(*request.truncateBytes) + " bytes, found " +
+                 found);
     }
     std::filesystem::resize_file(request.file, *request.truncateBytes);
   }
 }
 
+void checkRequest(const DamageRequest& request) {
+  if (!request.changesBlock() && !request.changesTables() && !request.changesFile()) {
+    refuse(ErrorKind::wrongUse, request, "expected at least one change, found none");
+  }
+  if (request.attribute.empty() && request.needsAttribute()) {
+    refuse(ErrorKind::wrongUse, request,
+           "expected the name of an attribute for a change of block or type, found none");
+  }
+  if (request.dropsUnknownTable()) {
+    refuse(ErrorKind::wrongUse, request,
+           "expected table database, attribute, block or metadata, found \"" + *request.dropTable + "\"");
+  }
+  std::error_code problem;
+  if (!std::filesystem::is_regular_file(request.file, problem)) {
+    refuse(ErrorKind::cannotOpen, request, "expected a regular file, found none");
+  }
+}
+
 } // namespace
 
+bool DamageRequest::changesBlock() const {
+  return flipByte || shortenBytes || clearChecksum || dropBlock;
+}
+
+bool DamageRequest::changesTables() const {
+  return storedType || records || blockRows || applicationId || version || dropTable;
+}
+
+bool DamageRequest::changesFile() const {
+  return flipFileByte || truncateBytes;
+}
+
+bool DamageRequest::needsAttribute() const {
+  return changesBlock() || storedType;
+}
+
+bool DamageRequest::dropsUnknownTable() const {
+  const auto isNamed = [this](const TableColumns& known) { return known.table == *dropTable; };
+  return dropTable && std::none_of(tables.begin(), tables.end(), isNamed);
+}
+
 void damage(const DamageRequest& request) {
-  const bool block = touchesBlock(request);
-  const bool database = touchesDatabase(request);
-  if (!block && !database && !request.flipFileByte && !request.truncateBytes) {
-    throw wrongUse("damage: expected at least one option that says what to damage, found none");
-  }
-  if (request.attribute.empty() && (block || request.storedType)) {
-    throw wrongUse("damage: expected --attribute beside an option for one block or type, found none");
-  }
-  requireReadableFile(request.file);
-  if (block || database) {
-    Surgery surgery(request.file);
-    if (block) {
+  checkRequest(request);
+  if (request.changesBlock() || request.changesTables()) {
+    Surgery surgery(request);
+    if (request.changesBlock()) {
       damageBlock(surgery, request);
     }
-    if (database) {
+    if (request.changesTables()) {
       damageDatabase(surgery, request);
     }
   }
   damageFile(request);
 }
 
-} // namespace rdbtool
+} // namespace container

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Damages a database on purpose, in place, so that tests can see it noticed.
+// Damages a database on purpose, in place, so that tests can check that it is noticed.
 #pragma once
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-namespace rdbtool {
+namespace container {
 
-/// What to damage; all that is given is done, in this order.
+/// What to damage. All changes that are given are made, in this order.
 struct DamageRequest {
   std::string file;
   // One block: `attribute` names its column, `block` counts from 0.
@@ -28,12 +28,21 @@ struct DamageRequest {
   // The file under it.
   std::optional<std::uint64_t> flipFileByte;
   std::optional<std::uint64_t> truncateBytes; // what is left of the file
+
+  // Whether there is a change of one block, of other tables, of the file, or one that needs `attribute`.
+  bool changesBlock() const;
+  bool changesTables() const;
+  bool changesFile() const;
+  bool needsAttribute() const;
+  /// Whether the table to drop is none of a database's.
+  bool dropsUnknownTable() const;
 };
 
-/// Does what is asked for, in place; what was done before a failure stays done.
+/// Makes the changes in place; those made before a failure stay.
 ///
-/// \errors  ToolError: wrong use where nothing is to be damaged or no attribute is named for a block;
-///          unreadable where there is no such file; failed where the place to damage does not exist
+/// \errors  Error: wrongUse if there is no change, no attribute for a change that needs one, or an unknown table;
+///          cannotOpen if there is no such file; damaged if the place of a change does not exist; cannotWrite if the
+///          file cannot be changed
 void damage(const DamageRequest& request);
 
-} // namespace rdbtool
+} // namespace container

@@ -2,7 +2,7 @@
 // A file that is removed again unless it is put in place.
 #include "container/write/temporary_file.h"
 
-#include "platform/client/error.h"
+#include "container/format/error.h"
 
 #include <atomic>
 #include <cerrno>
@@ -12,7 +12,7 @@
 #include <system_error>
 #include <unistd.h>
 
-namespace riegl::rdb::embedded {
+namespace container {
 namespace {
 
 namespace fs = std::filesystem;
@@ -96,8 +96,8 @@ void TemporaryFile::putInPlace() {
   }
   temporaryPath.clear();
   const std::string directory = fs::path(finalPath).parent_path().string();
-  // The file stands under its name by now; a directory that cannot be forced to disk does not undo that.
+  // The file has its name by now; failing to force the directory to disk does not undo that.
   forceToDisk(directory.empty() ? "." : directory, O_RDONLY | O_DIRECTORY);
 }
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,29 +1,29 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A file that is removed again unless it is put in place. Internal to this room.
+// A file that is removed again unless it is put in place. Internal to the container.
 #pragma once
 
 #include <string>
 
-namespace riegl::rdb::embedded {
+namespace container {
 
-/// Makes an empty file of its own name beside the file it is to replace.
+/// An empty file with a name of its own, beside the file that it will replace.
 class TemporaryFile {
  public:
-  /// \param path  where the file is to go in the end; symbolic links are followed
+  /// \param path  the final place of the file; symbolic links are followed
   /// \errors Error if `path` cannot be replaced, or no file can be made in its directory
   explicit TemporaryFile(const std::string& path);
   TemporaryFile(const TemporaryFile&) = delete;
   TemporaryFile& operator=(const TemporaryFile&) = delete;
   ~TemporaryFile();
 
-  /// Where the file is meanwhile; empty once it is in place.
+  /// Where the file is until then; empty once it is in place.
   const std::string& path() const { return temporaryPath; }
-  /// Forces the content to the disk and gives the file its final name, at once and in the place of what had it.
-  /// \errors Error if the system refuses; what had the name before is untouched then
+  /// Forces the content to disk and renames the file to its final name, atomically replacing the old file.
+  /// \errors Error if the system refuses; the old file is untouched then
   void putInPlace();
 
  private:
   std::string finalPath, temporaryPath;
 };
 
-} // namespace riegl::rdb::embedded
+} // namespace container

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes a database file that the embedded client reads.
+// Makes a database file.
 #pragma once
 
-#include "container/format/stored_type.h"
-#include "platform/client/api.h"
+#include "container/format/api.h"
+#include "container/format/attribute.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -11,36 +11,23 @@
 #include <string>
 #include <vector>
 
-namespace riegl::rdb::embedded {
-
-/// One column to be written.
-struct AttributeSpec {
-  std::string name; ///< unique in the file, not empty
-  StoredType type = StoredType::float64;
-  unsigned length = 1; ///< values a record, 1 to maximumLength
-  double scale = 1;    ///< a value is stored x scale + offset; finite, not 0
-  double offset = 0;   ///< finite
-  std::string unit{}, title{}, description{};
-};
-
-/// The most values a record of one attribute may have.
-inline constexpr unsigned maximumLength = 65536;
+namespace container {
 
 struct WriterSettings {
-  /// Records a block. The default divides the 5,000,000 records that loads ask for at a time, so that no block is
-  /// read twice. It is large because each block costs a search and a page of its own: with 125,000 records a load
-  /// of 20 million takes 5 % longer.
+  /// Records per block. The default divides the 5,000,000 records that loads read at a time, so that no block is read
+  /// twice. It is large because each block costs a search and a page of its own: with 125,000 records a load of
+  /// 20 million takes 5 % longer.
   std::uint32_t blockRows = 1000000;
-  /// Whether each block carries a CRC-32.
+  /// Whether each block has a CRC-32.
   bool checksums = true;
 };
 
-/// Writes into a temporary file beside `path`, in one transaction; finish() renames it over `path`. Without
-/// finish() the temporary file is removed and `path` stays untouched. A symbolic link is followed: the file
-/// that it points to is replaced, not the link. A process killed half-way leaves "<path>.<pid>-<n>.partial".
-/// \errors  riegl::rdb::Error from every operation; after a failed write or finish the writer is of no further use
+/// Writes into a temporary file beside `path`, in one transaction; finish() renames it to `path`. Without finish() the
+/// temporary file is removed and the file at `path` stays untouched. A symbolic link is followed: the file that it
+/// points to is replaced, not the link. A process killed half-way leaves "<path>.<pid>-<n>.partial".
+/// \errors  Error from every operation; after a failed write or finish the writer is of no further use
 /// \threads one thread at a time; distinct writers are independent
-class RDB_API Writer {
+class CONTAINER_API Writer {
  public:
   explicit Writer(const std::string& path, WriterSettings settings = {});
   Writer(const Writer&) = delete;
@@ -48,11 +35,11 @@ class RDB_API Writer {
   ~Writer();
 
   /// Adds a column, before the first write; returns its index.
-  std::size_t addAttribute(const AttributeSpec& spec);
-  /// Sets a text item, any time before finish; a second value takes the place of the first.
+  std::size_t addAttribute(const Attribute& attribute);
+  /// Sets a text item, any time before finish; a second value replaces the first.
   void setMetadata(const std::string& name, const std::string& value);
   /// Appends `rows` records.
-  /// \param columns  one pointer an attribute in their order: rows x length values of the stored type,
+  /// \param columns  one pointer per attribute, in their order, to rows x length values of the attribute's type,
   ///                 tightly packed, any alignment; read during the call only
   void write(std::uint64_t rows, const std::vector<const void*>& columns);
   /// Records written so far.
@@ -65,4 +52,4 @@ class RDB_API Writer {
   std::unique_ptr<State> state;
 };
 
-} // namespace riegl::rdb::embedded
+} // namespace container

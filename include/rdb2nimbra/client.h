@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The one place that names the headers of the database client; everything else knows `riegl::rdb` only.
-// Another client takes its place with -DRDB2NIMBRA_CLIENT_HEADER; docs/integration.md tells what it has to
-// offer.
+// The one file that names the headers of the database client; all other files use `riegl::rdb` only.
+// -DRDB2NIMBRA_CLIENT_HEADER selects another client; docs/integration.md lists what it must provide.
 #pragma once
 
 #ifdef RDB2NIMBRA_CLIENT_HEADER

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Marks the functions that the library exports; everything else in it is hidden.
+// Marks the functions that the library exports; all other symbols are hidden.
 #pragma once
 
 #define RDB2NIMBRA_EXPORT __attribute__((visibility("default")))

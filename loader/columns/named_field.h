@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The slot of a field by its name in a representation.
+// Makes or finds the field of a name in a representation.
 #pragma once
 
 #include "model/nimbra/grid.h"
@@ -8,8 +8,7 @@
 
 namespace Riegl {
 
-/// Makes the field of that name in a representation over a fragment collection of its own and without data,
-/// or finds the one there is.
+/// Returns the field of that name. A new field has a fragment collection of its own and no data.
 inline Nimbra::FieldProxy makeNamedField(Nimbra::Representation& representation, const std::string& name) {
   return representation.makeField(representation.makeFieldID(name), nullptr, nullptr);
 }

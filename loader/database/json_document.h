@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A metadata text as a JSON document, in the one way in which the library reads them.
+// Parses a metadata text as a JSON document, for all rooms that read metadata.
 #pragma once
 
 #include <QByteArray>
@@ -12,7 +12,7 @@
 
 namespace Riegl {
 
-/// UTF-8 to Qt and back, by length and not by a closing zero; bytes that aren't UTF-8 become U+FFFD.
+/// Converts UTF-8 to Qt's strings and back. Texts may contain NUL bytes; invalid bytes become U+FFFD.
 ///
 /// \errors  std::bad_alloc
 /// \threads any
@@ -23,18 +23,17 @@ inline std::string toStdText(const QString& text) {
   return text.toUtf8().toStdString();
 }
 
-/// Parses a metadata text. It is taken whole, line ends and zero bytes included; bytes that aren't UTF-8
-/// become U+FFFD before the parser sees them. Of a name that occurs twice in one object Qt takes the last value,
-/// and loses some memory where the first was an object.
+/// Parses a metadata text, including its line ends and NUL bytes; invalid bytes become U+FFFD first. Of a key
+/// that occurs twice in one object, Qt keeps the last value, and leaks memory if the first was an object.
 ///
-/// \param json   UTF-8; one that is too long for Qt's own lengths is refused like any other that is no JSON
-/// \param error  may be null; receives what the parser says
-/// \returns a document that is neither object nor array where the text is no JSON
+/// \param json   UTF-8; a text too long for Qt's lengths is refused like one that is not JSON
+/// \param error  may be null; receives the parser's error
+/// \return a document that is neither object nor array if the text is not JSON
 /// \errors  std::bad_alloc
 /// \threads any
 inline QJsonDocument parseJsonDocument(const std::string& json, QJsonParseError* error = nullptr) {
-  // On the way to UTF-8 Qt sets three bytes a character aside and counts them in an int; a text that would
-  // overflow it is beyond the parser's own limit as well.
+  // The conversion to UTF-8 allocates three bytes per character and counts them in an int. A text that would
+  // overflow the int also exceeds the parser's own limit.
   constexpr std::size_t longestTextBytes = INT_MAX / 3 - 64;
   if (json.size() > longestTextBytes) {
     if (error != nullptr) {

@@ -1,14 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The point-cloud load: opens the database, prepares the grid, and walks it block by block.
-#include "loader/pointcloud/rdbx2Z4.h"
-
-#include <rdb2nimbra/client.h>
+// rdbx2Z4: opens the database, prepares the grid, and reads the database block by block.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/columns/block_size.h"
 #include "loader/columns/named_field.h"
 #include "loader/pointcloud/rdbx_columns.h"
-#include "loader/timebase/rebase.h"
-#include "loader/timebase/week_day.h"
 
 #include <cstdint>
 #include <filesystem>
@@ -17,8 +13,8 @@ namespace Riegl {
 
 namespace {
 
-/// The two representations, with their fields "Positions" over one collection of fragments: a fragment name
-/// that is made once stands for both.
+/// Makes the two representations and their fields "Positions", which share one collection of fragments: a
+/// fragment made for one field exists for both.
 void prepareGrid(Nimbra::Grid& grid) {
   Nimbra::Representation& scanner = grid.makeCartesianRepresentation(3, "ScannerCoordinateSystem", 0);
   Nimbra::Representation& chart = grid.makeCartesianRepresentation(3, "StandardCartesianChart3D", 0);
@@ -35,7 +31,8 @@ riegl::rdb::Pointcloud openContext(const riegl::rdb::Context& context) {
   return riegl::rdb::Pointcloud(riegl::rdb::Context(context));
 }
 
-/// Publishes one block. \returns empty, or why the load ends here
+/// Publishes one block.
+/// \return empty, or the text that ends the load
 std::string publishPass(RdbxColumns& columns, const std::string& fragmentName, unsigned int count,
                         const TimeSystemInfo& timeSystem) {
   const Torvel::StrongPtr<Nimbra::FragmentID, Nimbra::FragmentID>& fragment =
@@ -64,7 +61,7 @@ std::string load(const std::string& path, Nimbra::Grid& grid, const bool& loadAl
   prepareGrid(grid);
   const bool isSodx = isShotDatabase(path);
 
-  // Released ahead of the query: the buffers are gone before what wrote into them.
+  // Destroyed before the query, which writes to the buffers.
   RdbxColumns columns;
   std::string failure = bindRdbxColumns(database, columns, query, grid, loadAllAttributes, isSodx);
   if (!failure.empty()) {

@@ -11,7 +11,7 @@ namespace Riegl {
 
 namespace {
 
-/// The point cloud's form of a column buffer.
+/// The column buffer of a point cloud.
 template <class T>
 class RdbxData final : public Z4Data<T> {
  public:
@@ -24,7 +24,7 @@ class RdbxData final : public Z4Data<T> {
   }
 };
 
-/// Where the columns of one call of the binder come from and go to.
+/// Arguments of one call of the binder.
 struct Binding {
   riegl::rdb::Pointcloud& database;
   riegl::rdb::pointcloud::QuerySelect& query;
@@ -32,49 +32,48 @@ struct Binding {
   bool loadAllAttributes;
 };
 
-/// A fresh buffer in the slot, which drops the one of the last block; bound where the attribute exists.
+/// Puts a fresh buffer into the slot, which releases the buffer of the last block, and binds it if asked to.
 template <class T>
 void makeBuffer(const Binding& binding, const RdbxRow& row, RdbxSlot& slot, bool bind) {
-  const BufferReference<T> buffer(
-      new RdbxData<T>(row.field, binding.grid, row.toChart, recordsPerBlock * row.valuesPerRecord));
+  const BufferReference<T> buffer(new RdbxData<T>(row.field, binding.grid, row.toChart,
+                                                  recordsPerBlock * row.attribute.elementsPerRecord()));
   slot = buffer;
   if (bind) {
-    const char* const name = row.boundName != nullptr ? row.boundName : row.name;
-    binding.query.bind(name, static_cast<riegl::rdb::pointcloud::DataType>(row.dataType),
-                       buffer->firstElement(), 0);
+    const auto dataType = riegl::rdb::pointcloud::DataType(dataTypeOf(row.attribute.element));
+    binding.query.bind(row.boundAttribute().name, dataType, buffer->firstElement(), 0);
   }
 }
 
 void makeBufferOfElement(const Binding& binding, const RdbxRow& row, RdbxSlot& slot, bool bind) {
-  switch (row.element) {
-  case Element::point:
+  switch (row.attribute.element) {
+  case ElementType::point:
     return makeBuffer<Quillon::PhysicalSpace::point>(binding, row, slot, bind);
-  case Element::vector:
+  case ElementType::vector:
     return makeBuffer<Quillon::PhysicalSpace::vector>(binding, row, slot, bind);
-  case Element::rgba:
+  case ElementType::rgba:
     return makeBuffer<Quillon::ColourRGBA>(binding, row, slot, bind);
-  case Element::float64:
+  case ElementType::float64:
     return makeBuffer<double>(binding, row, slot, bind);
-  case Element::float32:
+  case ElementType::float32:
     return makeBuffer<float>(binding, row, slot, bind);
-  case Element::int16:
+  case ElementType::int16:
     return makeBuffer<short>(binding, row, slot, bind);
-  case Element::uint16:
+  case ElementType::uint16:
     return makeBuffer<unsigned short>(binding, row, slot, bind);
-  case Element::int32:
+  case ElementType::int32:
     return makeBuffer<int>(binding, row, slot, bind);
-  case Element::uint32:
+  case ElementType::uint32:
     return makeBuffer<unsigned int>(binding, row, slot, bind);
-  case Element::uint64:
+  case ElementType::uint64:
     return makeBuffer<unsigned long long>(binding, row, slot, bind);
-  case Element::uint8:
+  case ElementType::uint8:
     return makeBuffer<unsigned char>(binding, row, slot, bind);
   }
 }
 
 void bindRow(const Binding& binding, const RdbxRow& row, RdbxSlot& slot) {
-  // The catalogue is asked first, also for a row that is then left out.
-  const bool exists = binding.database.pointAttribute().exists(row.name);
+  // The catalogue is asked before `onlyWithAll` is looked at, as the order of calls prescribes.
+  const bool exists = binding.database.pointAttribute().exists(row.attribute.name);
   if (exists && row.onlyWithAll && !binding.loadAllAttributes) {
     return;
   }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Copies nine members of the processing record onto "Positions".
+// Copies nine members of the record for full-waveform processing to attributes of "Positions".
 #include "loader/pointcloud/waveform_attributes.h"
 
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 namespace Riegl {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a shot database says about its waveforms, hung on the field "Positions".
+// The waveform attributes that a shot database adds to the field "Positions".
 #pragma once
 
 #include <rdb2nimbra/client.h>
@@ -10,13 +10,13 @@
 
 namespace Riegl {
 
-/// Reads the record for full-waveform processing from the database's metadata and sets nine attributes of it
-/// on the buffer's field.
+/// Reads the record for full-waveform processing from the database's metadata and sets nine of its members as
+/// attributes of the buffer's field.
 ///
 /// \param database   open
-/// \param positions  the buffer of "Positions", whose field lives on the grid
-/// \returns empty, or the reader's text; no attribute is set then
-/// \errors  what the client raises; std::bad_alloc
+/// \param positions  the buffer of "Positions"
+/// \return empty; or the reader's text, and no attribute is set
+/// \errors  exceptions of the client; std::bad_alloc
 std::string setWaveformAttributes(const riegl::rdb::Pointcloud& database,
                                   Z4Data<Quillon::PhysicalSpace::point>& positions);
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The one place that names the header of the calendar; everything else knows `Ondrel::getWeekDay` only.
+// The one file that names the header of the calendar; all other files use `Ondrel::getWeekDay` only.
 #pragma once
 
 #ifdef RDB2NIMBRA_CALENDAR_HEADER

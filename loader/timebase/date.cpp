@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Reads the epoch and the time system out of the time base's JSON text.
-#include "loader/timebase/date.h"
+// parseDate: reads the epoch and the time system from the JSON text of a time base.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/database/json_document.h"
 #include "model/torvel/objects/console.h"
@@ -15,8 +15,8 @@ namespace {
 
 constexpr TimeBaseDate refused{false, -1, -1, -1};
 
-/// Every '-' closes a token, which may be empty; what follows the last one is a token only if it isn't empty.
-/// The scan ends at the first NUL byte.
+/// Every '-' ends a token, which may be empty. The text after the last '-' is a token unless it is empty. The
+/// scan stops at the first NUL byte.
 std::vector<std::string> splitAtDashes(const std::string& epoch) {
   std::vector<std::string> tokens;
   std::string token;
@@ -37,7 +37,7 @@ std::vector<std::string> splitAtDashes(const std::string& epoch) {
   return tokens;
 }
 
-/// A recording that is used as a test example carries the day before its true date.
+/// A recording that serves as a test example has the day before its true date.
 void correctTestDate(TimeBaseDate& date) {
   if (date.year == 2019 && date.month == 2 && date.day == 8) {
     Torvel::Console() << "WARNING WARNING WARNING OVERWRITE DAT FROM 8 to 9 FOR TEST EXAMPLE";

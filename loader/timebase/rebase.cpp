@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The decision which shift a time column needs, and the shift.
-#include "loader/timebase/rebase.h"
+// modifyGPSTime: decides which shift a time column needs, and shifts it.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "arrays/nimbra/element_text.h"
 #include "model/torvel/references/chunk.h"
@@ -13,9 +13,9 @@ namespace Riegl {
 namespace {
 
 constexpr double dayLengthSeconds = 86400.0;
-/// The double nearest to 1/86400: days are found by multiplying with it, never by dividing.
+/// The double nearest to 1/86400. Days are computed by multiplication with it, never by division.
 constexpr double inverseDayLength = 1.1574074074074073e-05;
-/// GPS time minus UTC. It stands in this one place in the whole system.
+/// GPS time minus UTC. The only place that has the number.
 constexpr double leapSeconds = 18.0;
 
 template <class Number>
@@ -25,7 +25,8 @@ std::string asText(Number value) {
   return text;
 }
 
-/// Whole days of a stamp, rounded down; a stamp too far out for an int, or no number, gives the lowest one.
+/// Whole days of a stamp, rounded down. A stamp whose days do not fit an int, or not a number, gives the
+/// lowest int.
 int wholeDays(double seconds) {
   const double days = seconds * inverseDayLength;
   constexpr double lowest = std::numeric_limits<int>::min();
@@ -59,7 +60,7 @@ void modifyGPSTime(std::string& error, const int& weekDay,
   if (stamps.empty()) {
     return;
   }
-  // A column that isn't in ascending order is no failure: only its two ends decide.
+  // Only the first and the last stamp decide: a column that is not in ascending order is no failure.
   const int firstDay = wholeDays(stamps.front());
   if (firstDay != wholeDays(stamps.back())) {
     error = "baseRDB2Nimbra:: Input file spans two days! Not implemented so far.";

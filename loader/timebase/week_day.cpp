@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Asks the database for its time base and the calendar for the day.
-#include "loader/timebase/week_day.h"
+// getIsUTCandWeekday: reads the time base of a database and looks its date up in the calendar.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/timebase/calendar.h"
-#include "loader/timebase/date.h"
 #include "names/names.h"
 
 namespace Riegl {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The two texts, misspelling and blanks included: hosts know them.
+// The two warnings. Hosts know the texts, so misspellings and blanks stay.
 #include "loader/trajectory/leap_second_warnings.h"
 
 #include "model/torvel/objects/console.h"
@@ -8,7 +8,7 @@ namespace Riegl {
 
 namespace {
 
-/// The naval observatory's page on the leap seconds between GPS time and UTC.
+/// A page on the leap seconds between GPS time and UTC.
 constexpr const char* leapSecondsExplained =
     "https://www.cnmoc.usff.navy.mil/Our-Commands/United-States-Naval-Observatory/Precise-Time-Department/"
     "Global-Positioning-System/USNO-GPS-Time-Transfer/Leap-Seconds/";

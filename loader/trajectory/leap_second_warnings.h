@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a load says of a trajectory whose time base isn't UTC.
+// The warnings about a trajectory whose time base is not UTC.
 #pragma once
 
 namespace Riegl {
 
-/// Writes two console entries: that scans and trajectory need one time scheme, and that the number of leap
-/// seconds may have changed.
+/// Writes two warnings to the console: that scans and trajectory need the same time scheme, and that the
+/// number of leap seconds may have changed.
 void warnOfGpsTimeBase();
 
 } // namespace Riegl

@@ -14,14 +14,14 @@ namespace {
 
 using Triple = Torvel::StrongPtr<Torvel::Chunk<double>, Torvel::ChunkBase>;
 
-/// The two vectors of a file, empty until their line has been read.
+/// The two vectors of a file; null until their line has been read.
 struct Vectors {
   Triple leverArm;
   Triple misalignment;
 };
 
-/// While it lives, this thread reads numbers with a point: a host may have set a locale with a comma, in which
-/// "0.1" is 0.
+/// Makes this thread read numbers with a decimal point during its lifetime. In a host's locale with a decimal
+/// comma "0.1" would be 0.
 class DecimalPoint {
  public:
   DecimalPoint() : before(uselocale(classic())) {}
@@ -38,7 +38,7 @@ class DecimalPoint {
   const locale_t before;
 };
 
-/// Splits at every colon and keeps empty tokens, the last one too; a NUL byte ends the line.
+/// Splits at every colon and keeps empty tokens, also the last; a NUL byte ends the line.
 std::vector<std::string> splitAtColons(const std::string& line) {
   const std::string text(line.c_str()); // NOLINT(readability-redundant-string-cstr): ends at a NUL
   std::vector<std::string> tokens;
@@ -51,7 +51,19 @@ std::vector<std::string> splitAtColons(const std::string& line) {
   return tokens;
 }
 
-/// \returns empty, or what is wrong with the line
+/// Reads one line. A read error ends the file, as its end does.
+///
+/// \param file  must have `badbit` among its exceptions: without it std::getline swallows std::bad_alloc
+/// \return whether a line was read
+bool nextLine(std::ifstream& file, std::string& line) {
+  try {
+    return static_cast<bool>(std::getline(file, line));
+  } catch (const std::ios_base::failure&) {
+    return false;
+  }
+}
+
+/// \return empty, or the text for a line of the wrong form
 std::string readLine(const std::string& line, Vectors& vectors) {
   const std::vector<std::string> tokens = splitAtColons(line);
   if (tokens.size() != 4) {
@@ -80,9 +92,10 @@ std::string addLeverArm_Misalignment(Nimbra::Grid& grid, const std::string& path
   if (!file) {
     return "pofx2nimbra:Error opening leverarm file: " + path;
   }
+  file.exceptions(std::ios_base::badbit);
   const DecimalPoint decimalMark;
   Vectors vectors;
-  for (std::string line; std::getline(file, line);) {
+  for (std::string line; nextLine(file, line);) {
     const std::string failure = readLine(line, vectors);
     if (!failure.empty()) {
       return failure;

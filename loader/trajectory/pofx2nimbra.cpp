@@ -1,12 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The trajectory load: opens the database, walks it block by block, and reads the lever-arm file at the end.
-#include "loader/trajectory/pofx2nimbra.h"
-
-#include <rdb2nimbra/client.h>
+// pofx2nimbra: opens the database, reads it block by block, and reads the lever-arm file at the end.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "loader/columns/block_size.h"
 #include "loader/timebase/calendar.h"
-#include "loader/timebase/date.h"
 #include "loader/trajectory/leap_second_warnings.h"
 #include "loader/trajectory/lever_arm.h"
 #include "loader/trajectory/position_conversion.h"
@@ -21,7 +18,7 @@ namespace Riegl {
 
 namespace {
 
-/// What a load is asked for; the file's path is kept in both forms.
+/// Arguments of a load; the path in both forms.
 struct Request {
   const std::string& path;
   const std::filesystem::path& file;
@@ -30,8 +27,8 @@ struct Request {
   const ChunkCallback& columnCallback;
 };
 
-/// Reads the three items that concern a trajectory; two of them are read without use.
-/// \returns whether the time system is UTC
+/// Reads the three metadata items of a trajectory; the texts of two of them are not used.
+/// \return whether the time system is UTC
 bool readMetadata(const riegl::rdb::pointcloud::MetaData& metaData) {
   bool isUTC = true;
   if (metaData.exists(metadata::geoTag)) {
@@ -56,13 +53,14 @@ std::string fragmentName(const std::filesystem::path& file, std::uint32_t fragme
   return std::string(stem.begin(), stem.end()) + "_Fragment_" + std::to_string(fragmentIndex);
 }
 
-/// Reads and publishes block after block. \returns empty, or why the load ends early
+/// Reads and publishes all blocks.
+/// \return empty, or the text that ends the load
 std::string readBlocks(const Request& request, bool isUTC, const CoordinateSystems& systems,
                        riegl::rdb::Pointcloud& database, riegl::rdb::pointcloud::QuerySelect& query,
                        TrajectoryColumns& columns, const GeodeticPositions& positions) {
   std::uint32_t fragmentIndex = 0;
   while (const unsigned int count = query.next(recordsPerBlock)) {
-    // The whole column is converted; it is cut to the block's length when it is published.
+    // The column is converted at its full length; publication cuts it to the block's length.
     const std::string failure = convertPositions(systems, positions, count, columns.positions->blockValues());
     if (!failure.empty()) {
       return failure;
@@ -77,9 +75,10 @@ std::string readBlocks(const Request& request, bool isUTC, const CoordinateSyste
   return std::string();
 }
 
-/// Everything up to the closing of the database. \returns empty, or why the load ends early
+/// Loads all columns and closes the database.
+/// \return empty, or the text that ends the load
 std::string loadColumns(const Request& request) {
-  // In the order of their making: they go in the opposite one, on every way out.
+  // The client's objects have to be destroyed in the opposite order of this one.
   const riegl::rdb::Context context("", "");
   riegl::rdb::Pointcloud database{riegl::rdb::Context(context)};
   const riegl::rdb::pointcloud::OpenSettings settings;
@@ -115,7 +114,7 @@ pofx2nimbra(const std::string& path, Nimbra::Grid& grid, const int& epsgCode,
   } catch (const std::exception& error) {
     return std::string(error.what()) + " For File " + path;
   }
-  // Not guarded: a number that is none in this file reaches the caller as an exception.
+  // Outside the handlers: the exceptions of this file reach the caller.
   return addLeverArm_Misalignment(grid, leverArmFile);
 }
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Interleaves the columns of a position and hands them to the transformation.
+// Interleaves the three columns of a position and transforms the points.
 #include "loader/trajectory/position_conversion.h"
 
+#include "loader/trajectory/bind_attribute.h"
 #include "loader/trajectory/projection.h"
 #include "model/torvel/objects/environment.h"
-#include "names/names.h"
 
 #include <new>
 
@@ -17,7 +17,7 @@ CoordinateSystems prepareConversion(int epsgCode) {
 }
 
 GeodeticPositions::Array GeodeticPositions::makeZeroFilled(std::size_t count) {
-  // calloc gives pages that are zero without a touch; a short trajectory never fills most of them.
+  // calloc returns zero pages without writing them; a short trajectory never touches most of them.
   Array values(static_cast<double*>(std::calloc(count, sizeof(double)))); // NOLINT(*-no-malloc)
   if (values == nullptr) {
     throw std::bad_alloc();
@@ -30,9 +30,9 @@ GeodeticPositions::GeodeticPositions(std::size_t recordCount)
       heights(makeZeroFilled(recordCount)) {}
 
 void GeodeticPositions::bind(riegl::rdb::pointcloud::QuerySelect& query) {
-  query.bind(attributes::pofLatitude, riegl::rdb::pointcloud::DataType(10), latitudes.get(), 0);
-  query.bind(attributes::pofLongitude, riegl::rdb::pointcloud::DataType(10), longitudes.get(), 0);
-  query.bind(attributes::pofHeight, riegl::rdb::pointcloud::DataType(10), heights.get(), 0);
+  bindAttribute(query, attributes::named("riegl.pof_latitude"), latitudes.get());
+  bindAttribute(query, attributes::named("riegl.pof_longitude"), longitudes.get());
+  bindAttribute(query, attributes::named("riegl.pof_height"), heights.get());
 }
 
 void GeodeticPositions::interleave(std::size_t count,

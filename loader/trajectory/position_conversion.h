@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Brings the geodetic positions of a block into the coordinate system of the caller.
+// Converts the geodetic positions of a block to the coordinate system of the caller.
 #pragma once
 
 #include <rdb2nimbra/client.h>
@@ -14,31 +14,30 @@
 
 namespace Riegl {
 
-/// Source and target of the conversion, as texts for PROJ.
+/// Source and target of the conversion, in PROJ's notation.
 struct CoordinateSystems {
   std::string fromProjStr; ///< longitude and latitude in degrees, height in metres
   std::string toProjStr;
 };
 
-/// Forms both texts, and sets the environment variable PROJ_LIB to the folder of the running program, where
-/// the projection data stand.
+/// Returns both texts, and sets the environment variable PROJ_LIB to the folder of the running program, which
+/// has the projection data.
 ///
-/// \param epsgCode  of the target; not checked
-/// \threads loads may run side by side; whoever reads the environment without this project must not do so
-///          meanwhile
+/// \param epsgCode  target coordinate system; not checked
+/// \threads loads may run at the same time; code outside this project must not read the environment meanwhile
 CoordinateSystems prepareConversion(int epsgCode);
 
-/// What the client reads the positions into: three arrays that serve every block of a load.
+/// The buffers for positions: three arrays that the client fills for every block of a load.
 ///
-/// The arrays are zero-filled; their memory is taken up only where it is written.
+/// The arrays are zero-filled; a page takes memory once it is written.
 /// \errors  std::bad_alloc
 class GeodeticPositions {
  public:
   explicit GeodeticPositions(std::size_t recordCount);
 
-  /// Binds latitude, longitude and height, in this order, for all blocks to come.
-  /// \param query  writes to the arrays until it ends
-  /// \errors  what the client raises
+  /// Binds latitude, longitude and height, in this order, for all blocks.
+  /// \param query  writes to the arrays until it is destroyed
+  /// \errors  exceptions of the client
   void bind(riegl::rdb::pointcloud::QuerySelect& query);
 
   /// Writes (longitude, latitude, height) of the first `count` records to the first `count` points.
@@ -56,11 +55,11 @@ class GeodeticPositions {
   Array heights;    ///< metres above the ellipsoid
 };
 
-/// Fills the first `count` points of a column and converts the column at its whole length, in place.
+/// Fills the first `count` points of a column and converts the whole column, in place.
 ///
 /// \param count   records of the block, at most the length of `points`
-/// \param points  the column; what its points behind `count` hold doesn't matter
-/// \returns empty, or the text that ends the load
+/// \param points  the column; the points after the first `count` may have any values
+/// \return empty, or the text that ends the load
 std::string convertPositions(const CoordinateSystems& systems, const GeodeticPositions& positions,
                              std::size_t count, std::vector<Quillon::PhysicalSpace::point>& points);
 

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The one place that names the header of the coordinate transformation; everything else knows
-// `Proj::transform` only.
+// The one file that names the header of the coordinate transformation; all other files use `Proj::transform`.
 #pragma once
 
 #ifdef RDB2NIMBRA_TRANSFORMATION_HEADER

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Names the element types that a trajectory needs when the library is loaded; the point cloud has entered them before.
+// Registers the element types of a trajectory when the library is loaded.
 #include "arrays/nimbra/registration.h"
 
 namespace Riegl {
 
 namespace {
 
-/// Keeps this import complete on its own: it would work without the point cloud's.
+/// The point cloud registers the same types; this import does not depend on it.
 [[maybe_unused]] const bool elementTypesEntered = [] {
   Nimbra::registerElementTypes(std::type_identity<std::tuple<double, Quillon::PhysicalSpace::point>>{});
   return true;

@@ -3,7 +3,7 @@
 #include "loader/trajectory/trajectory_columns.h"
 
 #include "loader/columns/block_size.h"
-#include "names/names.h"
+#include "loader/trajectory/bind_attribute.h"
 
 #include <array>
 
@@ -11,7 +11,7 @@ namespace Riegl {
 
 namespace {
 
-/// The trajectory's form of a column buffer: always in the grid's default place.
+/// The column buffer of a trajectory: its field lies in the grid's default place.
 template <class T>
 class PofxData final : public Z4Data<T> {
  public:
@@ -28,30 +28,41 @@ template <class T>
 using Column = Torvel::StrongPtr<Z4Data<T>, Z4Data<T>>;
 
 struct Requirement {
-  const char* attribute;
-  const char* text; ///< result of the load where the attribute is missing
+  Attribute attribute;
+  const char* text; ///< result of the load if the attribute is missing
 };
 
 constexpr std::array<Requirement, 8> requirements{{
-    {attributes::pofTimestamp, "pofx2nimbra::iniMe: no timestamp"},
-    {attributes::pofRoll, "pofx2nimbra::iniMe: no pof_roll"},
-    {attributes::pofPitch, "pofx2nimbra::iniMe: no pof_pitch"},
-    {attributes::pofYaw, "pofx2nimbra::iniMe: no pof_yaw"},
-    {attributes::pofPathLength, "pofx2nimbra::iniMe: no pof_path_length"},
-    {attributes::pofLatitude, "pofx2nimbra::iniMe: no pof_latitude"},
-    {attributes::pofLongitude, "pofx2nimbra::iniMe: no pof_longitude"},
-    {attributes::pofHeight, "pofx2nimbra::iniMe: no pof_height"},
+    {attributes::named("riegl.pof_timestamp"), "pofx2nimbra::iniMe: no timestamp"},
+    {attributes::named("riegl.pof_roll"), "pofx2nimbra::iniMe: no pof_roll"},
+    {attributes::named("riegl.pof_pitch"), "pofx2nimbra::iniMe: no pof_pitch"},
+    {attributes::named("riegl.pof_yaw"), "pofx2nimbra::iniMe: no pof_yaw"},
+    {attributes::named("riegl.pof_path_length"), "pofx2nimbra::iniMe: no pof_path_length"},
+    {attributes::named("riegl.pof_latitude"), "pofx2nimbra::iniMe: no pof_latitude"},
+    {attributes::named("riegl.pof_longitude"), "pofx2nimbra::iniMe: no pof_longitude"},
+    {attributes::named("riegl.pof_height"), "pofx2nimbra::iniMe: no pof_height"},
 }};
+
+consteval bool requirementsAreDoubles() {
+  for (const Requirement& requirement : requirements) {
+    if (requirement.attribute.element != ElementType::float64 || requirement.attribute.mostValues != 1) {
+      return false;
+    }
+  }
+  return true;
+}
+
+static_assert(requirementsAreDoubles(), "the buffers of a trajectory have one double per record");
 
 template <class T>
 void makeBuffer(Column<T>& column, const char* field, Nimbra::Grid& grid) {
   column = Column<T>(new PofxData<T>(field, grid, true, recordsPerBlock));
 }
 
-void makeBound(Column<double>& column, const char* field, const char* attribute,
+void makeBound(Column<double>& column, const char* field, const Attribute& attribute,
                riegl::rdb::pointcloud::QuerySelect& query, Nimbra::Grid& grid) {
   makeBuffer(column, field, grid);
-  query.bind(attribute, riegl::rdb::pointcloud::DataType(10), column->firstElement(), 0);
+  bindAttribute(query, attribute, column->firstElement());
 }
 
 } // namespace
@@ -59,16 +70,16 @@ void makeBound(Column<double>& column, const char* field, const char* attribute,
 std::string iniMe(riegl::rdb::Pointcloud& database, TrajectoryColumns& columns,
                   riegl::rdb::pointcloud::QuerySelect& query, Nimbra::Grid& grid) {
   for (const Requirement& requirement : requirements) {
-    if (!database.pointAttribute().exists(requirement.attribute)) {
+    if (!database.pointAttribute().exists(requirement.attribute.name)) {
       return requirement.text;
     }
   }
-  makeBound(columns.gpsTime, "GPSTime", attributes::pofTimestamp, query, grid);
-  makeBound(columns.roll, "Roll", attributes::pofRoll, query, grid);
-  makeBound(columns.pitch, "Pitch", attributes::pofPitch, query, grid);
-  makeBound(columns.yaw, "Yaw", attributes::pofYaw, query, grid);
+  makeBound(columns.gpsTime, "GPSTime", attributes::named("riegl.pof_timestamp"), query, grid);
+  makeBound(columns.roll, "Roll", attributes::named("riegl.pof_roll"), query, grid);
+  makeBound(columns.pitch, "Pitch", attributes::named("riegl.pof_pitch"), query, grid);
+  makeBound(columns.yaw, "Yaw", attributes::named("riegl.pof_yaw"), query, grid);
   makeBuffer(columns.positions, "Positions", grid); // filled from three attributes
-  makeBound(columns.pathLength, "PofPathLength", attributes::pofPathLength, query, grid);
+  makeBound(columns.pathLength, "PofPathLength", attributes::named("riegl.pof_path_length"), query, grid);
   return std::string();
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Hangs the record for full-waveform processing on the grids and fields of a data set.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+// addAttributeToZ4File: attaches the record for full-waveform processing to grids and fields.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "model/torvel/objects/console.h"
 
 namespace Riegl {
@@ -8,7 +9,7 @@ namespace {
 
 using Record = AttributesForFWFProcessing;
 
-/// Hangs a new chunk with one element on a grid or field.
+/// Sets an attribute of a grid or field, as a new chunk with one element.
 template <class T, class Pointer>
 void attachValue(const Pointer& target, const char* name, const T& value) {
   const Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunk(new Torvel::Chunk<T>(1));
@@ -16,14 +17,14 @@ void attachValue(const Pointer& target, const char* name, const T& value) {
   target->attributes().setAttribute(name, chunk);
 }
 
-/// Hangs an array of the record itself on a grid or field: one more strong reference to it.
+/// Sets an array of the record as an attribute of a grid or field, without a copy.
 template <class T, class Pointer>
 void attachShared(const Pointer& target, const char* name,
                   const Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase>& chunk) {
   target->attributes().setAttribute(name, chunk);
 }
 
-/// Whether `target` can be touched; if not, `missing` takes its name up.
+/// Whether `target` is valid; if not, adds its name to `missing`.
 template <class Pointer>
 bool reachable(const Pointer& target, const char* argument, std::string& missing) {
   if (!target) {

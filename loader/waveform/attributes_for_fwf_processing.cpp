@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The record in words, and the correction of its time reference from outside.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+// speak and overwrite_t_ref of the record for full-waveform processing.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "arrays/nimbra/element_text.h"
 #include "model/torvel/objects/console.h"
@@ -28,8 +28,7 @@ void appendTable(std::string& text, const Torvel::Chunk<float>& table) {
   for (std::size_t i = 0; i < shown; ++i) {
     appendLine(text, labels[i], table[i]);
   }
-  // The closing line stands for the rest of the table; it bears the last index shown, and so says nothing
-  // about a table that doesn't reach that far.
+  // The closing line stands for the rest of the table and has the last index shown; a shorter table has none.
   if (shown == std::size(labels)) {
     text += "refl_tableC[2]: ...\n";
   }

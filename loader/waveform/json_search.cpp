@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The search for a key through the objects of a metadata item.
+// Searches the objects of a metadata item for a key.
 #include "loader/waveform/json_search.h"
 
 #include "loader/database/json_document.h"
@@ -46,7 +46,7 @@ bool findInElements(const QJsonArray& array, const QString& key, T& out) {
 
 } // namespace
 
-// Qt refuses documents of more than 1024 levels, which bounds the depth of the recursion.
+// Qt refuses documents of more than 1024 levels, which limits the depth of the recursion.
 template <class T>
 bool findJsonValue(const QJsonObject& object, const QString& key, T& out) {
   bool found = false;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The search for a key through the objects of a metadata item, wherever in the item it lies.
+// Searches the objects of a metadata item for a key, at every level.
 #pragma once
 
 #include <rdb2nimbra/client.h>
@@ -10,36 +10,37 @@
 
 namespace Riegl {
 
-// All three exist for T = double and T = std::string, and raise std::bad_alloc where memory runs out.
+// All three functions exist for T = double and T = std::string, and raise std::bad_alloc.
 
-/// Walks an object in the sorted order of its keys, and the objects within it; objects that are elements of
-/// an array are walked too, those in an array within an array are not.
+/// Searches an object in the sorted order of its keys, and recursively the objects in it and in its arrays.
+/// Objects in an array within an array are not searched.
 ///
-/// A hit is a value under `key` that is a text, or for double also a number; a text is read as a number
-/// without a check, so that an unreadable one gives 0. A hit ends the walk of its own object only: the walk
-/// around it goes on, and each further hit writes over `out`. What stands there in the end is the last hit.
+/// A hit is a value under `key` that is a text, or, for double, a number or a text; a text that is not a
+/// number gives 0. A hit ends the search of its own object only. The search around it continues, and each
+/// further hit overwrites `out`, so that the last hit counts.
 ///
-/// \returns whether there was a hit; without one `out` is as it was
+/// \return whether there was a hit; otherwise `out` is unchanged
 /// \threads any
 template <class T>
 bool findJsonValue(const QJsonObject& object, const QString& key, T& out);
 
-/// The search in a document given as UTF-8 text. An empty key with T = std::string gives the whole document
-/// in Qt's indented form, with sorted keys and a line end.
+/// Searches a document. An empty key with T = std::string returns the whole document in Qt's indented form,
+/// with sorted keys and a final line end.
 ///
 /// \param json  UTF-8
 /// \param key   UTF-8
-/// \returns whether there was a hit; without one `out` is as it was
-/// \errors  a line on std::cerr, and false, where the text is no JSON object, and where the key is empty with
-///          T = double
+/// \return whether there was a hit; otherwise `out` is unchanged
+/// \errors  a line on std::cerr, and false, if the text is not a JSON object, or if the key is empty and T =
+///          double
 /// \threads any; writes to std::cerr
 template <class T>
 bool parseJsonValue(const std::string& json, const std::string& key, T& out);
 
-/// The search in a metadata item of a database.
+/// Searches a metadata item of a database.
 ///
-/// \returns the empty text, or "Error: Key not found", be it that the item, the key or a JSON object is missing
-/// \errors  riegl::rdb::Error of the client passes through
+/// \return empty; or "Error: Key not found" if the item or the key is missing, or the item is not a JSON
+///         object
+/// \errors  riegl::rdb::Error of the client
 /// \threads the thread of the client's objects; writes to std::cerr
 template <class T>
 std::string getMetadataValue(const riegl::rdb::Pointcloud& pointcloud, const std::string& itemName,

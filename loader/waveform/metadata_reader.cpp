@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Fills the record for full-waveform processing from the metadata of a database.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+// getAttributesViaJson: fills the record for full-waveform processing from the metadata of a database.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "loader/waveform/json_search.h"
 #include "loader/waveform/parsers.h"
 #include "model/torvel/objects/console.h"
@@ -12,7 +13,7 @@
 namespace Riegl {
 namespace {
 
-// Both attributes count in units of 4 picoseconds, by their definition.
+// Both attributes are defined in units of 4 picoseconds.
 constexpr double shotTickSeconds = 4e-12;
 
 std::string readNumber(const riegl::rdb::Pointcloud& pointcloud, const char* item, const char* key,
@@ -27,7 +28,7 @@ std::string readText(const riegl::rdb::Pointcloud& pointcloud, const char* item,
   return getMetadataValue<std::string>(pointcloud, item, key, member);
 }
 
-/// The beam, the samples and the time reference, each needed.
+/// Reads the beam, the samples and the time reference; all are needed.
 std::string readWaveform(const riegl::rdb::Pointcloud& pointcloud, AttributesForFWFProcessing& record) {
   std::string status = readNumber(pointcloud, metadata::atmosphere, "group_velocity", record.group_velocity);
   if (!status.empty()) {
@@ -47,7 +48,7 @@ std::string readWaveform(const riegl::rdb::Pointcloud& pointcloud, AttributesFor
   return status;
 }
 
-/// Serial number, build, type, time base and zone width, of which the first and the time base are needed.
+/// Reads serial number, build, type, time base and zone width; serial number and time base are needed.
 std::string readDevice(const riegl::rdb::Pointcloud& pointcloud, AttributesForFWFProcessing& record) {
   std::string status = readText(pointcloud, metadata::device, "serial_number", record.serial_number);
   if (!status.empty()) {
@@ -63,8 +64,8 @@ std::string readDevice(const riegl::rdb::Pointcloud& pointcloud, AttributesForFW
   return {};
 }
 
-/// Amplitude unit, step and table of the reflectance calculation, of which none is needed.
-/// \returns the last thing that was missing; nobody asks
+/// Reads amplitude unit, step and table of the reflectance calculation; none is needed.
+/// \return the text for the last of them that is missing; not reported
 std::string readReflectance(const riegl::rdb::Pointcloud& pointcloud, AttributesForFWFProcessing& record) {
   const std::string rxp = pointcloud.metaData().get(metadata::rxpParameters, std::string());
   std::string status;
@@ -80,8 +81,8 @@ std::string readReflectance(const riegl::rdb::Pointcloud& pointcloud, Attributes
   return status;
 }
 
-/// New arrays with the terms of one channel. Where the metadata has arrays of unequal lengths, the terms
-/// behind the end of the shortest are left at zero.
+/// Replaces the arrays of the record by the terms of one channel. If the arrays have unequal lengths, the
+/// elements after the end of the shortest are zero.
 void takeOver(const ExponentialDecomposition& channel, AttributesForFWFProcessing& record) {
   using Array = Torvel::Chunk<double>;
   using Pointer = Torvel::StrongPtr<Array, Torvel::ChunkBase>;
@@ -89,7 +90,7 @@ void takeOver(const ExponentialDecomposition& channel, AttributesForFWFProcessin
   const Pointer aImag(new Array(channel.B.size()));
   const Pointer bReal(new Array(channel.gamma.size()));
   const Pointer bImag(new Array(channel.omega.size()));
-  // All four stand before the first is handed over, so that the record never holds parts of two channels.
+  // All four are allocated before the first is assigned, so that the record never has parts of two channels.
   record.a_real = aReal;
   record.a_imag = aImag;
   record.b_real = bReal;
@@ -103,7 +104,7 @@ void takeOver(const ExponentialDecomposition& channel, AttributesForFWFProcessin
   }
 }
 
-/// The system wave: the last channel in the order of the map that isn't the reference channel "0".
+/// Reads the system wave: the last channel, in the order of the map, that is not the reference channel "0".
 void readSystemWave(const riegl::rdb::Pointcloud& pointcloud, AttributesForFWFProcessing& record) {
   const std::string text = pointcloud.metaData().get(metadata::exponentialDecomposition, std::string());
   ExponentialDecompositionMap channels;
@@ -129,8 +130,8 @@ std::string AttributesForFWFProcessing::getAttributesViaJson(const riegl::rdb::P
   if (!status.empty()) {
     return status;
   }
-  // From here on nothing that is missing ends the read: data without reflectance or system wave load all the
-  // same. The text says what failed last, for whoever looks with a debugger.
+  // Nothing from here on is needed: data without reflectance or system wave load, too. `status` names the last
+  // item that is missing, for debuggers.
   status = readReflectance(pointcloud, *this);
   SHOT_TIMESTAMP_HR_RESOLUTION = shotTickSeconds;
   WFM_SBL_TIME_OFFSET_RESOLUTION = shotTickSeconds;

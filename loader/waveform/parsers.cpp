@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The two array-like metadata items.
+// Parses the reflectance table and the exponential decomposition.
 #include "loader/waveform/parsers.h"
 
 #include "loader/database/json_document.h"
@@ -19,7 +19,8 @@ namespace {
 
 constexpr std::size_t largestTableBytes = 256000;
 
-/// The numbers of `array` from the front of `table`; what is neither number nor text takes no place.
+/// Writes the numbers of `array` to the front of `table`. Elements that are neither number nor text are
+/// skipped.
 void fillTable(const QJsonArray& array, Torvel::Chunk<float>& table) {
   std::size_t next = 0;
   for (const QJsonValue element : array) {
@@ -77,7 +78,7 @@ bool parse_reflectance_table(const std::string& json,
   table = new Torvel::Chunk<float>(static_cast<std::size_t>(array.size()));
   fillTable(array, *table);
   if (table->size() * sizeof(float) > largestTableBytes) {
-    // 64000 elements, whatever the text makes of it.
+    // 64000 elements; "64k" in the text is not 65536.
     Torvel::Console() << "[parse_reflectance_table] Warning: refl_table exceeds 64k entries";
     return false;
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Visibility of what the embedded database client gives to other shared objects.
+// Visibility of what the embedded database client offers to other shared objects.
 #pragma once
 
 /// Marks classes and functions that programs and other shared objects call, and exceptions that they catch.

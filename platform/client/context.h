@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The handle that a program makes once and hands to every database it opens.
+// The handle that a program makes once and passes to every database it opens.
 #pragma once
 
 #include "platform/client/api.h"
@@ -9,8 +9,8 @@
 
 namespace riegl::rdb {
 
-/// Shared handle; a copy only raises a thread-safe count. The embedded client keeps both texts and needs
-/// neither of them: empty texts are the usual ones.
+/// Shared handle; a copy only increments a thread-safe count. The embedded client keeps both texts and uses neither:
+/// callers usually pass empty ones.
 class RDB_API Context {
  public:
   explicit Context(const std::string& settings = {}, const std::string& logging = {});

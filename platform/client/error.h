@@ -19,8 +19,9 @@ enum class ErrorKind : int {
   cannotWrite = 5  ///< a database cannot be made at the given place
 };
 
-/// A failure of the client. `what()` says what happened; `details()` says to which object, what was expected and
-/// what was found. Copies share their texts, so copying never throws. Both texts live as long as any copy.
+/// A failure of the client. `what()` says what happened; `details()` names the object, what was expected and what was
+/// found. Copies share their texts, so copying never throws. Both texts live as long as any copy and are never null.
+/// Callers depend on the order of the virtual operations: destructors, what, code, details.
 class RDB_API Error : public std::exception {
  public:
   /// Keeps copies of both texts.

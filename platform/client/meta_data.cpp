@@ -2,7 +2,7 @@
 // The named text items of an open database.
 #include "platform/client/meta_data.h"
 
-#include "container/read/database.h"
+#include "platform/client/database.h"
 
 namespace riegl::rdb::pointcloud {
 
@@ -11,15 +11,15 @@ MetaData::MetaData() = default;
 MetaData::~MetaData() = default;
 
 bool MetaData::exists(const std::string& name) const {
-  return requireOpen(database).item(name).has_value();
+  return embedded::translated([&] { return requireOpen(database).item(name).has_value(); });
 }
 
 std::string MetaData::get(const std::string& name, const std::string& fallback) const {
-  return requireOpen(database).item(name).value_or(fallback);
+  return embedded::translated([&] { return requireOpen(database).item(name).value_or(fallback); });
 }
 
 std::vector<std::string> MetaData::list() const {
-  return requireOpen(database).itemNames();
+  return embedded::translated([&] { return requireOpen(database).itemNames(); });
 }
 
 } // namespace riegl::rdb::pointcloud

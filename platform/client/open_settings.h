@@ -14,8 +14,8 @@ class RDB_API OpenSettings {
   OpenSettings& operator=(const OpenSettings&);
   ~OpenSettings();
 
-  /// How many threads `next` may read with, the calling one included. 0 takes two, or one where the thread
-  /// that opens may run on a single processor only; 1 starts no thread. The result never depends on it.
+  /// How many threads `next` may read with, the calling one included. 0 takes two, or one where the thread that opens
+  /// may run on a single processor only; 1 starts no thread. The result never depends on it.
   unsigned int threadCount = 0;
 };
 

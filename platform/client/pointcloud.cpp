@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// An open database: the parts of the public face that belong to one Pointcloud.
+// An open database.
 #include "platform/client/pointcloud.h"
 
-#include "container/read/database.h"
+#include "platform/client/database.h"
 
 #include <utility>
 
@@ -21,7 +21,8 @@ Pointcloud::Pointcloud(Context context) : state(new State{context}) {}
 Pointcloud::~Pointcloud() = default;
 
 void Pointcloud::open(const std::string& path, const pointcloud::OpenSettings& settings) {
-  state->database = std::make_shared<embedded::Database>(path, settings.threadCount);
+  state->database =
+      embedded::translated([&] { return std::make_shared<embedded::Database>(path, settings.threadCount); });
   state->metaData.database = state->database;
   state->pointAttribute.database = state->database;
 }
@@ -49,11 +50,11 @@ pointcloud::QuerySelect Pointcloud::select(const std::string& filter) {
 }
 
 std::uint64_t Pointcloud::recordCount() const {
-  return requireOpen(state->database).layout().records;
+  return requireOpen(state->database).recordCount();
 }
 
 std::uint64_t Pointcloud::blockRows() const {
-  return requireOpen(state->database).layout().blockRows;
+  return requireOpen(state->database).blockRows();
 }
 
 } // namespace riegl::rdb

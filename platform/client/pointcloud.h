@@ -25,22 +25,22 @@ class RDB_API Pointcloud {
   Pointcloud& operator=(const Pointcloud&) = delete;
   ~Pointcloud();
 
-  /// Opens the file at `path` (UTF-8) and checks its catalogue; a database that was open is let go of. If it
-  /// fails, the Pointcloud stays as it was.
+  /// Opens the file at `path` (UTF-8) and checks its catalogue; closes a database that was open. If it fails, the
+  /// Pointcloud stays as it was.
   void open(const std::string& path, const pointcloud::OpenSettings& settings);
 
-  /// The items of the database; the object lives as long as the Pointcloud.
+  /// The metadata of the database; the object lives as long as the Pointcloud.
   pointcloud::MetaData& metaData();
   const pointcloud::MetaData& metaData() const;
   /// The attributes of the database; the object lives as long as the Pointcloud.
   pointcloud::PointAttributes& pointAttribute() const;
 
-  /// A cursor before the first record. Filters are not offered: a filter that is not empty is an Error.
+  /// A query positioned before the first record. Filters are not offered: a filter that is not empty is an Error.
   pointcloud::QuerySelect select(const std::string& filter = {});
 
   /// Records of the database.
   std::uint64_t recordCount() const;
-  /// Records a block of the file; the last block holds the rest.
+  /// Records per block of the file; the last block holds the rest.
   std::uint64_t blockRows() const;
 
  private:

@@ -26,18 +26,18 @@ class RDB_API QuerySelect {
   QuerySelect& operator=(const QuerySelect&) noexcept;
   ~QuerySelect();
 
-  /// From the next `next` on, writes attribute `name` to `buffer` as elements of `dataType`, as many values a
-  /// record as the attribute has. A second bind of a name takes the first one's place.
+  /// From the next `next` on, writes attribute `name` to `buffer` as elements of `dataType`, as many values per record
+  /// as the attribute has. A second bind of a name replaces the first.
   ///
   /// \param buffer  stays the caller's; must hold the `count` records of each `next`; any alignment
   /// \param stride  bytes from one record to the next; 0 for tightly packed records
-  /// \errors Error for an unknown name or type, a null buffer, a stride below the size of a record, and a
-  ///         well-known attribute whose file gives it more or fewer values a record than its name stands for
+  /// \errors Error for an unknown name or type, a null buffer, a stride below the size of a record, and a well-known
+  ///         attribute with more or fewer values per record than its name stands for
   void bind(const std::string& name, DataType dataType, void* buffer, int stride = 0);
 
   /// Reads up to `count` further records into all bound buffers, each from its start.
   ///
-  /// \returns how many were read, 0 at the end; counts on if nothing is bound
+  /// \return how many were read, 0 at the end; counts on if nothing is bound
   /// \errors Error for a damaged or unreadable block; the position stays where it was, and the contents of the
   ///         bound buffers are unspecified
   unsigned int next(unsigned int count);

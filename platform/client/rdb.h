@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Front header of the embedded database client: everything a reader of databases needs.
-// Writers include container/write/writer.h, checkers container/read/verify.h.
+// Front header of the embedded database client: all that a program needs to read databases.
+// container/write/writer.h writes them, container/read/verify.h checks them.
 #pragma once
 
 #include "platform/client/context.h"

@@ -2,9 +2,10 @@
 // Finds a coordinate operation in PROJ's database and runs it.
 #include "platform/transformation/operation.h"
 
+#include "model/torvel/objects/environment.h"
 #include "platform/transformation/data_folders.h"
 
-#include <vector>
+#include <utility>
 
 namespace Proj {
 
@@ -24,6 +25,24 @@ void collectError(void* collector, int level, const char* message) noexcept {
 }
 
 void ignoreLog(void*, int, const char*) {}
+
+std::string folderOfThisLibrary() {
+  return folderOfCode(reinterpret_cast<const void*>(&ignoreLog));
+}
+
+// PROJ's own search ends with PROJ_LIB where that is set, and a load sets it to a folder that need not hold any data.
+std::vector<std::string> searchedFolders(PJ_CONTEXT* context, const std::string& dataPath) {
+  std::vector<std::string> folders = dataFolders(dataPath);
+  const auto append = [&folders](const std::vector<std::string>& more) {
+    folders.insert(folders.end(), more.begin(), more.end());
+  };
+  append(dataFolders(folderOfThisLibrary()));
+  const char* const downloads = proj_context_get_user_writable_directory(context, 0);
+  append(dataFolders(downloads == nullptr ? "" : downloads));
+  append(dataFolders(Torvel::getEnv("PROJ_DATA")));
+  append(installedDataFolders(folderOfCode(reinterpret_cast<const void*>(&proj_context_create))));
+  return folders;
+}
 
 } // namespace
 
@@ -61,16 +80,16 @@ void Operation::openContext() {
   }
   proj_log_func(context.get(), nullptr, ignoreLog);
   proj_context_set_enable_network(context.get(), 0);
-  // Set on the context, since PROJ itself would prefer PROJ_DATA to PROJ_LIB.
-  const std::vector<std::string> folders = dataFolders(data);
+  const std::vector<std::string> folders = searchedFolders(context.get(), data);
+  if (!holdDatabase(folders)) {
+    return; // PROJ may have been built with one more folder
+  }
   std::vector<const char*> names;
   names.reserve(folders.size());
   for (const std::string& folder : folders) {
     names.push_back(folder.c_str());
   }
-  if (!names.empty()) {
-    proj_context_set_search_paths(context.get(), static_cast<int>(names.size()), names.data());
-  }
+  proj_context_set_search_paths(context.get(), static_cast<int>(names.size()), names.data());
 }
 
 void Operation::look() {
@@ -90,10 +109,11 @@ void Operation::look() {
 }
 
 std::string Operation::explain(const std::string& logged) const {
-  const std::vector<std::string> folders = dataFolders(data);
-  if (!folders.empty() && !holdDatabase(folders)) {
-    return "finding " + target + " in PROJ's data: expected proj.db in " + data +
-           " (variable PROJ_LIB), found none there; copy it from PROJ's own data folder";
+  if (!holdDatabase(searchedFolders(context.get(), data)) &&
+      proj_context_get_database_path(context.get()) == nullptr) {
+    const std::string named = data.empty() ? "" : data + " (variable PROJ_LIB), ";
+    return "finding " + target + " in PROJ's data: expected proj.db in " + named + folderOfThisLibrary() +
+           " (beside the library) or PROJ's own folders, found none; install PROJ's data";
   }
   if (!logged.empty()) {
     return logged;

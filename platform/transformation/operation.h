@@ -22,7 +22,10 @@ struct OperationDeleter {
 /// A coordinate operation in the order longitude, latitude and east, north. \threads one at a time
 class Operation {
  public:
-  /// Looks the operation up; test with `reason`. `dataPath` is a value of PROJ_LIB.
+  /// Looks the operation up; test with `reason`.
+  ///
+  /// \param dataPath  a value of PROJ_LIB. Data are looked for in its folders, in the folder of this library,
+  ///                  and where PROJ itself would look without that variable; the first proj.db is taken
   Operation(const std::string& from, const std::string& to, const std::string& dataPath);
   Operation(const Operation&) = delete;
   Operation& operator=(const Operation&) = delete;

@@ -20,8 +20,9 @@ namespace Proj {
 ///                nothing, whatever its bits are
 /// \return empty on success, otherwise why no point was touched
 ///
-/// The variable PROJ_LIB names the folder, or the folders, of PROJ's data; unset, PROJ looks where it was
-/// installed to. No other variable and no network is asked. Large batches run on two threads, and a run of
+/// PROJ's data are looked for in the folders that the variable PROJ_LIB names, in the folder of this library,
+/// and then where PROJ itself looks: its folder of downloads, the variable PROJ_DATA, and the folder that it was
+/// installed to. The first proj.db is taken. The network is not used. Large batches run on two threads, and a run of
 /// bitwise equal points is computed once; the values are those of one thread, bit for bit. Each calling
 /// thread keeps the operation that it used last until it ends.
 /// \errors  never throws \threads safe on distinct vectors

@@ -35,6 +35,13 @@ class CheckRooms(unittest.TestCase):
         self.assertEqual(answer({"include/rdb2nimbra/rdb2nimbra.h": "", "loader/columns/column_buffer.h":
                                  "#include <rdb2nimbra/rdb2nimbra.h>\n#include <vector>\n"}), (0, ""))
 
+    def test_header_made_from_a_template_is_of_the_templates_room(self):
+        files = {"include/rdb2nimbra/version.h.in": ""}
+        self.assertEqual(answer({**files, "apps/rdbtool/main.cpp": "#include <rdb2nimbra/version.h>\n"}), (0, ""))
+        self.refuses({**files, "names/names.h": "#include <rdb2nimbra/version.h>\n"},
+                     "names/names.h: room names may not include include/rdb2nimbra/version.h.in, which is in room "
+                     "include/rdb2nimbra")
+
     def test_upward_include_is_refused(self):
         self.refuses({"loader/columns/column_buffer.h": "", **GRID,
                       "model/nimbra/field.h": '#include "loader/columns/column_buffer.h"\n'},

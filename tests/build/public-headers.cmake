@@ -1,15 +1,21 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Holds the installed headers against what the compiler reads from them, and keeps closed libraries out of them:
-#   cmake -DCOMPILER=.. -DROOT=.. -DLIST=.. -P public-headers.cmake
+#   cmake -DCOMPILER=.. -DROOT=.. -DLIST=.. -DGENERATED=<folder of generated headers> -P public-headers.cmake
 cmake_minimum_required(VERSION 3.25)
 file(STRINGS ${LIST} listed)
 # What a program includes by itself; everything else is installed because one of these reaches it.
-set(fronts include/rdb2nimbra/rdb2nimbra.h container/write/writer.h container/format/stored_type.h container/read/verify.h
+set(fronts include/rdb2nimbra/rdb2nimbra.h include/rdb2nimbra/version.h container/write/writer.h container/read/cursor.h container/read/verify.h
+  container/format/element_traits.h container/format/error.h
   arrays/quillon/physical_space.h arrays/nimbra/mem_array.h)
 set(read "")
 set(problems "")
 foreach(front IN LISTS fronts)
-  execute_process(COMMAND ${COMPILER} -std=c++20 -M -I${ROOT} -I${ROOT}/include -x c++ ${ROOT}/${front}
+  set(file ${ROOT}/${front})
+  if(EXISTS ${file}.in) # made at configuration
+    string(REGEX REPLACE "^include" "${GENERATED}" file ${front})
+    list(APPEND read ${front})
+  endif()
+  execute_process(COMMAND ${COMPILER} -std=c++20 -M -I${ROOT} -I${ROOT}/include -I${GENERATED} -x c++ ${file}
     OUTPUT_VARIABLE rule COMMAND_ERROR_IS_FATAL ANY)
   string(REGEX MATCHALL "[^ \n\\]+\\.?[a-z0-9+_]*" paths "${rule}")
   foreach(path IN LISTS paths)
@@ -17,7 +23,8 @@ foreach(front IN LISTS fronts)
       string(APPEND problems "  ${front} reaches ${path}\n")
     endif()
     string(FIND "${path}" "${ROOT}/" at)
-    if(at EQUAL 0)
+    string(FIND "${path}" "${GENERATED}/" generated)
+    if(at EQUAL 0 AND NOT generated EQUAL 0)
       file(RELATIVE_PATH path ${ROOT} ${path})
       list(APPEND read ${path})
     endif()

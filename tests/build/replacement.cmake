@@ -49,11 +49,11 @@ run("Configuring the library" ${CMAKE_COMMAND} -S ${ROOT} -B ${FOLDER}/library $
   -DRDB2NIMBRA_BENCHMARKS=OFF)
 run("Building the library" ${CMAKE_COMMAND} --build ${FOLDER}/library -j 2)
 
-file(GLOB built RELATIVE ${FOLDER}/library/bin ${FOLDER}/library/bin/*.so ${FOLDER}/library/bin/proj.db)
+file(GLOB built RELATIVE ${FOLDER}/library/lib ${FOLDER}/library/lib/*.so)
 if(NOT built STREQUAL "librdb2nimbra.so")
   message(FATAL_ERROR "Expected the library alone and nothing embedded, found ${built}")
 endif()
-run("Looking at the library" ${CMAKE_COMMAND} -DREADELF=${READELF} -DLIBRARY=${FOLDER}/library/bin/librdb2nimbra.so
+run("Looking at the library" ${CMAKE_COMMAND} -DREADELF=${READELF} -DLIBRARY=${FOLDER}/library/lib/librdb2nimbra.so
   -DEXPECTED=libQt5Core.so.5,libreplacement_calendar.so,libreplacement_client.so,libreplacement_model.so,libreplacement_transformation.so
   -P ${CMAKE_CURRENT_LIST_DIR}/needed-libraries.cmake)
 

@@ -2,10 +2,13 @@
 // Loads a database and prints the names of its fields with their element counts, and the first amplitude as the
 // number that it is: consumer FILE
 #include <rdb2nimbra/rdb2nimbra.h>
+#include <rdb2nimbra/version.h>
 
 #include "arrays/nimbra/mem_array.h"
 
 #include <iostream>
+
+static_assert(RDB2NIMBRA_VERSION_MAJOR == 1, "the major version that the programs of this test ask for");
 
 int main(int argumentCount, char** arguments) {
   Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid = new Nimbra::Grid;
@@ -21,6 +24,7 @@ int main(int argumentCount, char** arguments) {
       }
     }
   }
+  std::cout << "Version " RDB2NIMBRA_VERSION "\n";
   std::cerr << failure;
   return failure.empty() ? 0 : 1;
 }

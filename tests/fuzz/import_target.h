@@ -4,7 +4,7 @@
 
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/tool_error.h"
-#include "platform/client/error.h"
+#include "container/format/error.h"
 #include "tests/fuzz/input_file.h"
 
 #include <filesystem>
@@ -27,7 +27,7 @@ int importAnyBytes(const std::uint8_t* bytes, std::size_t count, Import import) 
     imported = true;
   } catch (const rdbtool::ToolError& refusal) {
     require(refusal.what()[0] != '\0', "a refusal says why");
-  } catch (const riegl::rdb::Error& refusal) {
+  } catch (const container::Error& refusal) {
     require(refusal.what()[0] != '\0', "a refusal says why");
   }
   require(std::filesystem::exists(request.output) == imported,

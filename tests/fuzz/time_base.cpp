@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Any text as the item of the time base.
-#include "loader/timebase/date.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/fuzz/fuzz_target.h"
 
 #include <stdexcept>

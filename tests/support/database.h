@@ -15,12 +15,12 @@ namespace support {
 
 /// One column: its description, and the value of each record and component.
 struct Column {
-  riegl::rdb::embedded::AttributeSpec spec;
+  container::Attribute spec;
   std::function<double(std::uint64_t record, unsigned int component)> value;
 };
 
 /// A column of `length` values a record, each the same function of the record's number.
-inline Column column(const std::string& name, riegl::rdb::embedded::StoredType type, unsigned int length,
+inline Column column(const std::string& name, container::ElementType type, unsigned int length,
                      std::function<double(std::uint64_t, unsigned int)> value) {
   Column made;
   made.spec.name = name;
@@ -39,8 +39,8 @@ void store(std::vector<unsigned char>& bytes, double value) {
   bytes.insert(bytes.end(), raw, raw + sizeof(Stored));
 }
 
-inline void storeAs(riegl::rdb::embedded::StoredType type, std::vector<unsigned char>& bytes, double value) {
-  using Type = riegl::rdb::embedded::StoredType;
+inline void storeAs(container::ElementType type, std::vector<unsigned char>& bytes, double value) {
+  using Type = container::ElementType;
   switch (type) {
   case Type::int8:
     return store<std::int8_t>(bytes, value);
@@ -70,7 +70,7 @@ inline void storeAs(riegl::rdb::embedded::StoredType type, std::vector<unsigned 
 /// Writes a database of `records` records.
 inline void writeDatabase(const std::string& path, std::uint64_t records, const std::vector<Column>& columns,
                           const std::map<std::string, std::string>& metadata = {}) {
-  riegl::rdb::embedded::Writer writer(path);
+  container::Writer writer(path);
   for (const Column& column : columns) {
     writer.addAttribute(column.spec);
   }

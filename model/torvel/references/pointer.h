@@ -59,15 +59,18 @@ class DynPtr {
     record = other.record;
   }
 
-  /// Takes the object of another pointer as T. It comes after the hold: a strong one sees to it that the
-  /// object, whose table of virtuals tells the way to T, stands still meanwhile.
+  /// Takes the object of another pointer as T. A null pointer there may be the result of a failed cast, which says
+  /// nothing about T: the live object is then cast anew. Called after the hold is taken, because the cast reads the
+  /// object; a strong hold keeps it alive meanwhile, a weak one relies on the caller.
   template <class U>
   void takeObject(const DynPtr<U, B>& other) {
     if constexpr (std::is_convertible_v<U*, T*>) {
       cached = other.get();
-    } else {
-      cached = castLive();
+      if (cached != nullptr) [[likely]] {
+        return;
+      }
     }
+    cached = castLive();
   }
 
   /// Where source and destination are one object there is nothing to copy from; the report says so.

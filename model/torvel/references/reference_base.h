@@ -6,10 +6,10 @@
 #include "model/torvel/core/counters.h"
 #include "model/torvel/core/memory_exception.h"
 #include "model/torvel/references/count_record.h"
+#include "model/torvel/references/pre_destruction.h"
 
 #include <atomic>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 
 namespace Torvel {
@@ -23,15 +23,8 @@ class DynPtr;
 ///
 /// \threads counts may be changed from several threads; the object itself is not protected
 template <class B>
-class TORVEL_API ReferenceBase {
+class TORVEL_API ReferenceBase : public PreDestructionHook {
  public:
-  ReferenceBase(const ReferenceBase&) = delete;
-  ReferenceBase& operator=(const ReferenceBase&) = delete;
-
-  /// Called when the last strong hold is about to go, ahead of the decrement. Empty here, and then not
-  /// called: it is the first virtual of every family, so its entry in the table tells (`hasPreDestruction`).
-  virtual void preDestruction() {}
-
   /// Ends the object's own weak hold. A strong count that still stands is marked twice, -333 and then -111.
   virtual ~ReferenceBase() {
     if (self.record->strong() >= 0) {
@@ -46,9 +39,6 @@ class TORVEL_API ReferenceBase {
 
   /// Number of this object among all objects of its family, from 0.
   std::uint64_t serialNumber() const { return serial; }
-
-  /// Whether a derived class has put a hook of its own in the place of the empty one.
-  bool hasPreDestruction() const { return firstVirtual() != emptyHook.load(std::memory_order_relaxed); }
 
   /// The counts of this object, for diagnostics and tests.
   const CountRecord<B>& counts() const { return *self.record; }
@@ -65,10 +55,6 @@ class TORVEL_API ReferenceBase {
     self.id = nextPointerID();
     self.record->raiseWeak();
     serial = nextSerial.fetch_add(1, std::memory_order_relaxed);
-    // During this constructor the table is this class's own, whose first entry is the empty hook.
-    if (emptyHook.load(std::memory_order_relaxed) == nullptr) {
-      emptyHook.store(firstVirtual(), std::memory_order_relaxed);
-    }
   }
 
   /// One strong count that nobody gives back: the object never dies through the count.
@@ -84,15 +70,7 @@ class TORVEL_API ReferenceBase {
     CountRecord<B>* record = nullptr;
   };
 
-  /// First entry of the object's table of virtuals, as the platform's C++ ABI lays it out.
-  const void* firstVirtual() const {
-    const void* const* table = nullptr;
-    std::memcpy(&table, static_cast<const void*>(this), sizeof table);
-    return *table;
-  }
-
   inline static std::atomic<std::uint64_t> nextSerial{0};
-  inline static std::atomic<const void*> emptyHook{nullptr};
 
   SelfLink self;
   std::uint64_t serial = 0;

@@ -9,7 +9,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::StoredType;
+using container::ElementType;
 using testing::HasSubstr;
 
 /// Escape, bell, DEL, C1, an override, an isolate and a byte that is not UTF-8, with a letter at each end.
@@ -35,9 +35,9 @@ class HostileTexts : public testing::Test {
  protected:
   HostileTexts() {
     support::Column points =
-        support::column("riegl.xyz", StoredType::float64, 3, [](auto, auto) { return 1; });
+        support::column("riegl.xyz", ElementType::float64, 3, [](auto, auto) { return 1; });
     points.spec.unit = points.spec.title = points.spec.description = hostile;
-    support::Column odd = support::column(hostile, StoredType::uint8, 1, [](auto, auto) { return 1; });
+    support::Column odd = support::column(hostile, ElementType::uint8, 1, [](auto, auto) { return 1; });
     odd.spec.unit = hostile;
     support::writeDatabase(file, 10, {points, odd},
                            {{hostile, hostile}, {"riegl.time_base", R"({"epoch": ")" + hostile + R"("})"}});

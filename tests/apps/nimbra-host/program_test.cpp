@@ -12,9 +12,9 @@
 
 namespace {
 
+using container::ElementType;
 using hosttest::ProgramRun;
 using hosttest::runProgram;
-using riegl::rdb::embedded::StoredType;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
@@ -29,7 +29,7 @@ class Program : public testing::Test {
                          const std::map<std::string, std::string>& metadata = {}) const {
     const std::string path = directory.path("scan.rdbx");
     const auto place = [](std::uint64_t record, unsigned int axis) { return double(record) + axis / 4.0; };
-    support::writeDatabase(path, records, {support::column("riegl.xyz", StoredType::float64, 3, place)},
+    support::writeDatabase(path, records, {support::column("riegl.xyz", ElementType::float64, 3, place)},
                            metadata);
     return path;
   }
@@ -42,11 +42,11 @@ class Program : public testing::Test {
     std::vector<support::Column> columns;
     for (const char* const name : {"roll", "pitch", "yaw", "height", "path_length"}) {
       columns.push_back(
-          support::column(std::string("riegl.pof_") + name, StoredType::float64, 1, along(0, 1)));
+          support::column(std::string("riegl.pof_") + name, ElementType::float64, 1, along(0, 1)));
     }
-    columns.push_back(support::column("riegl.pof_timestamp", StoredType::float64, 1, along(firstStamp, 1)));
-    columns.push_back(support::column("riegl.pof_longitude", StoredType::float64, 1, along(15, 0)));
-    columns.push_back(support::column("riegl.pof_latitude", StoredType::float64, 1, along(48, 1e-3)));
+    columns.push_back(support::column("riegl.pof_timestamp", ElementType::float64, 1, along(firstStamp, 1)));
+    columns.push_back(support::column("riegl.pof_longitude", ElementType::float64, 1, along(15, 0)));
+    columns.push_back(support::column("riegl.pof_latitude", ElementType::float64, 1, along(48, 1e-3)));
     support::writeDatabase(directory.path("flight.pofx"), 3, columns, {{"riegl.time_base", timeBase}});
     return directory.path("flight.pofx");
   }

@@ -2,8 +2,8 @@
 // Reads the databases that the tool has written.
 #include "tests/apps/rdbtool/database_rows.h"
 
-#include "container/format/stored_type.h"
-#include "platform/client/rdb.h"
+#include "container/format/element_traits.h"
+#include "container/read/cursor.h"
 
 #include <algorithm>
 
@@ -11,21 +11,17 @@ namespace support {
 
 namespace {
 
-using riegl::rdb::pointcloud::DataType;
-
-void open(riegl::rdb::Pointcloud& database, const std::string& path) {
-  database.open(path, {});
-}
+using container::Attribute;
+using container::Database;
 
 template <typename T>
-std::vector<T> valuesOf(const std::string& path, const std::string& name, DataType type) {
-  riegl::rdb::Pointcloud database{riegl::rdb::Context("", "")};
-  open(database, path);
-  const std::uint64_t values = database.recordCount() * database.pointAttribute().get(name).length;
+std::vector<T> valuesOf(const std::string& path, const std::string& name) {
+  const Database database(path);
+  const std::uint64_t values = database.recordCount() * database.require(name).length;
   std::vector<T> read(static_cast<std::size_t>(std::max<std::uint64_t>(values, 1)));
-  auto query = database.select("");
-  query.bind(name, type, read.data(), 0);
-  query.next(static_cast<unsigned>(database.recordCount()));
+  container::Cursor cursor(database);
+  cursor.bind(name, container::elementTypeOf<T>, read.data());
+  cursor.next(database.recordCount());
   read.resize(static_cast<std::size_t>(values));
   return read;
 }
@@ -33,10 +29,11 @@ std::vector<T> valuesOf(const std::string& path, const std::string& name, DataTy
 } // namespace
 
 DatabaseRows::DatabaseRows(const std::string& path) : file(path) {
-  riegl::rdb::Pointcloud database{riegl::rdb::Context("", "")};
-  open(database, path);
+  const Database database(path);
   recordCount = database.recordCount();
-  columnNames = database.pointAttribute().list();
+  for (std::size_t i = 0; i < database.attributeCount(); ++i) {
+    columnNames.push_back(database.attribute(i).name);
+  }
 }
 
 bool DatabaseRows::has(const std::string& name) const {
@@ -44,25 +41,20 @@ bool DatabaseRows::has(const std::string& name) const {
 }
 
 std::vector<double> DatabaseRows::column(const std::string& name) const {
-  return valuesOf<double>(file, name, DataType::FLOAT64);
+  return valuesOf<double>(file, name);
 }
 
 std::vector<std::uint64_t> DatabaseRows::wholeNumbers(const std::string& name) const {
-  return valuesOf<std::uint64_t>(file, name, DataType::UINT64);
+  return valuesOf<std::uint64_t>(file, name);
 }
 
 std::string DatabaseRows::typeOf(const std::string& name) const {
-  riegl::rdb::Pointcloud database{riegl::rdb::Context("", "")};
-  open(database, file);
-  const auto attribute = database.pointAttribute().get(name);
-  const auto type = riegl::rdb::embedded::storedTypeOf(attribute.storedType);
-  return std::string(riegl::rdb::embedded::name(type.value())) + " x " + std::to_string(attribute.length);
+  const Attribute attribute = Database(file).require(name);
+  return std::string(container::name(attribute.type)) + " x " + std::to_string(attribute.length);
 }
 
 std::string DatabaseRows::item(const std::string& name) const {
-  riegl::rdb::Pointcloud database{riegl::rdb::Context("", "")};
-  open(database, file);
-  return database.metaData().get(name, "");
+  return Database(file).item(name).value_or("");
 }
 
 } // namespace support

@@ -7,6 +7,7 @@
 #include <array>
 #include <cstring>
 #include <gtest/gtest.h>
+#include <initializer_list>
 #include <memory>
 #include <random>
 #include <string>
@@ -14,7 +15,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::crc32;
+using container::crc32;
 
 using Bytes = std::vector<unsigned char>;
 
@@ -47,12 +48,13 @@ Bytes randomBytes(std::size_t count) {
   return bytes;
 }
 
-// Lengths around every border: a register, a step, a piece with and without the step before it, all that is taken at
-// once, and several of these.
+// Lengths around every border: a register, a step, a piece with and without the step before it, one call, several
+// calls.
 std::vector<std::size_t> lengths() {
   std::vector<std::size_t> found{0, 1, 2, 3, 4, 15, 16, 17, 1000};
-  for (const std::size_t border : {64, 256, 512, 1024, 15360, 15524, 16119, 16316, 30884, 31476, 31744, 32000,
-                                   63488, 63744, 65536, 65792, 131072, 262144, 300000}) {
+  for (const std::size_t border :
+       std::initializer_list<std::size_t>{64, 256, 512, 1024, 15360, 15524, 16119, 16316, 30884, 31476, 31744,
+                                          32000, 63488, 63744, 65536, 65792, 131072, 262144, 300000}) {
     for (std::size_t nearby = border - 3; nearby <= border + 3; ++nearby) {
       found.push_back(nearby);
     }
@@ -81,13 +83,14 @@ TEST(Checksum, DoesNotDependOnWhereTheBytesLie) {
 TEST(Checksum, GoesOnWhereAnEarlierCallEnded) {
   const Bytes bytes = randomBytes(200000);
   const std::uint32_t whole = crc32(0, bytes.data(), bytes.size());
-  for (const std::size_t first : {1, 255, 256, 4096, 65536, 99999, 200000}) {
+  for (const std::size_t first :
+       std::initializer_list<std::size_t>{1, 255, 256, 4096, 65536, 99999, 200000}) {
     const std::uint32_t begun = crc32(0, bytes.data(), first);
     EXPECT_EQ(crc32(begun, bytes.data() + first, bytes.size() - first), whole) << first;
   }
 }
 
-// Bytes that are moved, received, read through a mask: each bit counts, wherever it stands.
+// Bytes that are moved, that receive, and that are read through a mask: each bit counts in every position.
 TEST(Checksum, ChangesWithEveryBytesBits) {
   Bytes bytes = randomBytes(66000);
   const std::uint32_t before = crc32(0, bytes.data(), bytes.size());
@@ -101,7 +104,7 @@ TEST(Checksum, ChangesWithEveryBytesBits) {
 }
 
 TEST(Checksum, ReadsNothingBeforeTheFirstByteOrBehindTheLast) {
-  for (const std::size_t length : {256, 31744, 32000, 65536, 65537}) {
+  for (const std::size_t length : std::initializer_list<std::size_t>{256, 31744, 32000, 65536, 65537}) {
     const Bytes whole = randomBytes(length);
     const auto own = std::make_unique<unsigned char[]>(length); // whose borders a sanitizer watches
     std::memcpy(own.get(), whole.data(), length);
@@ -110,15 +113,13 @@ TEST(Checksum, ReadsNothingBeforeTheFirstByteOrBehindTheLast) {
 }
 
 TEST(WideChecksum, IsTheDefinitionsForEveryNumberOfSteps) {
-  if (!riegl::rdb::embedded::hasWideMultiplication()) {
-    GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build: the plain way is "
-                    "all there is";
+  if (!container::hasWideMultiplication()) {
+    GTEST_SKIP() << "no wide carry-less multiplication on this processor or in this build";
   }
-  const Bytes bytes = randomBytes(400 * riegl::rdb::embedded::checksumStepBytes);
+  const Bytes bytes = randomBytes(400 * container::checksumStepBytes);
   for (std::size_t steps = 1; steps <= 400; ++steps) {
-    const std::size_t length = steps * riegl::rdb::embedded::checksumStepBytes;
-    EXPECT_EQ(riegl::rdb::embedded::wideCrc32(7, bytes.data(), steps), definition(7, bytes.data(), length))
-        << steps;
+    const std::size_t length = steps * container::checksumStepBytes;
+    EXPECT_EQ(container::wideCrc32(7, bytes.data(), steps), definition(7, bytes.data(), length)) << steps;
   }
 }
 

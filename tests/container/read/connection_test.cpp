@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How a connection to a file of unknown origin is held in check.
+// The limits and settings of a connection to a file of unknown origin.
 #include "container/read/connection.h"
 
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 
 namespace {
 
-using riegl::rdb::embedded::Connection;
-using riegl::rdb::embedded::Statement;
+using container::Connection;
+using container::Statement;
 
 class OpenConnection : public testing::Test {
  protected:
@@ -23,7 +23,7 @@ class OpenConnection : public testing::Test {
   int limit(int which) const { return sqlite3_limit(connection->handle(), which, -1); }
 
   void SetUp() override {
-    rdbtest::writeSample(path);
+    containertest::writeSample(path);
     connection = std::make_unique<Connection>(path);
   }
   support::TempDir directory;
@@ -61,8 +61,8 @@ TEST_F(OpenConnection, LimitsWhatAFileMayAskFor) {
 
 TEST_F(OpenConnection, TakesNoValueLongerThanTheFile) {
   EXPECT_EQ(limit(SQLITE_LIMIT_LENGTH), 1'000'000); // the least, for small files
-  rdbtest::writeColumn(path, {"a", riegl::rdb::embedded::StoredType::uint8},
-                       std::vector<unsigned char>(3'000'000));
+  containertest::writeColumn(path, {"a", container::ElementType::uint8},
+                             std::vector<unsigned char>(3'000'000));
   connection = std::make_unique<Connection>(path);
   EXPECT_EQ(limit(SQLITE_LIMIT_LENGTH), static_cast<int>(connection->identity().bytes));
 }

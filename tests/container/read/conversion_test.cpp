@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // All conversions from stored to requested types, as tables of values.
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 
 #include <cmath>
 #include <cstring>
@@ -10,30 +10,13 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
 constexpr double nan = std::numeric_limits<double>::quiet_NaN();
 constexpr double infinity = std::numeric_limits<double>::infinity();
 
 template <class Element>
-struct Kind;
-#define KIND(element, name, NAME)                                                                            \
-  template <>                                                                                                \
-  struct Kind<element> {                                                                                     \
-    static constexpr StoredType stored = StoredType::name;                                                   \
-    static constexpr DataType requested = DataType::NAME;                                                    \
-  }
-KIND(std::int8_t, int8, INT8);
-KIND(std::uint8_t, uint8, UINT8);
-KIND(std::int16_t, int16, INT16);
-KIND(std::uint16_t, uint16, UINT16);
-KIND(std::int32_t, int32, INT32);
-KIND(std::uint32_t, uint32, UINT32);
-KIND(std::int64_t, int64, INT64);
-KIND(std::uint64_t, uint64, UINT64);
-KIND(float, float32, FLOAT32);
-KIND(double, float64, FLOAT64);
-#undef KIND
+constexpr ElementType typeOf = container::elementTypeOf<Element>;
 
 /// The rule, written the slow way: in extended precision, value by value.
 template <class To>
@@ -95,8 +78,8 @@ template <class From, class To>
 void expectConverted(const support::TempDir& directory, double scale, double offset) {
   const std::string path = directory.path("values.rdbx");
   const std::vector<From> stored = telltaleValues<From>();
-  writeColumn(path, {"value", Kind<From>::stored, 1, scale, offset}, stored, {16, true});
-  const std::vector<To> found = readColumn<To>(path, "value", Kind<To>::requested, 1000);
+  writeColumn(path, {"value", typeOf<From>, 1, scale, offset}, stored, {16, true});
+  const std::vector<To> found = readColumn<To>(path, "value");
   ASSERT_EQ(found.size(), stored.size());
   const bool asIs = scale == 1 && offset == 0;
   for (std::size_t i = 0; i < stored.size(); ++i) {
@@ -104,8 +87,8 @@ void expectConverted(const support::TempDir& directory, double scale, double off
                                   ? static_cast<long double>(stored[i])
                                   : static_cast<long double>(static_cast<double>(stored[i]) * scale + offset);
     EXPECT_PRED2(same<To>, found[i], expected<To>(value))
-        << "stored " << name(Kind<From>::stored) << " " << +stored[i] << ", requested "
-        << static_cast<int>(Kind<To>::requested) << ", scale " << scale << ", offset " << offset;
+        << "stored " << name(typeOf<From>) << " " << +stored[i] << ", requested " << name(typeOf<To>)
+        << ", scale " << scale << ", offset " << offset;
   }
 }
 
@@ -149,84 +132,60 @@ TYPED_TEST(StoredAs, IsShiftedForEveryType) {
 
 struct Case {
   double stored;
-  DataType requested;
+  ElementType requested;
   std::string text;
 };
 
 // The rule once more, by hand: what a reader of the table can check in the head.
 const Case cases[] = {
-    {0.5, DataType::UINT8, "0"},
-    {1.5, DataType::UINT8, "2"},
-    {2.5, DataType::UINT8, "2"},
-    {-0.5, DataType::INT8, "0"},
-    {-1.5, DataType::INT8, "-2"},
-    {-2.5, DataType::INT32, "-2"},
-    {254.5, DataType::UINT8, "254"},
-    {255.5, DataType::UINT8, "255"},
-    {300, DataType::UINT8, "255"},
-    {-1, DataType::UINT8, "0"},
-    {-129, DataType::INT8, "-128"},
-    {128, DataType::INT8, "127"},
-    {70000, DataType::UINT16, "65535"},
-    {-40000, DataType::INT16, "-32768"},
-    {1e10, DataType::UINT32, "4294967295"},
-    {-1e10, DataType::INT32, "-2147483648"},
-    {1e10, DataType::INT32, "2147483647"},
-    {1e20, DataType::UINT64, "18446744073709551615"},
-    {-1, DataType::UINT64, "0"},
-    {1e20, DataType::INT64, "9223372036854775807"},
-    {-1e20, DataType::INT64, "-9223372036854775808"},
-    {4503599627370495.5, DataType::INT64, "4503599627370496"},
-    {2251799813685248.5, DataType::UINT64, "2251799813685248"},
-    {2251799813685249.5, DataType::INT64, "2251799813685250"},
-    {-2251799813685249.5, DataType::INT64, "-2251799813685250"},
-    {nan, DataType::INT32, "0"},
-    {nan, DataType::UINT64, "0"},
-    {nan, DataType::INT64, "0"},
-    {nan, DataType::UINT8, "0"},
-    {infinity, DataType::UINT16, "65535"},
-    {-infinity, DataType::INT64, "-9223372036854775808"},
-    {1e300, DataType::FLOAT32, "inf"},
-    {nan, DataType::FLOAT32, "nan"},
+    {0.5, ElementType::uint8, "0"},
+    {1.5, ElementType::uint8, "2"},
+    {2.5, ElementType::uint8, "2"},
+    {-0.5, ElementType::int8, "0"},
+    {-1.5, ElementType::int8, "-2"},
+    {-2.5, ElementType::int32, "-2"},
+    {254.5, ElementType::uint8, "254"},
+    {255.5, ElementType::uint8, "255"},
+    {300, ElementType::uint8, "255"},
+    {-1, ElementType::uint8, "0"},
+    {-129, ElementType::int8, "-128"},
+    {128, ElementType::int8, "127"},
+    {70000, ElementType::uint16, "65535"},
+    {-40000, ElementType::int16, "-32768"},
+    {1e10, ElementType::uint32, "4294967295"},
+    {-1e10, ElementType::int32, "-2147483648"},
+    {1e10, ElementType::int32, "2147483647"},
+    {1e20, ElementType::uint64, "18446744073709551615"},
+    {-1, ElementType::uint64, "0"},
+    {1e20, ElementType::int64, "9223372036854775807"},
+    {-1e20, ElementType::int64, "-9223372036854775808"},
+    {4503599627370495.5, ElementType::int64, "4503599627370496"},
+    {2251799813685248.5, ElementType::uint64, "2251799813685248"},
+    {2251799813685249.5, ElementType::int64, "2251799813685250"},
+    {-2251799813685249.5, ElementType::int64, "-2251799813685250"},
+    {nan, ElementType::int32, "0"},
+    {nan, ElementType::uint64, "0"},
+    {nan, ElementType::int64, "0"},
+    {nan, ElementType::uint8, "0"},
+    {infinity, ElementType::uint16, "65535"},
+    {-infinity, ElementType::int64, "-9223372036854775808"},
+    {1e300, ElementType::float32, "inf"},
+    {nan, ElementType::float32, "nan"},
 };
 
-template <class Element>
-std::string shownAs(const std::string& path, DataType type) {
-  std::ostringstream text;
-  text << +readColumn<Element>(path, "value", type)[0];
-  return text.str();
-}
-
-std::string shownAs(const std::string& path, DataType type) {
-  switch (type) {
-  case DataType::INT8:
-    return shownAs<std::int8_t>(path, type);
-  case DataType::UINT8:
-    return shownAs<std::uint8_t>(path, type);
-  case DataType::INT16:
-    return shownAs<std::int16_t>(path, type);
-  case DataType::UINT16:
-    return shownAs<std::uint16_t>(path, type);
-  case DataType::INT32:
-    return shownAs<std::int32_t>(path, type);
-  case DataType::UINT32:
-    return shownAs<std::uint32_t>(path, type);
-  case DataType::INT64:
-    return shownAs<std::int64_t>(path, type);
-  case DataType::UINT64:
-    return shownAs<std::uint64_t>(path, type);
-  case DataType::FLOAT32:
-    return shownAs<float>(path, type);
-  default:
-    return shownAs<double>(path, type);
-  }
+std::string shownAs(const std::string& path, ElementType type) {
+  return container::visitElement(type, [&](auto element) {
+    std::ostringstream text;
+    text << +readColumn<typename decltype(element)::type>(path, "value")[0];
+    return text.str();
+  });
 }
 
 TEST(Conversion, RoundsHalfToEvenSaturatesAndTakesNotANumberAsZero) {
   const support::TempDir directory;
   const std::string path = directory.path("values.rdbx");
   for (const Case& row : cases) {
-    writeColumn(path, {"value", StoredType::float64}, std::vector<double>{row.stored});
+    writeColumn(path, {"value", ElementType::float64}, std::vector<double>{row.stored});
     EXPECT_EQ(shownAs(path, row.requested), row.text) << "stored " << row.stored;
   }
 }
@@ -236,9 +195,9 @@ TEST(Conversion, SixtyFourBitIntegersPassExactly) {
   const std::string path = directory.path("values.rdbx");
   const std::vector<std::int64_t> values = {(std::int64_t{1} << 53) + 1, -(std::int64_t{1} << 62) - 1,
                                             std::numeric_limits<std::int64_t>::max()};
-  writeColumn(path, {"value", StoredType::int64}, values);
-  EXPECT_EQ(readColumn<std::int64_t>(path, "value", DataType::INT64), values);
-  EXPECT_THAT(readColumn<std::uint64_t>(path, "value", DataType::UINT64),
+  writeColumn(path, {"value", ElementType::int64}, values);
+  EXPECT_EQ(readColumn<std::int64_t>(path, "value"), values);
+  EXPECT_THAT(readColumn<std::uint64_t>(path, "value"),
               testing::ElementsAre(9007199254740993U, 0U, 9223372036854775807U));
 }
 
@@ -249,8 +208,8 @@ TEST(Conversion, LongColumnsAreConvertedAcrossChunks) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     values[i] = static_cast<std::int16_t>(i * 31);
   }
-  writeColumn(path, {"value", StoredType::int16, 3, 0.5, 1}, values, {150'000, true});
-  const auto found = readColumn<double>(path, "value", DataType::FLOAT64, 170'000);
+  writeColumn(path, {"value", ElementType::int16, 3, 0.5, 1}, values, {150'000, true});
+  const auto found = readColumn<double>(path, "value", 170'000);
   ASSERT_EQ(found.size(), values.size());
   const auto wrong =
       std::mismatch(values.begin(), values.end(), found.begin(),

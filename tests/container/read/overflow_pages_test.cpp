@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Blobs read from the pages of a file are those that SQLite reads, or none; whoever made or damaged the file.
+// Blobs read from the pages of a file are those that SQLite reads, or none, for files of any origin and damage.
 // Longer than other sources because every test needs the same writer of files and reader of pages.
 #include "container/read/overflow_pages.h"
 
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 
 #include <algorithm>
 #include <filesystem>
@@ -13,8 +13,8 @@
 
 namespace {
 
-using namespace rdbtest;
-using riegl::rdb::embedded::OverflowPages;
+using namespace containertest;
+using container::OverflowPages;
 using Bytes = std::vector<unsigned char>;
 
 constexpr const char* table = "CREATE TABLE block (attribute INTEGER NOT NULL, number INTEGER NOT NULL, "
@@ -99,7 +99,7 @@ std::optional<Bytes> readPieces(OverflowPages& pages, std::size_t bytes, std::si
   return isRead ? std::optional(Bytes(buffer.begin() + margin, buffer.end() - margin)) : std::nullopt;
 }
 
-/// A file of one table, and a reader of it that has its transaction open.
+/// A file of one table, and a reader of it with an open transaction.
 class Pages : public testing::Test {
  protected:
   std::optional<Bytes> straight(std::int64_t rowId, std::size_t bytes, std::size_t piece = 1 << 18) {
@@ -127,7 +127,7 @@ class Pages : public testing::Test {
     pages.reset();
     reader.reset();
   }
-  /// Any answer will do that stays in bounds.
+  /// Reads a blob of a damaged file; only the bounds of the read are checked. \return whether it was read
   bool readsAfter(const std::vector<char>& bytes, std::int64_t rowId, std::size_t blobBytes) {
     reopen();
     writeBytes(path, bytes);
@@ -152,7 +152,7 @@ void PrintTo(const Shape& shape, std::ostream* out) {
 class EveryShape : public Pages, public testing::WithParamInterface<Shape> {
  protected:
   std::size_t usable() const { return GetParam().pageBytes - static_cast<std::size_t>(GetParam().reserved); }
-  /// Around every size at which something changes: nothing in a chain, a full page of it, one byte more.
+  /// Around every size at which the layout changes: no chain, a full page of it, one byte more.
   std::vector<std::size_t> sizes() const {
     std::vector<std::size_t> all{1, 7, 300'000, 3'000'001};
     for (const std::size_t edge : {usable() - 35, usable(), 2 * usable(), 5 * usable() - 20}) {

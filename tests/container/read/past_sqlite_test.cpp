@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The client reads past SQLite's page cache where it may, and a file that answers such reads wrongly does no harm.
-#include "tests/platform/client/database_file.h"
+// Reads that bypass SQLite's page cache, and their fallback to SQLite where the file answers them wrongly.
+#include "tests/container/database_file.h"
 
 #include <gmock/gmock.h>
 #include <limits>
@@ -8,9 +8,9 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 
-/// What happens to reads that SQLite would not make itself, which are those of anything but a whole page.
+/// How the file answers reads that SQLite would not make itself: all but those of whole pages.
 enum class Answer { right, failure, shortRead, otherBytes };
 
 void PrintTo(Answer answer, std::ostream* stream) {
@@ -19,7 +19,7 @@ void PrintTo(Answer answer, std::ostream* stream) {
 }
 
 int reads = 0;     ///< such reads so far
-int wrongFrom = 0; ///< index of the first that is answered wrongly
+int wrongFrom = 0; ///< index of the first read that is answered wrongly
 int wrongTo = 0;   ///< index behind the last one
 Answer wrong = Answer::right;
 const sqlite3_io_methods* original = nullptr;
@@ -59,7 +59,7 @@ int openWatched(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, i
   return status;
 }
 
-/// A database of blocks of 1,200,000 and 400,000 bytes, in which SQLite's file system is ours.
+/// A database of blocks of 1,200,000 and 400,000 bytes, opened through a file system of the test.
 class PastSqlite : public testing::TestWithParam<Answer> {
  protected:
   void SetUp() override {
@@ -77,12 +77,12 @@ class PastSqlite : public testing::TestWithParam<Answer> {
     sqlite3_vfs_register(system, 1);
   }
   void givenDatabase(bool checksums) {
-    writeColumn(path, {"riegl.xyz", StoredType::float64, 3}, points, {50'000, checksums});
+    writeColumn(path, {"riegl.xyz", ElementType::float64, 3}, points, {50'000, checksums});
     sqlite3_vfs_register(&watched, 1);
     reads = 0;
   }
   std::vector<double> load(unsigned atOnce = 200'000) {
-    return readColumn<double>(path, "riegl.xyz", DataType::FLOAT64, atOnce);
+    return readColumn<double>(path, "riegl.xyz", atOnce);
   }
   int readsOfSoundLoad() {
     EXPECT_EQ(load(), points);
@@ -137,7 +137,7 @@ TEST_P(PastSqlite, WrongAnswersFromAnyReadOnLeaveTheRestToSqlite) {
 INSTANTIATE_TEST_SUITE_P(Of, PastSqlite,
                          testing::Values(Answer::failure, Answer::shortRead, Answer::otherBytes));
 
-TEST_F(PastSqlite, DamagedBlockHasSqlitesVerdict) {
+TEST_F(PastSqlite, DamagedBlockIsReportedAsSqliteReadsIt) {
   givenDatabase(true);
   execute(path, "UPDATE block SET checksum = checksum - 1 WHERE number = 1");
   const std::string error = errorOf(directory, [this] { load(); });

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pages asked for before they are written: they come, and nothing else changes.
+// Pages allocated before they are written: those of the bytes and no others, content unchanged.
 #include "container/read/populate.h"
 
 #include <algorithm>
@@ -10,7 +10,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::populate;
+using container::populate;
 
 const auto pageBytes = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 
@@ -51,7 +51,7 @@ class Populate : public testing::Test {
  protected:
   void SetUp() override {
     if (!kernelPopulates()) {
-      GTEST_SKIP() << "no pages are asked for ahead on this system or in this build: the hint does nothing";
+      GTEST_SKIP() << "this system or this build allocates no pages in advance: the hint does nothing";
     }
   }
 };

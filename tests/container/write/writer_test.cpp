@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The writer: what it leaves behind when it finishes, fails or is dropped, and what verify finds.
+// The writer: the files it leaves when it finishes, fails or is destroyed early, and what verify finds in them.
 #include "container/read/verify.h"
-#include "tests/platform/client/database_file.h"
+#include "tests/container/database_file.h"
 #include "tests/support/resource_limit.h"
 
 #include <filesystem>
@@ -10,7 +10,7 @@
 
 namespace {
 
-using namespace rdbtest;
+using namespace containertest;
 using testing::ElementsAre;
 
 class Writing : public testing::Test {
@@ -22,7 +22,7 @@ class Writing : public testing::Test {
     }
     return names;
   }
-  std::string errorOfSpec(const AttributeSpec& spec) {
+  std::string errorOfSpec(const Attribute& spec) {
     return errorOf(directory, [&] { Writer(path).addAttribute(spec); });
   }
   support::TempDir directory;
@@ -32,13 +32,13 @@ class Writing : public testing::Test {
 TEST_F(Writing, LeavesOneFileWhenFinished) {
   writeSample(path);
   EXPECT_THAT(files(), ElementsAre("scan.rdbx"));
-  EXPECT_EQ(open(path)->recordCount(), 10U);
+  EXPECT_EQ(Database(path).recordCount(), 10U);
 }
 
 TEST_F(Writing, LeavesNothingWithoutFinish) {
   {
     Writer writer(path);
-    writer.addAttribute({"a", StoredType::uint8});
+    writer.addAttribute({"a", ElementType::uint8});
     EXPECT_EQ(files().size(), 1U);
   }
   EXPECT_THAT(files(), testing::IsEmpty());
@@ -54,7 +54,7 @@ TEST_F(Writing, LeavesTheOldFileWithoutFinish) {
 TEST_F(Writing, ReplacesTheOldFileAtTheEnd) {
   writeBytes(path, {'o', 'l', 'd'});
   writeSample(path);
-  EXPECT_EQ(open(path)->recordCount(), 10U);
+  EXPECT_EQ(Database(path).recordCount(), 10U);
 }
 
 TEST_F(Writing, FollowsASymbolicLink) {
@@ -62,7 +62,7 @@ TEST_F(Writing, FollowsASymbolicLink) {
   std::filesystem::create_symlink("store/real.rdbx", path);
   writeSample(path);
   EXPECT_TRUE(std::filesystem::is_symlink(path));
-  EXPECT_EQ(open(directory.path("store/real.rdbx"))->recordCount(), 10U);
+  EXPECT_EQ(Database(directory.path("store/real.rdbx")).recordCount(), 10U);
 }
 
 TEST_F(Writing, RefusesADirectoryThatIsNotThere) {
@@ -81,24 +81,24 @@ TEST_F(Writing, RefusesSpecsThatCannotBeRead) {
   const std::string what = "the database cannot be written so (column \"a\": expected ";
   EXPECT_EQ(errorOfSpec({""}),
             "the database cannot be written so (column \"\": expected a name, found none)");
-  EXPECT_EQ(errorOfSpec({"a", StoredType::int8, 0}), what + "a length of 1 to 65536, found 0)");
-  EXPECT_EQ(errorOfSpec({"a", StoredType::int8, 65537}), what + "a length of 1 to 65536, found 65537)");
-  EXPECT_EQ(errorOfSpec({"a", StoredType::int8, 1, 0}),
+  EXPECT_EQ(errorOfSpec({"a", ElementType::int8, 0}), what + "a length of 1 to 65536, found 0)");
+  EXPECT_EQ(errorOfSpec({"a", ElementType::int8, 65537}), what + "a length of 1 to 65536, found 65537)");
+  EXPECT_EQ(errorOfSpec({"a", ElementType::int8, 1, 0}),
             what + "a finite scale other than 0, found 0.000000)");
-  EXPECT_EQ(errorOfSpec({"a", StoredType::int8, 1, 1, 1.0 / 0.0}), what + "a finite offset, found inf)");
-  EXPECT_EQ(errorOfSpec({"a", StoredType::float64, 1000}),
+  EXPECT_EQ(errorOfSpec({"a", ElementType::int8, 1, 1, 1.0 / 0.0}), what + "a finite offset, found inf)");
+  EXPECT_EQ(errorOfSpec({"a", ElementType::float64, 1000}),
             what + "blocks of at most 900000000 bytes, found 8000000000)");
 }
 
 TEST_F(Writing, RefusesWrongUse) {
   Writer writer(path);
-  writer.addAttribute({"a", StoredType::uint8});
+  writer.addAttribute({"a", ElementType::uint8});
   const unsigned char value = 1;
-  EXPECT_THROW(writer.addAttribute({"a", StoredType::uint8}), Error);
+  EXPECT_THROW(writer.addAttribute({"a", ElementType::uint8}), Error);
   EXPECT_THROW(writer.write(1, {}), Error);
   EXPECT_THROW(writer.write(1, {nullptr}), Error);
   writer.write(1, {&value});
-  EXPECT_THROW(writer.addAttribute({"b", StoredType::uint8}), Error);
+  EXPECT_THROW(writer.addAttribute({"b", ElementType::uint8}), Error);
   writer.finish();
   EXPECT_THROW(writer.finish(), Error);
   EXPECT_THROW(writer.write(1, {&value}), Error);
@@ -115,21 +115,21 @@ TEST_F(Writing, PartsOfAnySizeMakeTheSameFile) {
   }
   for (const std::uint64_t part : {1U, 7U, 64U, 65U, 200U, 1000U}) {
     Writer writer(path, {64, true});
-    writer.addAttribute({"a", StoredType::uint8});
+    writer.addAttribute({"a", ElementType::uint8});
     for (std::uint64_t done = 0; done < 1000; done += part) {
       writer.write(std::min<std::uint64_t>(part, 1000 - done), {values.data() + done});
     }
     EXPECT_EQ(writer.rows(), 1000U);
     writer.finish();
-    EXPECT_EQ(readColumn<unsigned char>(path, "a", DataType::UINT8, 999), values) << "parts of " << part;
+    EXPECT_EQ(readColumn<unsigned char>(path, "a", 999), values) << "parts of " << part;
   }
 }
 
-TEST_F(Writing, FullDiskIsToldAndLeavesNothing) {
+TEST_F(Writing, FullDiskIsReportedAndLeavesNothing) {
   const auto handler = signal(SIGXFSZ, SIG_IGN);
   const support::ResourceLimit limit(RLIMIT_FSIZE, 1'000'000);
   const std::string error = errorOf(directory, [&] {
-    writeColumn(path, {"a", StoredType::uint8}, std::vector<unsigned char>(40'000'000));
+    writeColumn(path, {"a", ElementType::uint8}, std::vector<unsigned char>(40'000'000));
   });
   signal(SIGXFSZ, handler);
   EXPECT_THAT(error, testing::StartsWith(
@@ -168,7 +168,7 @@ TEST_F(Writing, MakesTheDocumentedTables) {
                 " FROM sqlite_schema WHERE type = 'table'");
 }
 
-/// CRC-32 bit by bit, as its definition says.
+/// CRC-32 bit by bit, from its definition.
 std::uint32_t slowChecksum(const unsigned char* data, std::size_t bytes) {
   std::uint32_t state = 0xffffffff;
   for (std::size_t i = 0; i < bytes; ++i) {
@@ -185,21 +185,22 @@ TEST_F(Writing, ChecksumsAreThoseOfTheDefinitionAtEveryBlockSize) {
   for (std::size_t i = 0; i < values.size(); ++i) {
     values[i] = static_cast<unsigned char>((i * i + i / 7) >> 3);
   }
-  for (const std::uint32_t rows : {1, 15, 16, 17, 255, 256, 257, 511, 512, 513, 1000, 1279, 4096, 600000}) {
+  for (const std::uint32_t rows :
+       {1U, 15U, 16U, 17U, 255U, 256U, 257U, 511U, 512U, 513U, 1000U, 1279U, 4096U, 600000U}) {
     const std::vector<unsigned char> part(values.begin(), values.begin() + rows);
-    writeColumn(path, {"a", StoredType::uint8}, part, {rows, true});
+    writeColumn(path, {"a", ElementType::uint8}, part, {rows, true});
     execute(path, "CREATE TEMP TABLE expect(holds INTEGER CHECK (holds));"
                   "INSERT INTO expect SELECT checksum = " +
                       std::to_string(slowChecksum(part.data(), part.size())) + " FROM block");
-    EXPECT_EQ(readColumn<unsigned char>(path, "a", DataType::UINT8, 999), part) << rows << " bytes";
+    EXPECT_EQ(readColumn<unsigned char>(path, "a", 999), part) << rows << " bytes";
   }
 }
 
-TEST_F(Writing, LeavesChecksumsOutWhenTold) {
+TEST_F(Writing, OmitsChecksumsWhenAsked) {
   writeSample(path, false);
-  const auto seen = riegl::rdb::embedded::verify(path, [](const auto&, const auto&) {});
+  const auto seen = container::verify(path, [](const auto&, const auto&) {});
   EXPECT_EQ(seen.withoutChecksum, 6U);
-  EXPECT_EQ(readColumn<unsigned char>(path, "riegl.class", DataType::UINT8).size(), 10U);
+  EXPECT_EQ(readColumn<unsigned char>(path, "riegl.class").size(), 10U);
 }
 
 TEST_F(Writing, VerifyFindsEveryFault) {
@@ -208,7 +209,7 @@ TEST_F(Writing, VerifyFindsEveryFault) {
                 "UPDATE block SET data = x'00' WHERE attribute = 2 AND number = 1;"
                 "UPDATE metadata SET value = x'00'");
   std::vector<std::string> found;
-  const auto seen = riegl::rdb::embedded::verify(path, [&](const auto&, const auto& details) {
+  const auto seen = container::verify(path, [&](const auto&, const auto& details) {
     found.push_back(details.substr(0, details.find(" of ")));
   });
   EXPECT_THAT(found,
@@ -219,8 +220,7 @@ TEST_F(Writing, VerifyFindsEveryFault) {
 
 TEST_F(Writing, VerifyOfASoundFileFindsNothing) {
   writeSample(path);
-  const auto seen =
-      riegl::rdb::embedded::verify(path, [](const auto&, const auto& details) { FAIL() << details; });
+  const auto seen = container::verify(path, [](const auto&, const auto& details) { FAIL() << details; });
   EXPECT_EQ(seen.bytes, 250U);
   EXPECT_EQ(seen.findings, 0U);
 }

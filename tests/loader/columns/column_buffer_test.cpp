@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The column buffer: what it holds when it is new, and the order of what publishing does.
+// The column buffer: its content when new, and the order of the effects of publication.
 #include "loader/columns/column_buffer.h"
 
 #include "tests/support/grid.h"
@@ -14,7 +14,7 @@ namespace {
 
 using support::field;
 
-/// Opens what an import's own buffer calls.
+/// Makes the protected operation public that the buffers of the imports call.
 template <class T>
 class Buffer final : public Riegl::Z4Data<T> {
  public:
@@ -84,7 +84,7 @@ TEST_F(ColumnBuffer, SharesItsFieldWithAnotherOfItsName) {
   EXPECT_EQ(buffer<double>("A", 1)->receivingField().get(), buffer<float>("A", 1)->receivingField().get());
 }
 
-TEST_F(ColumnBuffer, WithoutElementsPublishesNothingAndCallsNobody) {
+TEST_F(ColumnBuffer, WithoutElementsPublishesNothingAndCallsNoCallback) {
   const auto empty = buffer<double>("GPSTime", 0);
   int calls = 0;
   empty->publishBlock(fragment("Fragment_0"), 3, gps,
@@ -117,7 +117,7 @@ TEST_F(ColumnBuffer, IsPublishedAsTheCallbackLeavesItAndFlagged) {
       std::vector<unsigned char>{1});
 }
 
-/// Calls a function with everything that is kept through it.
+/// A cache that calls a function for each object that it is given.
 class NotingCache final : public Torvel::Cache {
  public:
   explicit NotingCache(std::function<void()> onKeep) : note(std::move(onKeep)) {}
@@ -197,7 +197,7 @@ TEST_F(ColumnBuffer, PublishesItsOwnMemoryAndLeavesTheArrayAsTheOnlyOwner) {
   column->publishBlock(fragment("Fragment_0"), 4, utc, nullptr);
   const auto array = field(grid, "Amplitude")->array("Fragment_0");
   EXPECT_EQ(array->rawData(), memory);
-  EXPECT_EQ(array->chunkBase().counts()->strong(), 3); // buffer, array, and the pointer looked at here
+  EXPECT_EQ(array->chunkBase().counts()->strong(), 3); // held by buffer, array, and the pointer of this line
   column = nullptr;
   EXPECT_EQ(array->chunkBase().counts()->strong(), 2);
 }
@@ -253,7 +253,8 @@ TEST_F(ColumnBuffer, BeyondAnyMemoryRaisesTheAllocationException) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   GTEST_SKIP() << "sanitizers end the process where an allocation of this size would raise";
 #endif
-  const support::ResourceLimit limit(RLIMIT_AS, rlim_t{16} << 30); // whatever memory the machine has
+  const support::ResourceLimit limit(RLIMIT_AS,
+                                     rlim_t{16} << 30); // so that the machine's memory does not matter
   EXPECT_THROW(buffer<Quillon::PhysicalSpace::point>("Huge", 0xffffffffU), std::bad_alloc);
 }
 

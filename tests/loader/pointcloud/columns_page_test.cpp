@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The users' page of the columns, held against the columns as they have to be.
+// Compares docs/columns.md with the list of the expected columns.
 #include "tests/loader/pointcloud/expected_rows.h"
 #include "tests/support/file_content.h"
 

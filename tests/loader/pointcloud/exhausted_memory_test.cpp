@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load whose allocation k fails, for every k: the result text, whole columns in their order, nothing left over.
-#include "loader/pointcloud/rdbx2Z4.h"
+// A load whose allocation k fails, for every k: its result text, whole columns in their order, and no leak.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/script.h"
 #include "tests/support/failing_allocator.h"
 #include "tests/support/grid.h"
@@ -15,7 +16,7 @@ using Names = std::vector<std::string>;
 
 const Names fieldsInOrder{"Positions", "GPSTime", "Amplitude", "Reflectance", "TargetIndex", "Gain"};
 
-/// Loads one block of six columns with the allocation behind the first `successes` failing.
+/// Loads one block of six columns whose allocation after the first `successes` fails.
 std::string loadWith(long successes, Nimbra::Grid& grid) {
   scripted::Script& script = scripted::newScript();
   for (const char* name : {"riegl.xyz", "riegl.timestamp", "riegl.amplitude", "riegl.reflectance",
@@ -30,7 +31,7 @@ std::string loadWith(long successes, Nimbra::Grid& grid) {
   return result;
 }
 
-/// What the process makes once and for all is made before.
+/// The first load makes what the process allocates once.
 long allocationsOfALoad() {
   for (int load = 0; load < 2; ++load) {
     Nimbra::Grid grid;
@@ -39,7 +40,7 @@ long allocationsOfALoad() {
   return support::allocationsMade();
 }
 
-/// The fields that hold the block, in order of creation.
+/// The fields that have the block, in order of creation.
 Names fieldsWithData(const Nimbra::Grid& grid) {
   Names names = support::fieldNames(grid);
   std::erase_if(names, [&grid](const std::string& name) {
@@ -75,7 +76,7 @@ TEST(ExhaustedMemory, InTheMidstOfABlockLeavesItInTheFirstColumnsOnly) {
   }
 }
 
-/// What stays allocated once the script and the grid of a load are gone.
+/// Allocations that remain after the script and the grid of a load are gone.
 long aliveAfterLoadWith(long successes) {
   {
     Nimbra::Grid grid;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The columns of the point-cloud import as they have to be, written down apart from the library's own table.
+// The expected columns of the point-cloud import, written down independently of the library's own table.
 #pragma once
 
 #include <ostream>

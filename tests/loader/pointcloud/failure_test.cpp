@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A client that fails at call k, for every k of a load: result text, what stands on the grid, nothing left over.
-#include "loader/pointcloud/rdbx2Z4.h"
+// A client that fails at call k, for every k of a load: result text, content of the grid, and no leak.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
 
@@ -13,7 +14,7 @@ using support::field;
 
 constexpr const char* gpsTuesday = R"({"epoch":"2015-10-27T00:00:00+00:00","source":"GNSS","system":"GPS"})";
 
-/// Two blocks of two columns.
+/// A load of two blocks of two columns.
 void givenTwoBlocks() {
   scripted::Script& script = scripted::newScript();
   script.columns["riegl.timestamp"] = nullptr;
@@ -22,7 +23,7 @@ void givenTwoBlocks() {
   script.blocks = {2, 1};
 }
 
-/// Loads with the client failing at call `k`.
+/// Loads; the client fails at call `k`.
 std::string loadFailingAt(int k, Raised raised, Nimbra::Grid& grid) {
   givenTwoBlocks();
   scripted::script().raiseAt = k;
@@ -30,7 +31,7 @@ std::string loadFailingAt(int k, Raised raised, Nimbra::Grid& grid) {
   return Riegl::rdbx2Z4("scan.rdbx", grid, 0, true, nullptr);
 }
 
-/// How many calls of a whole load can fail.
+/// Number of calls of a load that can fail.
 int failingCalls() {
   givenTwoBlocks();
   Nimbra::Grid grid;

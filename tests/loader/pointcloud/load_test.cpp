@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Loads of real database files: blocks, missing columns, conversions, wrong files.
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
@@ -13,7 +14,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::StoredType;
+using container::ElementType;
 using support::Column;
 using support::column;
 using support::field;
@@ -39,7 +40,7 @@ class PointCloudFile : public testing::Test {
   Nimbra::Grid grid;
 };
 
-Column numbered(const std::string& name, StoredType type) {
+Column numbered(const std::string& name, ElementType type) {
   return column(name, type, 1, [](std::uint64_t record, unsigned int) { return double(record % 251); });
 }
 
@@ -53,7 +54,7 @@ struct Blocks {
 class BlocksOfAFile : public PointCloudFile, public testing::WithParamInterface<Blocks> {};
 
 TEST_P(BlocksOfAFile, BecomeFragments) {
-  givenDatabase(GetParam().records, {numbered("riegl.target_index", StoredType::uint8)});
+  givenDatabase(GetParam().records, {numbered("riegl.target_index", ElementType::uint8)});
   ASSERT_EQ(load(), "");
   const auto indices = field(grid, "TargetIndex");
   ASSERT_EQ(indices->fragments().size(), GetParam().lengths.size());
@@ -75,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(OfEveryLength, BlocksOfAFile,
                                          Blocks{10000000, {5000000, 5000000}}));
 
 TEST_F(PointCloudFile, WithCoordinatesOnlyHasOnlyPositions) {
-  givenDatabase(3, {column("riegl.xyz", StoredType::float64, 3, [](std::uint64_t record, unsigned int axis) {
+  givenDatabase(3, {column("riegl.xyz", ElementType::float64, 3, [](std::uint64_t record, unsigned int axis) {
                   return double(10 * record + axis);
                 })});
   ASSERT_EQ(load(), "");
@@ -88,7 +89,7 @@ TEST_F(PointCloudFile, WithCoordinatesOnlyHasOnlyPositions) {
 }
 
 TEST_F(PointCloudFile, OfTheScannersOwnSystemHasItsDataThere) {
-  givenDatabase(2, {column("riegl.xyz_socs", StoredType::float32, 3,
+  givenDatabase(2, {column("riegl.xyz_socs", ElementType::float32, 3,
                            [](std::uint64_t, unsigned int axis) { return 0.5 + axis; })});
   ASSERT_EQ(load(), "");
   using Point = Quillon::PhysicalSpace::point;
@@ -97,16 +98,16 @@ TEST_F(PointCloudFile, OfTheScannersOwnSystemHasItsDataThere) {
   EXPECT_EQ(field(grid, "Positions")->array("Fragment_0")->elementCount(), 2U);
 }
 
-TEST_F(PointCloudFile, MayHoldAttributesThatNobodyKnows) {
+TEST_F(PointCloudFile, MayHaveUnknownAttributes) {
   givenDatabase(3,
-                {numbered("own.name", StoredType::uint8), numbered("riegl.target_index", StoredType::uint8),
-                 numbered("riegl.unheard_of", StoredType::float64)});
+                {numbered("own.name", ElementType::uint8), numbered("riegl.target_index", ElementType::uint8),
+                 numbered("riegl.unheard_of", ElementType::float64)});
   ASSERT_EQ(load(true), "");
   EXPECT_EQ(support::fieldNames(grid), (Texts{"Positions", "TargetIndex"}));
 }
 
 TEST_F(PointCloudFile, IsConvertedFromScaledIntegers) {
-  Column angle = column("riegl.scan_angle", StoredType::int16, 1,
+  Column angle = column("riegl.scan_angle", ElementType::int16, 1,
                         [](std::uint64_t record, unsigned int) { return record == 0 ? -3000.0 : 1500.0; });
   angle.spec.scale = 0.01;
   angle.spec.offset = 1;
@@ -132,7 +133,7 @@ TEST_P(TimeBaseOfAFile, MovesTheStampsAndSetsTheFlag) {
   const std::map<std::string, std::string> metadata =
       GetParam().text.empty() ? std::map<std::string, std::string>()
                               : std::map<std::string, std::string>{{"riegl.time_base", GetParam().text}};
-  givenDatabase(2, {numbered("riegl.timestamp", StoredType::float64)}, metadata);
+  givenDatabase(2, {numbered("riegl.timestamp", ElementType::float64)}, metadata);
   ASSERT_EQ(load(), "");
   EXPECT_EQ(stamps(), (std::vector<double>{GetParam().shift, GetParam().shift + 1}));
   EXPECT_EQ(leapSecondsFlag(), GetParam().flag);
@@ -147,21 +148,21 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& tested) { return tested.param.name; });
 
 TEST_F(PointCloudFile, OfStampsOfAnotherDayIsRefusedWithItsDataOnTheGrid) {
-  givenDatabase(2, {column("riegl.timestamp", StoredType::float64, 1,
+  givenDatabase(2, {column("riegl.timestamp", ElementType::float64, 1,
                            [](std::uint64_t record, unsigned int) { return 100000.5 + double(record); })});
   EXPECT_EQ(load(), "baseRDB2Nimbra:: WeekDay 0 does not match GPSTime: 100000.5");
   EXPECT_EQ(stamps(), (std::vector<double>{100000.5, 100001.5}));
 }
 
 TEST_F(PointCloudFile, WithoutStampsHasNoTimeField) {
-  givenDatabase(2, {numbered("riegl.class", StoredType::uint8)});
+  givenDatabase(2, {numbered("riegl.class", ElementType::uint8)});
   ASSERT_EQ(load(), "");
   EXPECT_FALSE(field(grid, "GPSTime"));
   EXPECT_FALSE(field(grid, "Classification"));
 }
 
 TEST_F(PointCloudFile, LoadsAllAttributesWhereAsked) {
-  givenDatabase(2, {numbered("riegl.class", StoredType::uint8)});
+  givenDatabase(2, {numbered("riegl.class", ElementType::uint8)});
   ASSERT_EQ(load(true), "");
   EXPECT_EQ(support::values<unsigned short>(field(grid, "Classification"), "Fragment_0"),
             (std::vector<unsigned short>{0, 1}));
@@ -169,8 +170,8 @@ TEST_F(PointCloudFile, LoadsAllAttributesWhereAsked) {
 
 TEST_F(PointCloudFile, GivesColourTheBytesOfTheDirection) {
   givenDatabase(2,
-                {column("riegl.rgba", StoredType::uint8, 4, [](std::uint64_t, unsigned int) { return 9.0; }),
-                 column("riegl.direction_medium", StoredType::float32, 3,
+                {column("riegl.rgba", ElementType::uint8, 4, [](std::uint64_t, unsigned int) { return 9.0; }),
+                 column("riegl.direction_medium", ElementType::float32, 3,
                         [](std::uint64_t record, unsigned int axis) { return double(3 * record + axis); })});
   ASSERT_EQ(load(), "");
   const auto colours = support::chunkOf<Quillon::ColourRGBA>(field(grid, "RGBA"), "Fragment_0");
@@ -180,7 +181,7 @@ TEST_F(PointCloudFile, GivesColourTheBytesOfTheDirection) {
 
 TEST_F(PointCloudFile, WritesNothingToTheConsoleOrTheStreams) {
   const support::ConsoleLines console;
-  givenDatabase(2, {numbered("riegl.timestamp", StoredType::float64)});
+  givenDatabase(2, {numbered("riegl.timestamp", ElementType::float64)});
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
   EXPECT_EQ(load(), "");
@@ -198,8 +199,8 @@ TEST_F(PointCloudFile, ThatIsNoDatabaseLeavesTheGridAsItWas) {
   EXPECT_TRUE(grid.representations().empty());
 }
 
-TEST_F(PointCloudFile, WithMoreValuesARecordThanItsBuffersHoldIsRefused) {
-  givenDatabase(2, {column("riegl.amplitude", StoredType::float32, 3,
+TEST_F(PointCloudFile, WithMoreValuesPerRecordThanItsBuffersHoldIsRefused) {
+  givenDatabase(2, {column("riegl.amplitude", ElementType::float32, 3,
                            [](std::uint64_t, unsigned int) { return 1.0; })});
   EXPECT_EQ(load(),
             "the attribute has another length than its name stands for (column \"riegl.amplitude\" of " +
@@ -208,12 +209,12 @@ TEST_F(PointCloudFile, WithMoreValuesARecordThanItsBuffersHoldIsRefused) {
 
 TEST_F(PointCloudFile, MayBearAnyNameInUtf8) {
   path = directory.path("Z\xC3\xBCrich scan 50% ?.rdbx");
-  givenDatabase(1, {numbered("riegl.target_index", StoredType::uint8)});
+  givenDatabase(1, {numbered("riegl.target_index", ElementType::uint8)});
   EXPECT_EQ(load(), "");
 }
 
 TEST_F(PointCloudFile, MayBeLoadedInTwoThreadsAtOnce) {
-  givenDatabase(1000, {numbered("riegl.amplitude", StoredType::float32)});
+  givenDatabase(1000, {numbered("riegl.amplitude", ElementType::float32)});
   const auto loadOnce = [this] {
     Nimbra::Grid own;
     EXPECT_EQ(Riegl::rdbx2Z4(path, own, 0, false, nullptr), "");

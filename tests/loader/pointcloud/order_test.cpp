@@ -17,7 +17,7 @@ constexpr const char* utcTuesday = R"({"epoch":"2015-10-27T00:00:00+00:00","sour
 
 class PointCloudLoad : public pointcloudTest::ScriptedScan {};
 
-/// What the client was asked, without the catalogue's questions for each row.
+/// Calls of the client, without the questions to the catalogue for each row.
 Texts callsWithoutCatalogue() {
   Texts calls;
   for (const std::string& call : scripted::script().calls) {
@@ -64,7 +64,7 @@ TEST_F(PointCloudLoad, LeavesTheArrayAsTheOnlyOwnerOfAChunk) {
   script.blocks = {4};
   ASSERT_EQ(load(), "");
   const auto chunk = field(grid, "Amplitude")->array("Fragment_0")->chunkBase();
-  EXPECT_EQ(chunk.counts()->strong(), 2); // the array's hold and the one of this test
+  EXPECT_EQ(chunk.counts()->strong(), 2); // held by the array and by this test
 }
 
 TEST_F(PointCloudLoad, MakesTheScannerRepresentationFirstAndSharesOneCollectionOfFragments) {
@@ -246,7 +246,7 @@ INSTANTIATE_TEST_SUITE_P(OfThePath, Extension,
                                          Kind{"a.sodx/", false}, Kind{"./a//../b.rdbx", false},
                                          Kind{"", false}));
 
-/// Time stamps that lie on one day in the first two blocks and on two in the third.
+/// Time stamps that lie on one day in the first two blocks and on two days in the third.
 void givenThirdBlockOnTwoDays() {
   scripted::Script& script = scripted::newScript();
   script.columns["riegl.timestamp"] = [](void* buffer, unsigned int, std::uint64_t first) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Real survey files, imported with rdbtool and loaded, against columns computed apart from this project's code.
-#include "loader/pointcloud/rdbx2Z4.h"
+// Real survey files, imported with rdbtool and loaded, compared with columns computed without the project's code.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/grid.h"
 #include "tests/support/temp_dir.h"
 
@@ -41,7 +42,7 @@ class RealScan : public testing::Test {
     }
   }
 
-  /// Imports and loads a file; fills `expected` from the independent reading.
+  /// Imports and loads a file; fills `expected` with the independent results.
   std::string load(const std::string& name, bool all = true) {
     const std::string las = (data / name).string();
     const std::string rdbx = directory.path("scan.rdbx");

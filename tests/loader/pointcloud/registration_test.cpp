@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What loading the library leaves in the framework's tables.
+// The entries of the framework's tables after the library was loaded.
 #include <rdb2nimbra/rdb2nimbra.h>
 
 #include "model/nimbra/mem_base.h"

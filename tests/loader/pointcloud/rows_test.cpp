@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Every column of the import, one by one, through the scripted client.
+// Every column of the import, one by one, over the scripted client.
 #include "tests/loader/pointcloud/expected_rows.h"
 #include "tests/loader/pointcloud/scripted_scan.h"
 
@@ -24,7 +24,7 @@ std::string bindOf(const ExpectedRow& row) {
   return "bind(" + bound + "," + std::to_string(row.dataType) + ",0)";
 }
 
-/// A database of two records with just the row's attribute (and what its binding needs).
+/// A database of two records with the row's attribute only (and the attribute that its binding needs).
 class EveryRow : public ScriptedScan, public testing::WithParamInterface<ExpectedRow> {
  protected:
   EveryRow() {
@@ -80,7 +80,7 @@ INSTANTIATE_TEST_SUITE_P(OfTheImport, EveryRow, testing::ValuesIn(expectedRows()
 
 class Rows : public ScriptedScan {
  protected:
-  /// A database with every attribute but the shots' time stamps, which exclude the points'.
+  /// A database with all attributes except the time stamps of shots, which exclude those of points.
   void givenEveryAttribute() {
     for (const ExpectedRow& row : expectedRows()) {
       if (row.attribute != "riegl.shot_timestamp_hr") {
@@ -114,7 +114,7 @@ TEST_F(Rows, MakeTheirFieldsInTheirOrder) {
   EXPECT_EQ(fieldNames(grid, scanner), std::vector<std::string>{"Positions"});
 }
 
-/// What the client is asked by one binding of a database of every attribute.
+/// The calls of the client during one binding of a database with every attribute.
 std::vector<std::string> callsOfABinding() {
   std::vector<std::string> calls;
   for (const ExpectedRow& row : expectedRows()) {
@@ -146,6 +146,7 @@ TEST_F(Rows, ArePublishedInTheirOrder) {
   for (const ExpectedRow& row : expectedRows()) {
     if (row.attribute != "riegl.shot_timestamp_hr" && row.attribute != "riegl.xyz") {
       const auto made = field(grid, row.field, row.attribute == "riegl.xyz_socs" ? scanner : chart);
+      ASSERT_TRUE(made) << row.attribute << " has no row";
       serials.push_back(made->array("Fragment_0")->serialNumber());
     }
   }
@@ -161,10 +162,10 @@ TEST_F(Rows, HaveRoomForOneBlockExactly) {
   };
   script.blocks = {1};
   ASSERT_EQ(load(), "");
-  EXPECT_EQ(bytes, 120000000 + 40000000 + 20000000); // Positions always, RawRange once, Amplitude
+  EXPECT_EQ(bytes, 120000000 + 40000000 + 20000000); // Positions (always), RawRange (once), Amplitude
 }
 
-TEST_F(Rows, OfPositionsWithoutCoordinatesHaveABufferThatNobodyBinds) {
+TEST_F(Rows, OfPositionsWithoutCoordinatesHaveABufferThatIsNotBound) {
   givenColumns({"riegl.amplitude"});
   script.blocks = {3};
   ASSERT_EQ(load(), "");
@@ -204,7 +205,7 @@ TEST_F(Rows, OfTheReturnCountFillTheBufferThatWasBoundLast) {
 class Hydrography : public ScriptedScan,
                     public testing::WithParamInterface<std::pair<const char*, const char*>> {};
 
-TEST_P(Hydrography, TakesThreeValuesARecordAndKeepsTheFirstOnes) {
+TEST_P(Hydrography, TakesThreeValuesPerRecordAndKeepsTheFirstOnes) {
   script.columns[GetParam().first] = [](void* buffer, unsigned int count, std::uint64_t) {
     std::iota(static_cast<double*>(buffer), static_cast<double*>(buffer) + 3 * count, 0.0);
   };
@@ -241,7 +242,7 @@ TEST_F(Rows, OfBothCoordinateSystemsLeaveThePlatformsArrayLast) {
   EXPECT_EQ(support::values<Point>(field(grid, "Positions", scanner), "Fragment_0").at(0), Point(3, 3, 3));
 }
 
-TEST_F(Rows, UnknownToTheImportAreIgnoredWithoutAWord) {
+TEST_F(Rows, UnknownToTheImportAreIgnoredWithoutAMessage) {
   givenColumns({"riegl.unheard_of"});
   script.blocks = {1};
   EXPECT_EQ(load(true), "");

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A point-cloud load over the scripted client, in the words of a test.
+// Fixture: a point-cloud load over the scripted client.
 #pragma once
 
-#include "loader/pointcloud/rdbx2Z4.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/script.h"
 #include "tests/support/grid.h"
 
@@ -13,19 +14,19 @@
 
 namespace pointcloudTest {
 
-/// A database without columns, records and metadata at first, and an empty grid.
+/// An empty grid, and a database that starts without columns, records and metadata.
 class ScriptedScan : public testing::Test {
  protected:
   ScriptedScan() : script(scripted::newScript()) {}
 
-  /// Attributes that the database has; their records stay as the buffers were made.
+  /// Adds attributes to the database; reads leave their buffers as they were made.
   void givenColumns(std::initializer_list<const char*> names) {
     for (const char* const name : names) {
       script.columns[name] = nullptr;
     }
   }
   std::string load(bool all = false) { return Riegl::rdbx2Z4(path, grid, 0, all, nullptr); }
-  /// The same with what it says on standard error kept off the test's own.
+  /// Loads with standard error captured.
   std::string loadQuietly() {
     testing::internal::CaptureStderr();
     std::string result = load();

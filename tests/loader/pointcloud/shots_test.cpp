@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The waveform attributes that a shot database hangs on "Positions".
-#include "loader/pointcloud/rdbx2Z4.h"
+// The waveform attributes that a shot database adds to "Positions".
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
@@ -10,7 +11,7 @@
 
 namespace {
 
-using riegl::rdb::embedded::StoredType;
+using container::ElementType;
 using support::field;
 using Texts = std::vector<std::string>;
 
@@ -28,7 +29,7 @@ class ShotFile : public testing::Test {
                    std::uint64_t records = 2) {
     const std::string path = directory.path(name);
     support::writeDatabase(path, records,
-                           {support::column("riegl.echo_count", StoredType::uint16, 1,
+                           {support::column("riegl.echo_count", ElementType::uint16, 1,
                                             [](std::uint64_t, unsigned int) { return 3.0; })},
                            metadata);
     testing::internal::CaptureStderr();

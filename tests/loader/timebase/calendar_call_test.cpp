@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Which date the calendar is asked for, and that its answer is taken whatever the date is.
-#include "loader/timebase/week_day.h"
+// The date that the calendar is asked for, and that its result is used for any date.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/scripted/rdb.h"
 #include "tests/scripted/recorded_platform.h"
 #include "tests/support/console_lines.h"
@@ -30,7 +31,7 @@ TEST(Calendar, IsAskedForTheCorrectedTestDate) {
   EXPECT_EQ(askedFor(), std::vector<std::string>{"getWeekDay(2019,2,9)"});
 }
 
-TEST(Calendar, AnswersForATimeBaseOfTheWrongFormToo) {
+TEST(Calendar, IsAskedForATimeBaseOfTheWrongFormToo) {
   recorded::weekDay() = 41;
   const Riegl::TimeSystemInfo system = systemOf("no json");
   EXPECT_EQ(askedFor(), std::vector<std::string>{"getWeekDay(-1,-1,-1)"});

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The date of a time base: every form, every line on the console.
-#include "loader/timebase/date.h"
+// The date of a time base: accepted and refused forms, and the lines on the console.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/support/console_lines.h"
 
@@ -87,7 +87,7 @@ INSTANTIATE_TEST_SUITE_P(
         Case{"BlanksAndTails", epoch(" +2015x- 10y-\\t27z"), true, 27, 10, 2015, silent}),
     [](const auto& tested) { return tested.param.name; });
 
-// The parser takes lengths as int, of UTF-16 units and of their UTF-8.
+// The parser has int lengths, of the UTF-16 units and of their UTF-8 bytes.
 TEST(TimeBaseText, IsRefusedBeforeItsLengthOverflowsTheParsers) {
   const support::ConsoleLines console;
   const std::string tooLong(715827882, ' ');

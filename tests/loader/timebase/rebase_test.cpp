@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The rebasing of a time column: the decision table, the failure texts, and what is left alone.
-#include "loader/timebase/rebase.h"
+// The shift of a time column: the decision table, the failure texts, and which columns stay unchanged.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/support/chunk_with.h"
 #include "tests/support/console_lines.h"

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The time system and the week day of a database, from its metadata.
-#include "loader/timebase/week_day.h"
+// The time system of a database and the day of the week of its epoch, from its metadata.
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/scripted/rdb.h"
 #include "tests/support/console_lines.h"
@@ -40,7 +40,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Case{"RefusedText", "no json", false, 0, 1}),
     [](const auto& tested) { return tested.param.name; });
 
-TEST(TimeSystem, IsUtcOnSundayWhereTheDatabaseSaysNothing) {
+TEST(TimeSystem, IsUtcOnSundayWithoutATimeBase) {
   scripted::newScript();
   const support::ConsoleLines console;
   const Riegl::TimeSystemInfo system = Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData());
@@ -63,12 +63,12 @@ TEST(TimeSystem, HoldsTheFlagThenTheWeekDay) {
   EXPECT_EQ(weekDay, 5);
 }
 
-TEST(TimeSystem, LetsTheExceptionOfANumberPass) {
+TEST(TimeSystem, PassesOnTheExceptionOfANumber) {
   scripted::newScript().metadata["riegl.time_base"] = R"({"epoch":"x-10-27"})";
   EXPECT_THROW(Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData()), std::invalid_argument);
 }
 
-TEST(TimeSystem, LetsTheClientsErrorPass) {
+TEST(TimeSystem, PassesOnTheClientsError) {
   scripted::newScript().raiseAt = 1;
   EXPECT_THROW(Riegl::getIsUTCandWeekday(riegl::rdb::pointcloud::MetaData()), riegl::rdb::Error);
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins how a load walks blocks: full ones, one record more, and the fragments that come of them.
+// Pins the blocks of a load: a full block, one record more, and their fragments.
 #include "tests/loader/trajectory/flight.h"
 
 namespace {
@@ -9,15 +9,15 @@ using testing::ElementsAre;
 
 constexpr std::uint64_t blockSize = 5000000;
 
-/// A long flight in small files: whole numbers of one byte, the same thousand over and over.
+/// A long flight in a small file: integers of one byte that repeat every thousand records.
 class LongLoad : public Load {
  protected:
   void givenLongFlight(std::uint64_t records) {
-    riegl::rdb::embedded::Writer writer(path);
+    container::Writer writer(path);
     for (const std::string& name : attributesInOrder) {
-      riegl::rdb::embedded::AttributeSpec column;
+      container::Attribute column;
       column.name = name;
-      column.type = riegl::rdb::embedded::StoredType::int8;
+      column.type = container::ElementType::int8;
       writer.addAttribute(column);
     }
     std::vector<std::int8_t> pattern(100000);

@@ -118,7 +118,7 @@ TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
   EXPECT_EQ(points[0], Point(1016, 48, 300));
 }
 
-/// Has the C library fill new memory while it lives, so that nothing is zero by chance.
+/// Makes the C library fill new memory during its lifetime, so that no value is zero by chance.
 struct FilledMemory {
   FilledMemory() { mallopt(M_PERTURB, 0x5A); }
   FilledMemory(const FilledMemory&) = delete;
@@ -193,7 +193,7 @@ TEST_F(ScriptedLoad, GoesOnWhenAnAttributeIsGoneAfterTheFirstBlock) {
     }
   };
   EXPECT_EQ(load(), "");
-  EXPECT_EQ(script.callsThatBegin("exists").size(), 8u + 3u); // asked again, up to the one that is gone
+  EXPECT_EQ(script.callsThatBegin("exists").size(), 8u + 3u); // asked again, up to the missing one
   EXPECT_EQ(script.callsThatBegin("next").size(), 2u);
 }
 
@@ -217,7 +217,7 @@ TEST_F(ScriptedLoad, NamesFragmentsOfAFileWithoutAStemByTheirNumber) {
 TEST_F(ScriptedLoad, ReplacesTheLeapSecondFlagWithEveryBlock) {
   std::vector<const void*> flags;
   callback = [&](const auto&, const std::string& name, const bool&) {
-    if (name == "Roll") { // right behind the publication of the time column
+    if (name == "Roll") { // right after the time column was published
       const auto& attributes = support::field(grid, "GPSTime")->attributes();
       flags.push_back(&*attributes.getAttribute("LeapSecondsAdded?"));
     }

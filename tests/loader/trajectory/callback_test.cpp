@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins what the callback of a load sees and does: order, memory, and exceptions out of it.
+// Pins the callback of a load: order of calls, memory, and its exceptions.
 #include "tests/loader/trajectory/flight.h"
 
 #include <stdexcept>
@@ -40,7 +40,7 @@ TEST_F(Load, ShowsColumnsInTheirElementTypes) {
   }
 }
 
-TEST_F(Load, PublishesTheVeryMemoryThatTheCallbackSees) {
+TEST_F(Load, PublishesTheMemoryThatTheCallbackSees) {
   std::map<std::string, const void*> seen;
   callback = [&](const ChunkPointer& chunk, const std::string& name, const bool&) {
     seen[name] = chunk->data();
@@ -77,7 +77,7 @@ TEST_F(Load, ShowsPositionsAfterTheirConversion) {
   EXPECT_GT(easting, 500000);
 }
 
-TEST_F(Load, TellsTheTimeSystemWithEveryColumn) {
+TEST_F(Load, PassesTheTimeSystemWithEveryColumn) {
   std::vector<bool> seen;
   callback = [&](const ChunkPointer&, const std::string&, const bool& isUTC) { seen.push_back(isUTC); };
   givenFlight(3, gpsTimeBase);
@@ -111,7 +111,7 @@ TEST_F(Load, EndsWithTheTextOfAnExceptionOfTheCallback) {
   EXPECT_TRUE(grid.attributes().empty());
 }
 
-TEST_F(Load, LetsWhatIsNoStandardExceptionOut) {
+TEST_F(Load, PassesOnExceptionsThatAreNotStandard) {
   callback = [](const ChunkPointer&, const std::string&, const bool&) { throw 42; };
   givenFlight(3);
   EXPECT_THROW(load(), int);

@@ -1,9 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load whose allocation k fails, for every k: the result text, and nothing left over.
+// A load whose allocation k fails, for every k: its result text, and no leak.
+#include "loader/trajectory/lever_arm.h"
 #include "tests/loader/trajectory/scripted_load.h"
 #include "tests/support/failing_allocator.h"
+#include "tests/support/temp_dir.h"
 
 #include <filesystem>
+#include <fstream>
 #include <new>
 
 namespace {
@@ -18,7 +21,7 @@ class ExhaustedMemory : public ScriptedLoad {
     callback = nullptr;
   }
 
-  /// Loads onto a fresh grid with the allocation behind the first `successes` failing.
+  /// Loads onto a fresh grid whose allocation after the first `successes` fails.
   std::string loadWith(long successes) {
     Nimbra::Grid fresh;
     script.calls.clear();
@@ -28,14 +31,14 @@ class ExhaustedMemory : public ScriptedLoad {
     return result;
   }
 
-  /// What the process makes once and for all is made before.
+  /// The first load makes what the process allocates once.
   long allocationsOfALoad() {
     EXPECT_EQ(loadWith(-1), "");
     EXPECT_EQ(loadWith(-1), "");
     return support::allocationsMade();
   }
 
-  /// What stays allocated once the grid of a load and the record of its calls are gone.
+  /// Allocations that remain after the grid of a load and the record of its calls are gone.
   long aliveAfterLoadWith(long successes) {
     loadWith(successes);
     script.calls.clear();
@@ -72,6 +75,46 @@ TEST_F(ExhaustedMemory, LeavesNothingBehind) {
   const long alive = aliveAfterLoadWith(-1);
   for (long k = allocationsOfThePath(); k < allocations; ++k) {
     ASSERT_EQ(aliveAfterLoadWith(k), alive) << "at allocation " << k;
+  }
+}
+
+/// A lever-arm file with lines too long for the buffer inside a string.
+class ExhaustedMemoryInTheLeverArmFile : public ExhaustedMemory {
+ protected:
+  ExhaustedMemoryInTheLeverArmFile() {
+    leverArm = directory.path("lever_arm.txt");
+    std::ofstream(leverArm) << "leverarm:" + std::string(200, ' ') + "1:2:3\n"
+                            << "misalignment:" + std::string(4000, ' ') + "4:5:6\n";
+  }
+
+  std::string readWith(long successes) {
+    Nimbra::Grid fresh;
+    support::beginAllocations(successes);
+    std::string result = Riegl::addLeverArm_Misalignment(fresh, leverArm);
+    support::endAllocations();
+    return result;
+  }
+
+  support::TempDir directory;
+};
+
+TEST_F(ExhaustedMemoryInTheLeverArmFile, IsNeverTakenForAWrongFile) {
+  ASSERT_EQ(readWith(-1), "");
+  const long allocations = support::allocationsMade();
+  ASSERT_GT(allocations, 10);
+  for (long k = 0; k < allocations; ++k) {
+    EXPECT_THROW(readWith(k), std::bad_alloc) << "at allocation " << k;
+    support::endAllocations();
+  }
+}
+
+TEST_F(ExhaustedMemoryInTheLeverArmFile, LeavesTheLoadAsItsOwnException) {
+  const long reading = (readWith(-1), support::allocationsMade());
+  const long allocations = allocationsOfALoad();
+  for (long k = allocations - reading; k < allocations; ++k) {
+    EXPECT_THROW(loadWith(k), std::bad_alloc) << "at allocation " << k;
+    support::endAllocations();
+    EXPECT_EQ(script.liveObjects, 0) << "at allocation " << k;
   }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins how a load ends early, with which text, and what stands on the grid then.
+// Pins loads that end early: the text, and the content of the grid.
 #include <rdb2nimbra/client.h>
 
 #include "tests/loader/trajectory/flight.h"
@@ -42,7 +42,7 @@ INSTANTIATE_TEST_SUITE_P(
         Missing{{"riegl.pof_latitude"}, "pofx2nimbra::iniMe: no pof_latitude"},
         Missing{{"riegl.pof_longitude"}, "pofx2nimbra::iniMe: no pof_longitude"},
         Missing{{"riegl.pof_height"}, "pofx2nimbra::iniMe: no pof_height"},
-        // The first of the list is named, whatever else is missing.
+        // The first missing attribute is named, whatever else is missing.
         Missing{{"riegl.pof_height", "riegl.pof_yaw"}, "pofx2nimbra::iniMe: no pof_yaw"},
         Missing{{"riegl.pof_height", "riegl.pof_longitude"}, "pofx2nimbra::iniMe: no pof_longitude"},
         Missing{{"riegl.pof_longitude", "riegl.pof_latitude"}, "pofx2nimbra::iniMe: no pof_latitude"},
@@ -51,7 +51,7 @@ INSTANTIATE_TEST_SUITE_P(
         Missing{{"riegl.pof_pitch", "riegl.pof_roll"}, "pofx2nimbra::iniMe: no pof_roll"},
         Missing{{"riegl.pof_roll", "riegl.pof_timestamp"}, "pofx2nimbra::iniMe: no timestamp"}));
 
-/// The client's own words for what is wrong with the file.
+/// The client's error text for the file.
 std::string wordsOfTheClient(const std::string& path) {
   try {
     riegl::rdb::Pointcloud(riegl::rdb::Context("", "")).open(path, riegl::rdb::pointcloud::OpenSettings());
@@ -63,7 +63,7 @@ std::string wordsOfTheClient(const std::string& path) {
 
 TEST_F(Load, OfAFileThatIsNoDatabaseEndsWithThePath) {
   std::ofstream(path) << "no database";
-  givenLeverArm("leverarm:x:2:3\n"); // would raise if it were looked at
+  givenLeverArm("leverarm:x:2:3\n"); // would raise if the file were read
   EXPECT_EQ(load(), wordsOfTheClient(path) + " for File: " + path);
   EXPECT_TRUE(gridIsUntouched());
 }
@@ -104,7 +104,7 @@ TEST_F(Load, WithAWrongLeverArmFileKeepsTheColumns) {
   EXPECT_TRUE(grid.attributes().empty());
 }
 
-TEST_F(Load, LetsAWrongNumberInTheLeverArmFileOut) {
+TEST_F(Load, RaisesForAWrongNumberInTheLeverArmFile) {
   givenFlight(3);
   givenLeverArm("leverarm:x:2:3\nmisalignment:4:5:6\n");
   EXPECT_THAT([this] { load(); }, testing::ThrowsMessage<std::invalid_argument>("stod"));
@@ -112,14 +112,14 @@ TEST_F(Load, LetsAWrongNumberInTheLeverArmFileOut) {
   EXPECT_TRUE(grid.attributes().empty());
 }
 
-TEST_F(Load, LetsATooLargeNumberInTheLeverArmFileOut) {
+TEST_F(Load, RaisesForATooLargeNumberInTheLeverArmFile) {
   givenFlight(3);
   givenLeverArm("leverarm:1:2:3\nmisalignment:4:1e999:6\n");
   EXPECT_THAT([this] { load(); }, testing::ThrowsMessage<std::out_of_range>("stod"));
   expectEveryFieldToHave({"flight_Fragment_0"});
 }
 
-TEST_F(Load, WithALeverArmFileHangsBothVectorsOnTheGrid) {
+TEST_F(Load, WithALeverArmFileAttachesBothVectorsToTheGrid) {
   givenFlight(3);
   givenLeverArm("leverarm:0.1:0.2:0.3\nmisalignment:0.0:0.0:1.5\n");
   EXPECT_EQ(load(), "");

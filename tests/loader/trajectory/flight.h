@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A small flight as a database, and its load, in the words of a test.
+// Fixture: a small flight as a database, and its load.
 #pragma once
 
-#include "loader/trajectory/pofx2nimbra.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/console_lines.h"
 #include "tests/support/database.h"
 #include "tests/support/grid.h"
@@ -32,7 +33,7 @@ inline const std::vector<std::string> attributesInOrder{
     "riegl.pof_timestamp",   "riegl.pof_roll",     "riegl.pof_pitch",     "riegl.pof_yaw",
     "riegl.pof_path_length", "riegl.pof_latitude", "riegl.pof_longitude", "riegl.pof_height"};
 
-// What record i of the flight holds.
+// Values of record i of the flight.
 inline double timeOf(double i) {
   return 345600.5 + 0.01 * i;
 }
@@ -60,7 +61,7 @@ inline double heightOf(double i) {
 
 inline support::Column column(const std::string& name, double (*rule)(double)) {
   return support::column(
-      name, riegl::rdb::embedded::StoredType::float64, 1,
+      name, container::ElementType::float64, 1,
       [rule](std::uint64_t record, unsigned int) { return rule(static_cast<double>(record)); });
 }
 
@@ -71,7 +72,7 @@ inline std::vector<support::Column> columns() {
           column("riegl.pof_longitude", longitudeOf), column("riegl.pof_height", heightOf)};
 }
 
-/// Values of the rule for the first `count` records.
+/// Values of a column for the first `count` records.
 inline std::vector<double> valuesOf(double (*rule)(double), unsigned int count) {
   std::vector<double> values;
   for (unsigned int i = 0; i < count; ++i) {
@@ -80,7 +81,7 @@ inline std::vector<double> valuesOf(double (*rule)(double), unsigned int count) 
   return values;
 }
 
-/// A database of a few records and its load onto a fresh grid.
+/// A database of few records and its load onto a new grid.
 class Load : public testing::Test {
  protected:
   void givenFlight(std::uint64_t records, const Metadata& metadata = {}) {
@@ -122,7 +123,7 @@ class Load : public testing::Test {
   Nimbra::Grid grid;
   std::string path = directory.path("flight.pofx");
   std::string leverArm;
-  int epsg = 4326; // keeps degrees, so that positions can be read
+  int epsg = 4326; // positions stay in degrees
   Riegl::ChunkCallback callback;
 };
 

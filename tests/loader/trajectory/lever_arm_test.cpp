@@ -43,7 +43,7 @@ struct Accepted {
 
 class AcceptedFile : public LeverArm, public testing::WithParamInterface<Accepted> {};
 
-TEST_P(AcceptedFile, HangsBothVectorsOnTheGrid) {
+TEST_P(AcceptedFile, AttachesBothVectorsToTheGrid) {
   EXPECT_EQ(read(GetParam().text), "");
   EXPECT_EQ(leverArm(), GetParam().leverArm);
   EXPECT_EQ(misalignment(), GetParam().misalignment);
@@ -100,7 +100,7 @@ INSTANTIATE_TEST_SUITE_P(
                     Refused{" leverarm:1:2:3\n" + rest, key}, Refused{"leverarm :1:2:3\n" + rest, key},
                     Refused{"leverarms:1:2:3\n" + rest, key}, Refused{":1:2:3\n" + rest, key},
                     Refused{":::\n", key}, Refused{"# comment:1:2:3\n" + rest, key},
-                    // The count is looked at before the key, and the key before the numbers.
+                    // The count is checked before the key, and the key before the numbers.
                     Refused{"Wrong:1:2\n", size + "3"}, Refused{"Wrong:x:y:z\n", key},
                     Refused{"leverarm:1:2:3\n", incomplete}, Refused{"misalignment:1:2:3\n", incomplete},
                     Refused{"", incomplete}));
@@ -116,7 +116,7 @@ struct Raising {
 
 class RaisingFile : public LeverArm, public testing::WithParamInterface<Raising> {};
 
-TEST_P(RaisingFile, LetsTheExceptionOutAndLeavesTheAttributesAsTheyWere) {
+TEST_P(RaisingFile, RaisesAndLeavesTheAttributesAsTheyWere) {
   ASSERT_EQ(read("leverarm:1:1:1\nmisalignment:2:2:2\n"), "");
   const auto reading = [this] { read(GetParam().text); };
   if (GetParam().outOfRange) {
@@ -156,7 +156,7 @@ TEST_F(LeverArm, HasNumbersWithAPointWhateverTheLocaleOfTheHost) {
   EXPECT_EQ(read("leverarm:0.1:0,2:0.3\nmisalignment:4:5:1.5\n"), "");
   EXPECT_THAT(leverArm(), ElementsAre(0.1, 0, 0.3));
   EXPECT_THAT(misalignment(), ElementsAre(4, 5, 1.5));
-  EXPECT_EQ(std::strtod("0,5", nullptr), 0.5); // the host has its locale back
+  EXPECT_EQ(std::strtod("0,5", nullptr), 0.5); // the locale of the host is restored
 }
 
 TEST_F(LeverArm, TakesTheLongestLines) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins what stands on the grid after the load of a small trajectory.
+// Pins the content of the grid after the load of a small trajectory.
 #include "tests/loader/trajectory/flight.h"
 
 #include <ostream>
@@ -66,7 +66,7 @@ TEST_F(Load, LeavesChunksToTheGridAlone) {
   ASSERT_EQ(load(), "");
   for (const std::string& name : fieldsInOrder) {
     const ChunkPointer chunk = field(name)->array("flight_Fragment_0")->chunkBase();
-    EXPECT_EQ(chunk.counts()->strong(), 2) << name; // the array's and the one above
+    EXPECT_EQ(chunk.counts()->strong(), 2) << name; // held by the array and by `chunk`
   }
 }
 
@@ -74,15 +74,15 @@ TEST_F(Load, LeavesFieldsToTheGridAlone) {
   givenFlight(3);
   ASSERT_EQ(load(), "");
   for (const std::string& name : fieldsInOrder) {
-    EXPECT_EQ(field(name).counts()->strong(), 2) << name; // the grid's and the temporary one
+    EXPECT_EQ(field(name).counts()->strong(), 2) << name; // held by the grid and by the temporary
   }
 }
 
-TEST_F(Load, GivesTheMemoryBackWithTheGrid) {
+TEST_F(Load, ReleasesTheMemoryWithTheGrid) {
   givenFlight(3);
   givenLeverArm("leverarm:1:2:3\nmisalignment:4:5:6\n");
   const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
-  // A cut chunk leaves the cut bytes in the count: five columns of doubles and one of points.
+  // The count keeps the bytes that a chunk loses when it is cut: five columns of doubles and one of points.
   constexpr std::int64_t cut = 8LL * (5000000 - 3);
   {
     Nimbra::Grid own;

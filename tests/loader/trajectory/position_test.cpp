@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins what becomes of positions: order, projection, points that can't be taken, and missing projection data.
+// Pins positions: order of coordinates, projection, points that cannot be transformed, unknown codes.
 #include "model/torvel/objects/environment.h"
 #include "platform/transformation/transform.h"
 #include "tests/loader/trajectory/flight.h"
 
 #include <cmath>
-#include <filesystem>
 #include <limits>
 
 namespace {
@@ -82,27 +81,6 @@ TEST_F(Load, OfAnUnknownCodeSucceedsWithoutABlock) {
   epsg = 999999;
   givenFlight(0);
   EXPECT_EQ(load(), "");
-}
-
-TEST_F(Load, SaysWhereProjectionDataWereLookedFor) {
-  givenFlight(3);
-  const std::string program = directory.path("program");
-  std::filesystem::copy(LOAD_PROGRAM, program); // its folder has no proj.db
-  const std::string command = program + " " + path + " 32633 > " + directory.path("out");
-  EXPECT_NE(std::system(command.c_str()), 0);
-  std::string result;
-  std::getline(std::ifstream(directory.path("out")), result);
-  EXPECT_EQ(result.substr(0, 101),
-            "convertPOFtoZ4: Coordinate Transformation failed: fromProjStr:+proj=latlong to "
-            "epsg:32633 with Error:");
-  EXPECT_THAT(result, HasSubstr("expected proj.db in " + directory.root().string()));
-}
-
-TEST_F(Load, FindsProjectionDataBesideItsProgramWhateverTheUserHasSet) {
-  givenFlight(3);
-  const std::string command =
-      std::string("PROJ_LIB=/nowhere PROJ_DATA=/nowhere ") + LOAD_PROGRAM + " " + path + " 32633";
-  EXPECT_EQ(std::system(command.c_str()), 0);
 }
 
 } // namespace

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes every call of a load to the client fail in turn: the exact result, the grid, and nothing left open.
+// Each call of a load to the client fails in turn: the exact result, the grid, and no client object alive.
 #include "tests/loader/trajectory/scripted_load.h"
 
 namespace {
@@ -13,10 +13,11 @@ class RaisingCall : public ScriptedLoad {
                        {"riegl.time_base", R"({"epoch":"2023-05-04T00:00:00Z","system":"UTC"})"},
                        {"riegl.trajectory_info", "{}"}};
     script.blocks = {3};
-    leverArm = "/nowhere/lever-arm.txt"; // its own text would show that it was looked at
+    leverArm = "/nowhere/lever-arm.txt"; // its text would show that the file was opened
   }
 
-  /// Loads onto a fresh grid with call `k` failing. \returns the result, and the grid in `fresh`
+  /// Loads onto a new grid; call `k` fails.
+  /// \return the result, and the grid in `fresh`
   std::string loadFailingAt(int k, Nimbra::Grid& fresh) {
     script.calls.clear();
     script.raisingCalls = 0;
@@ -30,7 +31,7 @@ class RaisingCall : public ScriptedLoad {
     return script.raisingCalls;
   }
 
-  /// Objects go in the opposite order of their making: query, settings, database, context.
+  /// Objects are destroyed in the opposite order of their construction: query, settings, database, context.
   void expectClosedInOrder(int k) const {
     Calls expected{"~QuerySelect", "~OpenSettings", "~Pointcloud", "~Context"};
     expected.erase(expected.begin(), expected.end() - objectsMadeBefore(k));
@@ -43,7 +44,7 @@ class RaisingCall : public ScriptedLoad {
     return k <= 5 ? made[k] : 4;
   }
 
-  /// Fields stand from the first column on, fragments from the end of the first block on.
+  /// Fields exist from the first column on, fragments from the end of the first block on.
   void expectGridOf(const Nimbra::Grid& fresh) const {
     const bool published = script.callsThatBegin("transform").size() == 1;
     const std::size_t binds = script.callsThatBegin("bind").size();

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Loads a real flight beside the real points that were scanned from it; skips loudly without the files.
+// Loads a real flight and the points scanned from it; without the files it skips with a message.
 #include <rdb2nimbra/client.h>
 
 #include "tests/loader/trajectory/flight.h"
@@ -48,7 +48,7 @@ class RealFlight : public Load {
     return points;
   }
 
-  /// Horizontal and vertical distance from each point to the platform at the point's time.
+  /// Horizontal and vertical distance of each point from the platform at the time of the point.
   struct Distance {
     double across, below;
   };
@@ -67,7 +67,7 @@ class RealFlight : public Load {
     return found;
   }
 
-  /// All points lie below, and none more than 45 degrees off the vertical.
+  /// All points lie below the platform, at most 45 degrees off the vertical.
   static void expectBelowThePlatform(const std::vector<Distance>& found) {
     ASSERT_FALSE(found.empty());
     const auto [nearest, farthest] = std::ranges::minmax_element(found, {}, &Distance::across);

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load over the scripted client, in the words of a test.
+// Fixture: a trajectory load over the scripted client.
 #pragma once
 
-#include "loader/trajectory/pofx2nimbra.h"
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "model/torvel/objects/environment.h"
 #include "tests/scripted/recorded_platform.h"
 #include "tests/scripted/script.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins that two loads on two databases and two grids run side by side; meant for the thread sanitizer too.
+// Pins that loads of two databases onto two grids run at the same time; also for the thread sanitizer.
 #include "tests/loader/trajectory/flight.h"
 
 #include <thread>

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins what the time base of a trajectory leads to: two warnings, an attribute, and no change of a stamp.
-#include "loader/timebase/rebase.h"
+// Pins the effects of a trajectory's time base: two warnings, an attribute, and no change of a time stamp.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/loader/trajectory/flight.h"
 
 namespace {
@@ -68,7 +69,7 @@ TEST_F(Load, DoesNotLookAtTheTextsOfTheOtherItems) {
   EXPECT_THAT(console.lines(), IsEmpty());
 }
 
-TEST_F(Load, HangsTheLeapSecondFlagOnTheTimeColumnOnly) {
+TEST_F(Load, SetsTheLeapSecondFlagOfTheTimeColumnOnly) {
   givenFlight(3, gpsTimeBase);
   ASSERT_EQ(load(), "");
   for (const std::string& name : fieldsInOrder) {
@@ -80,7 +81,7 @@ TEST_F(Load, LeavesRebasingToTheCallback) {
   givenFlight(3, utcTimeBase);
   std::string error;
   callback = [&](const ChunkPointer& chunk, const std::string& name, const bool& isUTC) {
-    Riegl::modifyGPSTime(error, 4, chunk, name, isUTC); // 345600.5 s lie on day 4 of the week already
+    Riegl::modifyGPSTime(error, 4, chunk, name, isUTC); // 345600.5 s is on day 4 of the week
   };
   ASSERT_EQ(load(), "");
   EXPECT_EQ(error, "");
@@ -91,7 +92,7 @@ TEST_F(Load, IsNotStoppedByAFailedRebasing) {
   givenFlight(3, utcTimeBase);
   std::string error;
   callback = [&](const ChunkPointer& chunk, const std::string& name, const bool& isUTC) {
-    Riegl::modifyGPSTime(error, 2, chunk, name, isUTC); // another day than that of the stamps
+    Riegl::modifyGPSTime(error, 2, chunk, name, isUTC); // not the day of the stamps
   };
   EXPECT_EQ(load(), "");
   EXPECT_NE(error, "");

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Which attribute lands where, in which order and of which type, and what is shared.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+// The attributes of each object: names, order, types, values, and shared arrays.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/output_log.h"
 
 #include <gmock/gmock.h>
@@ -82,7 +83,7 @@ Names namesOn(const Pointer& object) {
   return names;
 }
 
-/// The only element of an attribute, which has to be of exactly that type.
+/// The only element of an attribute, which must have exactly that type.
 template <class T, class Pointer>
 T valueOn(const Pointer& object, const std::string& name) {
   const Torvel::StrongPtr<Torvel::Chunk<T>, Torvel::ChunkBase> chunk =

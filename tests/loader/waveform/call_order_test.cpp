@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the reader asks the client for, in which order, and what a failure of each request leaves.
+// The requests of the reader to the client, their order, and the record after a failure of each.
 #include "tests/loader/waveform/read_state.h"
 #include "tests/loader/waveform/scan_items.h"
 #include "tests/scripted/script.h"
@@ -15,7 +15,7 @@ namespace {
 using Record = Riegl::AttributesForFWFProcessing;
 using testing::ElementsAreArray;
 
-/// Every request of a read, each with an empty fallback.
+/// All requests of a read, with empty fallbacks.
 const std::vector<std::string> requests = {"MetaData::get(riegl.atmosphere,)",
                                            "MetaData::get(riegl.waveform_info,)",
                                            "MetaData::get(riegl.atmosphere,)",
@@ -28,8 +28,8 @@ const std::vector<std::string> requests = {"MetaData::get(riegl.atmosphere,)",
                                            "MetaData::get(debug.rxp_parameters,)",
                                            "MetaData::get(riegl.exponential_decomposition,)"};
 
-/// A read over the whole metadata that fails at call `number` of the client, 0 for none. A request is two calls:
-/// for the items, and for one of them.
+/// Reads the whole metadata; call `number` of the client fails, none if 0. A request is two calls: one for
+/// the metadata, one for an item.
 std::string readFailingAt(int number, scripted::Raised raised, Record& record) {
   scripted::Script& script = scripted::newScript();
   script.metadata = support::scanItems();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Allocation k fails, for every k: the exception passes, and what was set before it stays.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+// Allocation k fails, for every k: the exception reaches the caller, and the attributes set before stay.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "loader/waveform/parsers.h"
 #include "tests/support/failing_allocator.h"
 
@@ -15,7 +16,7 @@ namespace {
 using Record = Riegl::AttributesForFWFProcessing;
 using Names = std::vector<std::string>;
 
-/// Whether `work` raises std::bad_alloc with the allocation behind the first `successes` failing.
+/// Whether `work` raises std::bad_alloc if its allocation after the first `successes` fails.
 template <class Work>
 bool raises(long successes, const Work& work) {
   support::beginAllocations(successes);
@@ -29,7 +30,7 @@ bool raises(long successes, const Work& work) {
   return false;
 }
 
-/// How many allocations `work` makes.
+/// Number of allocations that `work` makes.
 template <class Work>
 long allocationsOf(const Work& work) {
   EXPECT_FALSE(raises(-1, work));
@@ -46,14 +47,14 @@ Record fullRecord() {
   return record;
 }
 
-/// One field and one grid in both places each.
+/// One field and one grid, each in two roles.
 struct DataSet {
   Record::GridPointer grid = new Nimbra::Grid;
   Record::FieldPointer field = new Nimbra::Field(nullptr);
 
   void attach(const Record& record) const { record.addAttributeToZ4File(grid, grid, field, field, 4); }
 
-  /// Names in the order of their attachment: all of the field stand before the first of the grid.
+  /// Names in the order in which they are set: all of the field before the first of the grid.
   Names names() const {
     Names all;
     for (const Torvel::Attributes* const attributes : {&field->attributes(), &grid->attributes()}) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The search rule: which value counts where a key stands in several places.
+// The search rule: which value counts if a key occurs several times.
 #include "loader/waveform/json_search.h"
 
 #include "loader/database/json_document.h"
@@ -224,7 +224,7 @@ TEST(LargeDocument, KeepsALongText) {
   EXPECT_EQ(value, longText);
 }
 
-// The parser takes lengths as int, of UTF-16 units and of their UTF-8.
+// The parser has int lengths, of the UTF-16 units and of their UTF-8 bytes.
 TEST(LongDocument, IsRefusedBeforeItsLengthOverflowsTheParsers) {
   const std::string tooLong(715827882, ' ');
   QJsonParseError error{};

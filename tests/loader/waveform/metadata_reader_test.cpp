@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a database that reads well puts into the record.
+// The record after a successful read.
 #include "tests/loader/waveform/scan_database.h"
 #include "tests/support/output_log.h"
 
@@ -29,7 +29,7 @@ std::string channel(const std::string& terms) {
   return parameters(terms, terms, terms, terms);
 }
 
-/// The record of a database with these channels.
+/// The record read from a database with these channels.
 Record recordWithChannels(const std::string& json) {
   const support::OutputLog log;
   Record record;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The two array-like items: what becomes of each element, and what each fault says.
+// The two parsers: the result for each kind of element, and the text for each fault.
 #include "loader/waveform/parsers.h"
 
 #include "tests/loader/waveform/scan_items.h"

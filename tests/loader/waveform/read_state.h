@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How far a read has come, seen from the members of the record.
+// How far a read got, derived from the members of the record.
 #pragma once
 
-#include "loader/waveform/attributes_for_fwf_processing.h"
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include <algorithm>
 #include <cstddef>
@@ -11,7 +11,7 @@
 
 namespace support {
 
-/// A record whose every member that a read touches first has a value of its own.
+/// A record whose members have values that no read produces.
 inline Riegl::AttributesForFWFProcessing filledRecord() {
   Riegl::AttributesForFWFProcessing record;
   record.group_velocity = record.sample_interval = record.wavelength = record.t_ref = 42;
@@ -20,7 +20,7 @@ inline Riegl::AttributesForFWFProcessing filledRecord() {
   return record;
 }
 
-/// The members that a read fills before the reflectance, in the order of the reads, one word each.
+/// State of the members that a read fills before the reflectance, in the order of the requests.
 inline std::vector<std::string> state(const Riegl::AttributesForFWFProcessing& record) {
   const auto number = [](double value) { return value == 42 ? "earlier" : value == 0 ? "0" : "read"; };
   const auto text = [](const std::string& value) {

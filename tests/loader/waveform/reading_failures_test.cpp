@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Metadata that is missing or damaged: the result, what is said in which order, and where the record stands.
+// Metadata that is missing or damaged: the result, the messages in their order, and the record.
 #include "tests/loader/waveform/read_state.h"
 #include "tests/loader/waveform/scan_database.h"
 #include "tests/support/output_log.h"
@@ -33,7 +33,7 @@ const std::string noKey = "Error: Key not found";
 struct StopCase {
   std::string name;
   std::string item;
-  std::string json; ///< "absent" for no item at all
+  std::string json; ///< "absent": there is no such item
   std::vector<std::string> said;
   std::vector<std::string> state;
 
@@ -168,7 +168,7 @@ TEST(MissingZone, ResetsTheRange) {
   EXPECT_EQ(record.unambiguous_range, 0);
 }
 
-/// Puts a blob in the place of an item's text, which the client answers with an Error when it is asked for.
+/// Replaces the text of an item by a blob; the client raises an Error when the item is read.
 void damage(const std::string& path, const std::string& item) {
   sqlite3* file = nullptr;
   ASSERT_EQ(sqlite3_open(path.c_str(), &file), SQLITE_OK);

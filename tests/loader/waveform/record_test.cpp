@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The record as a value: defaults, order of members, its text, the correction of the time reference.
-#include "loader/waveform/attributes_for_fwf_processing.h"
+// The record as a value: defaults, order of members, text, replacement of the time reference.
+#include <rdb2nimbra/rdb2nimbra.h>
+
 #include "tests/support/chunk_with.h"
 #include "tests/support/output_log.h"
 
@@ -80,7 +81,7 @@ const std::string filledText = "AttributesForFWFProcessing:\n"
                                "ampl_unit: 0.01\n"
                                "refl_delta: 0.3333333333333333\n";
 
-/// What the record says behind the line of `refl_delta`.
+/// The text of the record after the line of `refl_delta`.
 std::string tableText(const std::vector<float>& values) {
   Record record;
   record.refl_tableC = support::chunkWith(values);

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A database file with waveform metadata, whole at first, from which a test takes items away.
+// Fixture: a database file with complete waveform metadata, from which a test removes items.
 #pragma once
 
-#include <rdb2nimbra/client.h>
+#include <rdb2nimbra/rdb2nimbra.h>
 
 #include "container/write/writer.h"
-#include "loader/waveform/attributes_for_fwf_processing.h"
 #include "tests/loader/waveform/scan_items.h"
 #include "tests/support/temp_dir.h"
 
@@ -27,9 +26,9 @@ class ScanDatabase {
 
   std::string path() const { return directory.path("scan.sodx"); }
 
-  /// Writes the file anew.
+  /// Writes the file again.
   void write() const {
-    riegl::rdb::embedded::Writer writer(path());
+    container::Writer writer(path());
     writer.addAttribute({.name = "riegl.raw_range"});
     for (const auto& [name, json] : items) {
       writer.setMetadata(name, json);
@@ -37,7 +36,7 @@ class ScanDatabase {
     writer.finish();
   }
 
-  /// Reads the file as it stands into a record.
+  /// Reads the current file into a record.
   std::string readFile(Riegl::AttributesForFWFProcessing& record) const {
     riegl::rdb::Pointcloud pointcloud{riegl::rdb::Context()};
     pointcloud.open(path(), riegl::rdb::pointcloud::OpenSettings());

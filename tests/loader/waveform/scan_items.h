@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The metadata of a scan with waveforms, whole and in order.
+// The complete, valid metadata of a scan with waveforms.
 #pragma once
 
 #include <cstddef>
@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// The elements of a JSON array that are all the same.
+/// The elements of a JSON array of equal elements.
 inline std::string repeated(std::size_t count, const std::string& element) {
   std::string text = element;
   for (std::size_t i = 1; i < count; ++i) {
@@ -17,7 +17,7 @@ inline std::string repeated(std::size_t count, const std::string& element) {
   return text;
 }
 
-/// Item by item, as a database holds it.
+/// Metadata items by name.
 inline std::map<std::string, std::string> scanItems() {
   return {
       {"riegl.atmosphere", R"({"wavelength": 1550, "group_velocity": 299711000.0})"},

@@ -7,11 +7,11 @@
 
 namespace {
 
-using riegl::rdb::embedded::StoredType;
-using riegl::rdb::embedded::Writer;
+using container::ElementType;
+using container::Writer;
 
 /// Writes the contents as they are, in blocks of `blockRows`, stored as `type`.
-template <StoredType Type, class Element, std::uint32_t BlockRows>
+template <ElementType Type, class Element, std::uint32_t BlockRows>
 struct Embedded {
   static std::string make(const clientsuite::Contents& contents, const support::TempDir& directory) {
     const std::string path = directory.path("scan.rdbx");
@@ -45,9 +45,9 @@ TEST(ClientError, VirtualsStandInTheToldOrder) {
   EXPECT_EQ(slotOf(&riegl::rdb::Error::details), 4);
 }
 
-using Clients = testing::Types<Embedded<StoredType::uint8, std::uint8_t, 125000>,
-                               Embedded<StoredType::int16, std::int16_t, 65537>,
-                               Embedded<StoredType::float64, double, 37>>;
+using Clients = testing::Types<Embedded<ElementType::uint8, std::uint8_t, 125000>,
+                               Embedded<ElementType::int16, std::int16_t, 65537>,
+                               Embedded<ElementType::float64, double, 37>>;
 
 } // namespace
 

@@ -17,7 +17,7 @@ using riegl::rdb::pointcloud::PointAttribute;
 PointAttribute attribute(double resolution, double minimum, double maximum, double scale = 1) {
   return {"acme.dust",
           "Dust",
-          "Grains a cubic metre",
+          "Grains per cubic metre",
           "1/m3",
           3,
           resolution,
@@ -35,7 +35,7 @@ PointAttribute attribute(double resolution, double minimum, double maximum, doub
 
 TEST(PointAttribute, KeepsWhatItIsMadeFrom) {
   const PointAttribute made = attribute(0.5, -2.0, 9.0, 0.25);
-  EXPECT_EQ(made.name + made.title + made.description + made.unit, "acme.dustDustGrains a cubic metre1/m3");
+  EXPECT_EQ(made.name + made.title + made.description + made.unit, "acme.dustDustGrains per cubic metre1/m3");
   EXPECT_EQ(made.length, 3U);
   EXPECT_EQ(made.resolution + 100 * made.minimum + 10000 * made.maximum, 0.5 - 200 + 90000);
   EXPECT_EQ(made.defaultValue, 7.0);

@@ -1,13 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the embedded client makes of binds, strides, positions, threads and lifetimes.
+// What the embedded client adds to the container: data types, lengths by name, lifetimes, and its own Error.
 #include "tests/platform/client/database_file.h"
 
-#include <algorithm>
-#include <cstdio>
-#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <gmock/gmock.h>
-#include <numeric>
+#include <new>
 #include <tuple>
 
 namespace {
@@ -62,7 +60,7 @@ class KnownLength : public Query,
  protected:
   std::string errorOfLength(unsigned length) {
     const std::string name = std::get<0>(GetParam());
-    writeColumn(path, {name, StoredType::uint8, length}, std::vector<unsigned char>(length));
+    writeColumn(path, {name, container::ElementType::uint8, length}, std::vector<unsigned char>(length));
     return errorOfBind(name, DataType::FLOAT64, points.data(), 0);
   }
 };
@@ -72,7 +70,7 @@ TEST_P(KnownLength, IsKeptByTheAttributeOfThatName) {
   for (unsigned length = 1; length <= 5; ++length) {
     const std::string refused = "the attribute has another length than its name stands for (column \"" +
                                 std::string(name) + "\" of scan.rdbx: expected " + std::to_string(most) +
-                                " values a record, found " + std::to_string(length) + ")";
+                                " values per record, found " + std::to_string(length) + ")";
     EXPECT_EQ(errorOfLength(length), least <= length && length <= most ? "no error" : refused);
   }
 }
@@ -102,36 +100,6 @@ TEST_F(Query, NothingIsOfferedBeforeOpen) {
   EXPECT_EQ(errorOf(directory, [] { QuerySelect().next(1); }), closed);
 }
 
-struct Interleaved {
-  double point[3];
-  float kind;
-  unsigned char gap[5];
-};
-
-TEST_F(Query, StrideLeavesTheGapsAlone) {
-  std::vector<Interleaved> records(10);
-  std::memset(static_cast<void*>(records.data()), 0x55, records.size() * sizeof(Interleaved));
-  QuerySelect query = open(path)->select("");
-  query.bind("riegl.xyz", DataType::FLOAT64, &records[0].point, sizeof(Interleaved));
-  query.bind("riegl.class", DataType::FLOAT32, &records[0].kind, sizeof(Interleaved));
-  ASSERT_EQ(query.next(10), 10U);
-  for (unsigned i = 0; i < 10; ++i) {
-    EXPECT_THAT(records[i].point, ElementsAre(3.0 * i, 3.0 * i + 1, 3.0 * i + 2));
-    EXPECT_EQ(records[i].kind, static_cast<float>(i));
-    EXPECT_THAT(records[i].gap, testing::Each(0x55));
-  }
-}
-
-TEST_F(Query, BufferMayHaveAnyAlignment) {
-  std::vector<unsigned char> bytes(10 * sizeof(double) + 1);
-  QuerySelect query = open(path)->select("");
-  query.bind("riegl.class", DataType::FLOAT64, bytes.data() + 1, 0);
-  ASSERT_EQ(query.next(10), 10U);
-  double last = 0;
-  std::memcpy(&last, bytes.data() + 1 + 9 * sizeof(double), sizeof last);
-  EXPECT_EQ(last, 9);
-}
-
 TEST_F(Query, StaysValidAfterItsDatabaseIsGone) {
   auto database = open(path);
   QuerySelect query = database->select("");
@@ -139,15 +107,6 @@ TEST_F(Query, StaysValidAfterItsDatabaseIsGone) {
   query.bind("riegl.class", DataType::UINT8, classes.data(), 0);
   EXPECT_EQ(query.next(10), 10U);
   EXPECT_THAT(classes, ElementsAre(0, 1, 2, 3, 4, 5, 6, 7, 8, 9));
-}
-
-TEST_F(Query, StaysValidAfterTheFileIsReplaced) {
-  const auto database = open(path);
-  writeColumn(path, {"other", StoredType::float32}, std::vector<float>(5));
-  QuerySelect query = database->select("");
-  query.bind("riegl.class", DataType::UINT8, classes.data(), 0);
-  EXPECT_EQ(query.next(10), 10U);
-  EXPECT_EQ(classes[9], 9);
 }
 
 TEST_F(Query, ErrorLeavesThePositionWhereItWas) {
@@ -168,51 +127,7 @@ TEST_F(Query, BlockIsVerifiedBeforeAnyOfItIsDelivered) {
   EXPECT_THROW(query.next(1), Error);
 }
 
-TEST_F(Query, ColumnBoundInTheMiddleOfABlockIsVerifiedToo) {
-  execute(path, "UPDATE block SET data = x'99010203' WHERE attribute = 2 AND number = 0");
-  QuerySelect query = open(path)->select("");
-  EXPECT_EQ(query.next(2), 2U);
-  query.bind("riegl.class", DataType::UINT8, classes.data(), 0);
-  EXPECT_THROW(query.next(2), Error);
-}
-
-TEST_F(Query, BlocksWithoutChecksumAreRead) {
-  execute(path, "UPDATE block SET checksum = NULL");
-  EXPECT_EQ(readColumn<unsigned char>(path, "riegl.class", DataType::UINT8, 3).size(), 10U);
-}
-
-TEST_F(Query, FirstBlockThenFirstBindNamesTheError) {
-  execute(path, "UPDATE block SET checksum = 17 WHERE number = 1");
-  for (const unsigned threads : {1U, 2U, 8U}) {
-    QuerySelect query = open(path, threads)->select("");
-    query.bind("riegl.class", DataType::UINT8, classes.data(), 0);
-    query.bind("riegl.xyz", DataType::FLOAT64, points.data(), 0);
-    EXPECT_THAT(errorOf(directory, [&] { query.next(10); }),
-                testing::HasSubstr("column \"riegl.class\" of scan.rdbx, block 1:"));
-  }
-}
-
-const char* const oddNames[] = {"a b?c%20d#e.rdbx", "file:x?mode=ro", ":memory:", "\u00e4\u6f22.rdbx", "-"};
-
-TEST_F(Query, ReadsPathsThatLookLikeSomethingElse) {
-  for (const char* name : oddNames) {
-    writeSample(directory.path(name));
-    EXPECT_EQ(open(directory.path(name))->recordCount(), 10U) << name;
-  }
-}
-
-TEST_F(Query, ReadsRelativePathsThatLookLikeSomethingElse) {
-  const std::filesystem::path before = std::filesystem::current_path();
-  std::filesystem::current_path(directory.root());
-  for (const char* name : oddNames) {
-    EXPECT_NO_THROW(writeSample(name)) << name;
-    EXPECT_NO_THROW(open(name)) << name;
-    EXPECT_TRUE(std::filesystem::exists(directory.path(name))) << name;
-  }
-  std::filesystem::current_path(before);
-}
-
-TEST_F(Query, CatalogueTellsWhatAnAttributeIs) {
+TEST_F(Query, CatalogueDescribesAnAttribute) {
   const auto database = open(path);
   const auto attribute = database->pointAttribute().get("riegl.xyz");
   EXPECT_THAT(database->pointAttribute().list(), ElementsAre("riegl.xyz", "riegl.class"));
@@ -224,82 +139,93 @@ TEST_F(Query, CatalogueTellsWhatAnAttributeIs) {
   EXPECT_THAT(database->metaData().list(), ElementsAre("riegl.time_base"));
 }
 
-TEST_F(Query, ItemsAreListedInTheOrderOfTheirBytes) {
-  execute(path, "INSERT INTO metadata VALUES ('b', '{}'), ('B', '{}'), ('a', '{}')");
-  EXPECT_THAT(open(path)->metaData().list(), ElementsAre("B", "a", "b", "riegl.time_base"));
+TEST_F(Query, FailedOpenLeavesTheDatabaseThatWasOpen) {
+  const auto database = open(path);
+  EXPECT_THROW(database->open(directory.path("none.rdbx"), OpenSettings()), Error);
+  EXPECT_EQ(database->recordCount(), 10U);
 }
 
-/// 2 million records of two columns: enough for several threads to take part.
-class ManyThreads : public testing::Test {
- protected:
-  void SetUp() override {
-    std::iota(numbers.begin(), numbers.end(), 0);
-    writeNumbers();
-  }
-  void writeNumbers() {
-    Writer writer(path, {10'000, true});
-    writer.addAttribute({"number", StoredType::uint32});
-    writer.addAttribute({"twice", StoredType::uint32, 1, 2, 0});
-    writer.write(records, {numbers.data(), numbers.data()});
-    writer.finish();
-  }
-  static constexpr unsigned records = 2'000'000;
-  support::TempDir directory;
-  std::string path = directory.path("scan.rdbx");
-  std::vector<std::uint32_t> numbers = std::vector<std::uint32_t>(records);
+/// An operation that fails on a sample with a damaged block, an item that is no text and an unnamed one.
+struct Failing {
+  const char* name;
+  std::function<void(Pointcloud& database, void* buffer)> operation;
+  riegl::rdb::ErrorKind kind;
+  const char* error;
 };
 
-TEST_F(ManyThreads, DeliverWhatOneThreadDelivers) {
-  for (const unsigned threads : {1U, 2U, 5U}) {
-    std::vector<std::uint32_t> found(records);
-    std::vector<double> twice(records);
-    QuerySelect query = open(path, threads)->select("");
-    query.bind("number", DataType::UINT32, found.data(), 0);
-    query.bind("twice", DataType::FLOAT64, twice.data(), 0);
-    ASSERT_EQ(query.next(records), records);
-    EXPECT_EQ(found, numbers);
-    EXPECT_TRUE(std::equal(twice.begin(), twice.end(), numbers.begin(),
-                           [](double value, std::uint32_t number) { return value == 2.0 * number; }));
+void PrintTo(const Failing& row, std::ostream* out) {
+  *out << row.name;
+}
+
+using riegl::rdb::ErrorKind;
+
+const Failing failing[] = {
+    {"Open", [](auto& database, void*) { database.open("none.rdbx", {}); }, ErrorKind::cannotOpen,
+     "cannot open the database (none.rdbx: expected a readable file, found: No such file or directory)"},
+    {"OpenOtherContent", [](auto& database, void*) { database.open("other", {}); }, ErrorKind::wrongFormat,
+     "the file is not a database of this kind (other: expected an SQLite file, found other content)"},
+    {"MetaDataExists", [](auto& database, void*) { database.metaData().exists("riegl.time_base"); },
+     ErrorKind::damaged,
+     "the database is damaged (item \"riegl.time_base\" of scan.rdbx: expected a text, found a blob)"},
+    {"MetaDataGet", [](auto& database, void*) { database.metaData().get("riegl.time_base"); },
+     ErrorKind::damaged,
+     "the database is damaged (item \"riegl.time_base\" of scan.rdbx: expected a text, found a blob)"},
+    {"MetaDataList", [](auto& database, void*) { database.metaData().list(); }, ErrorKind::damaged,
+     "the database is damaged (table \"metadata\" of scan.rdbx: expected a text as name, found a blob)"},
+    {"AttributeGet", [](auto& database, void*) { database.pointAttribute().get("a"); }, ErrorKind::wrongUse,
+     "the database has no such attribute (column \"a\" of scan.rdbx: expected one of its 2 attributes, found "
+     "none of "
+     "that name)"},
+    {"Bind", [](auto& database, void* buffer) { database.select().bind("a", DataType::UINT8, buffer); },
+     ErrorKind::wrongUse,
+     "the database has no such attribute (column \"a\" of scan.rdbx: expected one of its 2 attributes, found "
+     "none of "
+     "that name)"},
+    {"Next",
+     [](auto& database, void* buffer) {
+       QuerySelect query = database.select();
+       query.bind("riegl.class", DataType::UINT8, buffer);
+       query.next(10);
+     },
+     ErrorKind::damaged,
+     "the database is damaged (column \"riegl.class\" of scan.rdbx, block 1: expected checksum 17, found "
+     "1624488069)"},
+};
+
+class Failure : public Query, public testing::WithParamInterface<Failing> {
+ protected:
+  void SetUp() override {
+    Query::SetUp();
+    execute(path, "UPDATE block SET checksum = 17 WHERE attribute = 2 AND number = 1;"
+                  "UPDATE metadata SET value = x'00'; INSERT INTO metadata VALUES (x'', '{}')");
+    containertest::writeBytes(directory.path("other"), std::vector<char>(1000, 'x'));
+    std::filesystem::current_path(directory.root());
+  }
+  void TearDown() override { std::filesystem::current_path(before); }
+  std::filesystem::path before = std::filesystem::current_path();
+};
+
+TEST_P(Failure, LeavesAsTheClientsErrorWithKindAndTextsOfTheContainer) {
+  const auto database = open(path);
+  const auto operation = [&] { GetParam().operation(*database, classes.data()); };
+  EXPECT_EQ(errorOf(directory, operation), GetParam().error);
+  try {
+    operation();
+  } catch (const Error& error) {
+    EXPECT_EQ(error.code(), static_cast<int>(GetParam().kind));
   }
 }
 
-TEST_F(ManyThreads, RaiseTheErrorOfTheFirstDamagedBlock) {
-  execute(path, "UPDATE block SET checksum = 17 WHERE number IN (40, 41, 42, 120)");
-  for (int round = 0; round < 20; ++round) {
-    std::vector<std::uint32_t> found(records);
-    std::vector<double> twice(records);
-    QuerySelect query = open(path, 4)->select("");
-    query.bind("twice", DataType::FLOAT64, twice.data(), 0);
-    query.bind("number", DataType::UINT32, found.data(), 0);
-    EXPECT_THAT(errorOf(directory, [&] { query.next(records); }),
-                testing::HasSubstr("\"twice\" of scan.rdbx, block 40:"));
-  }
-}
+INSTANTIATE_TEST_SUITE_P(Of, Failure, testing::ValuesIn(failing),
+                         [](const auto& row) { return std::string(row.param.name); });
 
-TEST_F(ManyThreads, ReadTheFileThatWasOpenedThoughAnotherHasItsName) {
-  const auto database = open(path, 2);
-  const std::vector<std::uint32_t> opened = numbers;
-  std::reverse(numbers.begin(), numbers.end());
-  writeNumbers();
-  std::vector<std::uint32_t> found(records);
-  std::vector<std::uint64_t> twice(records);
-  QuerySelect query = database->select("");
-  query.bind("number", DataType::UINT32, found.data(), 0);
-  query.bind("twice", DataType::UINT64, twice.data(), 0);
-  EXPECT_EQ(query.next(records), records);
-  EXPECT_EQ(found, opened);
-}
-
-TEST_F(ManyThreads, GoOnWithOneWhenTheFileIsGone) {
-  const auto database = open(path, 2);
-  ASSERT_EQ(std::remove(path.c_str()), 0);
-  std::vector<std::uint32_t> found(records);
-  std::vector<double> twice(records);
-  QuerySelect query = database->select("");
-  query.bind("number", DataType::UINT32, found.data(), 0);
-  query.bind("twice", DataType::FLOAT64, twice.data(), 0);
-  EXPECT_EQ(query.next(records), records);
-  EXPECT_EQ(found, numbers);
+TEST_F(Query, MemoryThatRunsOutLeavesAsItself) {
+  execute(path, "UPDATE metadata SET value = hex(zeroblob(8000000))");
+  const auto database = open(path);
+  sqlite3_hard_heap_limit64(sqlite3_memory_used() + 4'000'000);
+  EXPECT_THROW(database->metaData().get("riegl.time_base", ""), std::bad_alloc);
+  sqlite3_hard_heap_limit64(0);
+  EXPECT_EQ(database->metaData().get("riegl.time_base", "").size(), 16'000'000U);
 }
 
 } // namespace

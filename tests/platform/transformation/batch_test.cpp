@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins that large batches and runs of equal points give the bits of PROJ's own array call on one thread.
 #include "tests/platform/transformation/projection.h"
+#include "tests/support/proj_database.h"
 
 #include <limits>
 #include <proj.h>
@@ -13,7 +14,7 @@ using namespace projection;
 /// PROJ's array call over the whole vector.
 Points oneArrayCall(const std::string& code, Points points) {
   PJ_CONTEXT* const context = proj_context_create();
-  const std::string folder = Torvel::getExecutableDir();
+  const std::string folder = support::installedProjDatabase().parent_path().string();
   const char* const folders[] = {folder.c_str()};
   proj_context_set_search_paths(context, 1, folders);
   PJ* const found = proj_create_crs_to_crs(context, degrees.c_str(), code.c_str(), nullptr);
@@ -50,7 +51,7 @@ Points pointsInRuns() {
   return points;
 }
 
-class Batch : public BesideTheData, public testing::WithParamInterface<const char*> {
+class Batch : public AsALoadLeavesIt, public testing::WithParamInterface<const char*> {
  protected:
   static void expectBitsOfOneCall(const Points& points) {
     EXPECT_TRUE(sameBits(inSystem(GetParam(), points), oneArrayCall(GetParam(), points)));

@@ -30,7 +30,7 @@ Points gridOver(const Area& area) {
   return points;
 }
 
-class Cs2cs : public BesideTheData, public testing::WithParamInterface<Area> {
+class Cs2cs : public AsALoadLeavesIt, public testing::WithParamInterface<Area> {
  protected:
   static bool present() { return std::system("cs2cs -lp > /dev/null 2>&1") == 0; }
 
@@ -41,9 +41,9 @@ class Cs2cs : public BesideTheData, public testing::WithParamInterface<Area> {
       file << point[0] << ' ' << point[1] << ' ' << point[2] << '\n';
     }
     file.close();
-    const std::string command = "env -u PROJ_LIB PROJ_DATA=" + Torvel::getExecutableDir() +
-                                " cs2cs -f %.10f +proj=latlong +to " + code + " " + directory.path("in") +
-                                " > " + directory.path("out");
+    const std::string command = "env -u PROJ_LIB -u PROJ_DATA"
+                                " cs2cs -f %.10f +proj=latlong +to " +
+                                code + " " + directory.path("in") + " > " + directory.path("out");
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
     return readPoints(directory.path("out"));
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the tests of the transformation share: points, their bits, and the place of proj.db.
+// What the tests of the transformation share: points, their bits, and the environment that a load leaves.
 #pragma once
 
 #include "model/torvel/objects/environment.h"
@@ -17,8 +17,8 @@ using Points = std::vector<Point>;
 
 inline const std::string degrees = "+proj=latlong";
 
-/// As a load leaves it: PROJ's data stand beside the program.
-class BesideTheData : public testing::Test {
+/// PROJ_LIB as a load leaves it: the program's folder, where no data of PROJ's are.
+class AsALoadLeavesIt : public testing::Test {
  protected:
   void SetUp() override { Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true); }
   void TearDown() override { Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true); }

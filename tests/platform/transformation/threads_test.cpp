@@ -16,7 +16,7 @@ Points block(double longitude) {
   return points;
 }
 
-using Threads = BesideTheData;
+using Threads = AsALoadLeavesIt;
 
 TEST_F(Threads, TransformSideBySideIntoDifferentSystems) {
   const Points eastAlone = inSystem("epsg:32633", block(15));

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins what a transformation makes of single points: order, unit, height, and points that can't be taken.
 #include "tests/platform/transformation/projection.h"
+#include "tests/support/proj_database.h"
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
+#include <filesystem>
 #include <limits>
 #include <ostream>
 
@@ -12,10 +14,11 @@ namespace {
 
 using namespace projection;
 
-using Transformation = BesideTheData;
+using Transformation = AsALoadLeavesIt;
 
-TEST_F(Transformation, HasProjDbBesideTheProgram) {
-  Torvel::setEnv("PROJ_DATA", "/nowhere", true);
+TEST_F(Transformation, NeedsNoProjDbBesideTheProgram) {
+  const support::ChangedVariable other("PROJ_DATA", "/nowhere");
+  EXPECT_FALSE(std::filesystem::exists(Torvel::getExecutableDir() + "/proj.db"));
   EXPECT_TRUE(std::isfinite(inSystem("epsg:32633", {Point(16, 48, 300)})[0][0]));
 }
 
@@ -82,7 +85,7 @@ const double signalling = std::bit_cast<double>(std::uint64_t{0x7ff0000000000001
 const double negativeNotANumber = std::bit_cast<double>(std::uint64_t{0xffffffffffffffff});
 const double infinite = std::numeric_limits<double>::infinity();
 
-class GarbagePoint : public BesideTheData, public testing::WithParamInterface<Garbage> {};
+class GarbagePoint : public AsALoadLeavesIt, public testing::WithParamInterface<Garbage> {};
 
 TEST_P(GarbagePoint, EndsNothingAndSpoilsNoOther) {
   const Point good(16, 48, 300);

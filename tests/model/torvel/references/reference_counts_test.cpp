@@ -180,6 +180,48 @@ TEST(ReferenceCounts, PointerToTheObjectsOwnKindIsCast) {
   EXPECT_EQ(special.get(), plain.get());
 }
 
+using StrongSpecial = Torvel::StrongPtr<SpecialItem, Item>;
+using WeakSpecial = Torvel::WeakPtr<SpecialItem, Item>;
+
+TEST(ReferenceCounts, AssignmentFromAFailedCastCastsAnew) {
+  const Strong plain(new Item);
+  const StrongSpecial failed(plain);
+  Strong strong(new Item);
+  Weak weak(strong);
+  strong = failed;
+  weak = failed;
+  EXPECT_EQ(strong.get(), plain.get());
+  EXPECT_EQ(weak.get(), plain.get());
+}
+
+TEST(ReferenceCounts, ConstructionFromAFailedCastCastsAnew) {
+  const Strong plain(new Item);
+  const WeakSpecial failed(plain);
+  EXPECT_EQ(Strong(failed).get(), plain.get());
+  EXPECT_EQ(Weak(failed).get(), plain.get());
+  EXPECT_EQ(StrongSpecial(Strong(failed)).get(), nullptr);
+}
+
+class Finished;
+
+/// Refers to itself as the derived class, whose constructor has not run yet, so that the cast fails.
+class Begun : public Item {
+ public:
+  Begun();
+  Torvel::WeakPtr<Finished, Item> link;
+};
+class Finished : public Begun {};
+Begun::Begun() : link(Weak(this)) {}
+
+TEST(ReferenceCounts, CopyOfAPointerMadeDuringConstructionCastsAnew) {
+  const Torvel::StrongPtr<Finished, Item> strong(new Finished);
+  const Torvel::StrongPtr<Finished, Item> copy(strong->link);
+  const Torvel::WeakPtr<Finished, Item> weakCopy(strong->link);
+  EXPECT_EQ(strong->link.get(), nullptr);
+  EXPECT_EQ(copy.get(), strong.get());
+  EXPECT_EQ(weakCopy.get(), strong.get());
+}
+
 class Nothing : public Torvel::ReferenceBase<Nothing> {
  public:
   Nothing() : Torvel::ReferenceBase<Nothing>(nullptr) {}

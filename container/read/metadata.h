@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: BSD-3-Clause
+// The metadata table of an open database. Internal to the container.
+#pragma once
+
+#include "container/read/connection.h"
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace container {
+
+/// The text of a metadata item, or nothing. \errors Error for an item that holds no text
+std::optional<std::string> metadataItem(Connection& connection, const std::string& name);
+
+/// The names of all items, sorted by their bytes. \errors Error for a name that is no text or occurs twice
+std::vector<std::string> metadataNames(Connection& connection);
+
+} // namespace container

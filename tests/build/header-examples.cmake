@@ -1,0 +1,46 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# Compiles the examples in the comments of a header, each as the body of a function:
+#   cmake -DCOMPILER=.. -DROOT=.. -DHEADER=<path from the root> -DEXPECTED=<number of examples> -DFOLDER=<own folder>
+#     -P header-examples.cmake
+cmake_minimum_required(VERSION 3.25)
+file(READ ${ROOT}/${HEADER} text)
+# What a list of CMake cannot hold is written otherwise until the source is complete.
+string(REPLACE ";" "@SEMICOLON@" text "${text}")
+string(REPLACE "[" "@OPEN@" text "${text}")
+string(REPLACE "]" "@CLOSE@" text "${text}")
+string(REPLACE "\n" ";" lines "${text}")
+set(source "#include <rdb2nimbra/rdb2nimbra.h>\n#include <iostream>\n")
+set(parameters "[[maybe_unused]] Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family> grid"
+  "[[maybe_unused]] riegl::rdb::Pointcloud& database")
+list(JOIN parameters ", " parameters)
+set(count 0)
+set(inside FALSE)
+set(blank FALSE)
+foreach(line IN LISTS lines)
+  # An example follows a blank line of its comment, and is indented by four blanks more than the comment.
+  if((inside OR blank) AND line MATCHES "^ *///     +[^ ]")
+    if(NOT inside)
+      math(EXPR count "${count} + 1")
+      string(APPEND source "void example${count}(${parameters}) {\n")
+      set(inside TRUE)
+    endif()
+    string(REGEX REPLACE "^ *///" "" line "${line}")
+    string(APPEND source "${line}\n")
+  elseif(inside)
+    string(APPEND source "}\n")
+    set(inside FALSE)
+  endif()
+  string(REGEX MATCH "^ *///$" blank "${line}")
+endforeach()
+string(REPLACE "@OPEN@" "[" source "${source}")
+string(REPLACE "@CLOSE@" "]" source "${source}")
+string(REPLACE "@SEMICOLON@" ";" source "${source}")
+if(NOT count EQUAL EXPECTED)
+  message(FATAL_ERROR "${HEADER}: expected ${EXPECTED} examples, found ${count}")
+endif()
+file(WRITE ${FOLDER}/examples.cpp "${source}")
+execute_process(COMMAND ${COMPILER} -std=c++20 -fsyntax-only -Wall -Wextra -Werror -Wno-unused-variable
+  -Wno-unused-but-set-variable -I${ROOT} -I${ROOT}/include ${FOLDER}/examples.cpp RESULT_VARIABLE status)
+if(NOT status EQUAL 0)
+  message(FATAL_ERROR "An example of ${HEADER} does not compile: ${FOLDER}/examples.cpp")
+endif()

@@ -1,0 +1,30 @@
+# SPDX-License-Identifier: BSD-3-Clause
+# Installs the build into a folder of its own, moves the tree, and holds what is where in it; other checks use the tree:
+#   cmake -DBUILD=<build folder> -DFOLDER=<own folder> -DLIST=<public-headers.txt> -DCONFIGURATION=.. -P installed-tree.cmake
+cmake_minimum_required(VERSION 3.25)
+include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
+
+file(REMOVE_RECURSE ${FOLDER})
+run("cmake --install" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/first --config ${CONFIGURATION})
+# A tree that has been moved works as well, and no path of this build may help it.
+file(RENAME ${FOLDER}/first ${FOLDER}/prefix)
+
+# Headers: the listed ones in one folder, and nothing else.
+file(STRINGS ${LIST} expected)
+list(TRANSFORM expected REPLACE "^include/rdb2nimbra/" "")
+list(TRANSFORM expected PREPEND "rdb2nimbra/")
+file(GLOB_RECURSE headers RELATIVE ${FOLDER}/prefix/include ${FOLDER}/prefix/include/*)
+list(SORT expected)
+list(SORT headers)
+if(NOT headers STREQUAL expected)
+  message(FATAL_ERROR "Expected in include: ${expected}\nFound: ${headers}")
+endif()
+
+file(GLOB programs RELATIVE ${FOLDER}/prefix/bin ${FOLDER}/prefix/bin/*)
+if(NOT programs STREQUAL "nimbra-host;rdbtool")
+  message(FATAL_ERROR "Expected nimbra-host and rdbtool alone in bin, found ${programs}")
+endif()
+file(GLOB_RECURSE data ${FOLDER}/prefix/proj.db ${FOLDER}/prefix/*/proj.db ${BUILD}/bin/proj.db ${BUILD}/lib/proj.db)
+if(data)
+  message(FATAL_ERROR "Expected no copy of PROJ's database, found ${data}")
+endif()
