@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// One pass over the elements of a column in their own type.
+// Summarises a column in one pass over its elements, in their own type.
 #include "apps/nimbra-host/column_summary.h"
 
 #include "apps/nimbra-host/elements.h"
@@ -14,7 +14,7 @@ namespace nimbrahost {
 
 namespace {
 
-/// The number in at most `widest` characters: exact where that fits, otherwise as precise as fits.
+/// The number in at most `widest` characters, rounded if necessary and possible.
 template <class Scalar>
 std::string numberWithin(Scalar value, std::size_t widest) {
   std::string exact;
@@ -34,7 +34,7 @@ std::string numberWithin(Scalar value, std::size_t widest) {
   return exact;
 }
 
-/// Smallest and largest of a component, not-a-number left out.
+/// Smallest and largest value of a component; not-a-number is ignored.
 template <class Scalar>
 struct Range {
   std::optional<Scalar> least, greatest;
@@ -140,7 +140,7 @@ ColumnSummary summarise(const Nimbra::Field& field, std::size_t widestNumber) {
     if (!chunk) {
       continue;
     }
-    // Foreign types are named, but their elements stay closed.
+    // The elements of an unknown type cannot be read; its name is shown.
     summary.typeName = elementTypeNameOf(*chunk);
     visitElements(*chunk, 0,
                   [&]<class T>(std::span<const T>) { summary = summariseAs<T>(field, widestNumber); });

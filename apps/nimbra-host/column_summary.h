@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A column in a few texts: first and last element, minimum and maximum of each component.
+// Summary of a column: first and last element, minimum and maximum of each component, as texts.
 #pragma once
 
 #include "model/nimbra/field.h"
@@ -11,13 +11,13 @@
 
 namespace nimbrahost {
 
-/// One component of a column. Minimum and maximum leave not-a-number out; "nan" where there is nothing else,
-/// and empty where texts have no order. All four are empty for a column without elements.
+/// One component of a column. Minimum and maximum ignore not-a-number; they are "nan" where there is no other value,
+/// and empty for strings. All four are empty for a column without elements.
 struct ComponentSummary {
   std::string first, last, minimum, maximum;
 };
 
-/// A column over all its fragments.
+/// All fragments of a column together.
 struct ColumnSummary {
   std::string typeName; ///< empty for a field without an array
   std::uint64_t elementCount = 0;
@@ -25,7 +25,7 @@ struct ColumnSummary {
 };
 
 /// Reads every element once.
-/// \param widestNumber  characters a number may take; a longer one is rounded to fit, if that is possible
+/// \param widestNumber  characters per number; a longer number is rounded to fit if possible
 ColumnSummary summarise(const Nimbra::Field& field, std::size_t widestNumber);
 
 } // namespace nimbrahost

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The elements of a chunk with their type: its name for readers, and access without a copy.
-// Nothing here is specific to a load: any chunk of the data model can be looked at.
+// The elements of a chunk by their type: name of the type, and access without a copy.
 #pragma once
 
 #include "arrays/nimbra/element_records.h"
@@ -18,7 +17,7 @@
 
 namespace nimbrahost {
 
-/// Name of an element type as users meet it; these names never change.
+/// Name of an element type in all output; these names never change.
 template <class T>
 constexpr std::string_view elementTypeName() {
   if constexpr (std::is_same_v<T, double>) {
@@ -49,7 +48,7 @@ constexpr std::string_view elementTypeName() {
   }
 }
 
-/// Scalars per element; a text counts as one.
+/// Scalars per element; a string counts as one.
 template <class T>
 constexpr std::size_t componentsOf() {
   if constexpr (std::is_same_v<T, std::string>) {
@@ -91,14 +90,14 @@ bool visitFirstMatch(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor
 
 /// Calls `visit` with the first elements of a chunk, as a std::span<const T> of its element type.
 ///
-/// \param most  at most so many elements are in the span
-/// \returns false, with no call, for an element type outside the twelve that are known
+/// \param most  largest number of elements in the span
+/// \returns false, with no call, for an element type that is not one of the twelve known ones
 template <class Visitor>
 bool visitElements(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor&& visit) {
   return detail::visitFirstMatch(chunk, most, visit, static_cast<const Nimbra::ElementTypes*>(nullptr));
 }
 
-/// Name of a chunk's element type; a foreign type is named as its source language writes it.
+/// Name of the element type of a chunk; an unknown type has its C++ name.
 inline std::string elementTypeNameOf(const Torvel::ChunkBase& chunk) {
   std::string name;
   const auto take = [&name]<class T>(std::span<const T>) { name = elementTypeName<T>(); };

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Writes the JSON object piece by piece: no tree of it is ever built.
+// Writes the JSON object piece by piece, without building a tree of it.
 #include "apps/nimbra-host/json_report.h"
 
 #include "apps/nimbra-host/json_value.h"
@@ -8,7 +8,7 @@ namespace nimbrahost {
 
 namespace {
 
-/// How many elements are appended between two looks at the buffer.
+/// Elements appended between two checks of the buffer size.
 constexpr std::size_t elementsBetweenSpills = 256;
 
 void appendKey(std::string& json, std::string_view key) {

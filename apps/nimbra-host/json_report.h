@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load as one JSON object; docs/nimbra-host.md has its shape.
+// The report of a load as one JSON object; docs/nimbra-host.md describes it.
 #pragma once
 
 #include "apps/nimbra-host/outcome.h"
@@ -8,9 +8,9 @@
 
 namespace nimbrahost {
 
-/// Writes the object and a line end. Values go out as they are read, so memory does not grow with them.
-/// \param picture  null where none was asked for
-/// \returns whether the stream has taken all of it
+/// Writes the object and a line end. Values are written as they are read, so memory does not grow with their number.
+/// \param picture  null if none was requested
+/// \returns whether the stream has accepted everything
 bool writeJsonReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
                      const ShownValues& shown, const PictureOutcome* picture);
 

@@ -12,13 +12,13 @@
 
 namespace nimbrahost {
 
-/// Appends a text in quotation marks. Bytes that are no UTF-8 become replacement characters, so that the
-/// result is valid JSON whatever a file or a path holds.
+/// Appends a text in quotation marks. Bytes that are not UTF-8 become U+FFFD, so that the result is valid JSON; control
+/// characters are escaped.
 void appendJsonText(std::string& json, std::string_view text);
 
 /// Appends a number as the shortest text that reads back to the same value of its type. Not-a-number and the
-/// infinities become the texts "nan", "inf", "-inf". Negative zero is written -0.0, because readers take -0
-/// for an integer and lose its sign.
+/// infinities become the texts "nan", "inf", "-inf". Negative zero is written -0.0, because readers parse -0
+/// as an integer and lose its sign.
 template <class Scalar>
 void appendJsonNumber(std::string& json, Scalar value) {
   if constexpr (std::is_floating_point_v<Scalar>) {
@@ -38,7 +38,7 @@ void appendJsonNumber(std::string& json, Scalar value) {
   Nimbra::appendNumber(json, value);
 }
 
-/// Appends an element: a text, a number, or a list where it has several components.
+/// Appends an element: a string, a number, or a list of several components.
 template <class T>
 void appendJsonElement(std::string& json, const T& element) {
   if constexpr (std::is_same_v<T, std::string>) {

@@ -27,7 +27,7 @@ using ColumnCallback = std::function<void(const Torvel::StrongPtr<Torvel::ChunkB
                                           const std::string&, const bool&)>;
 using Progress = Torvel::StrongPtr<Torvel::LoaderProgress, Torvel::InterfaceBase>;
 
-/// Catches the lines of the console while it lives.
+/// Captures the lines of the console while an object lives.
 class ConsoleCapture {
  public:
   explicit ConsoleCapture(std::vector<std::string>& lines)
@@ -40,7 +40,7 @@ class ConsoleCapture {
   Torvel::LineSink before;
 };
 
-/// The exception under way.
+/// The exception being handled.
 Raised describeRaised() {
   try {
     throw;
@@ -64,7 +64,7 @@ std::string textOfRaised() {
   }
 }
 
-/// Runs `work` and keeps what it returns or raises.
+/// Runs `work` and records its result or its exception.
 template <class Work>
 void keepResult(LoadOutcome& outcome, Work&& work) {
   try {
@@ -171,7 +171,7 @@ std::string whyUnreadable(const std::string& file) {
   if (S_ISDIR(status.st_mode)) {
     return std::strerror(EISDIR);
   }
-  // A pipe without a writer must not hold the program up.
+  // Opening a pipe without a writer must not block.
   const int descriptor = open(file.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
   if (descriptor < 0) {
     return std::strerror(errno);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What a load was asked to do, and everything that came of it.
+// The request and the outcome of a load.
 #pragma once
 
 #include "model/nimbra/grid.h"
@@ -12,7 +12,7 @@
 
 namespace nimbrahost {
 
-/// What to load, and how.
+/// What to load, and with which options.
 struct LoadRequest {
   std::string file{};
   bool loadAllAttributes = false;
@@ -22,7 +22,7 @@ struct LoadRequest {
   bool waveform = false;      ///< read the waveform metadata as well
 };
 
-/// An exception that left a call.
+/// An exception that a call has thrown.
 struct Raised {
   std::string type;
   std::string what;
@@ -30,28 +30,28 @@ struct Raised {
 
 using GridPointer = Torvel::StrongPtr<Nimbra::Grid, Nimbra::Grid::Family>;
 
-/// The metadata for waveform processing, and what they put on two grids and two fields of the host's own.
+/// The metadata for waveform processing, and the attributes that they set on two grids and two fields.
 struct WaveformOutcome {
-  std::string result{}; ///< text of the reading, empty on success
-  std::string speak{};  ///< the values in words
-  std::string error{};  ///< why the file could not be opened or the values not attached
+  std::string result{}; ///< text that the reading returned, empty on success
+  std::string speak{};  ///< the values as text for people
+  std::string error{};  ///< why the file could not be opened or the values could not be attached
   GridPointer waveformGrid{}, pointGrid{};
   Nimbra::Field::Pointer waveformField{}, tRefField{};
 
   bool failed() const { return !result.empty() || !error.empty(); }
 };
 
-/// The state after a load. Whatever happened, the grid holds what the load put there.
+/// The state after a load, successful or not.
 struct LoadOutcome {
   GridPointer grid;
-  std::string result; ///< text of the load, empty on success
+  std::string result; ///< text that the load returned, empty on success
   std::optional<Raised> exception;
-  std::vector<std::string> console; ///< lines written meanwhile, without line ends
-  double loadSeconds = 0;           ///< of the load alone
+  std::vector<std::string> console; ///< lines written during the load, without line ends
+  double loadSeconds = 0;           ///< duration of the load alone
   std::optional<std::string> rebaseError;
   std::optional<WaveformOutcome> waveform;
 
-  /// Whether everything that was asked for has been done.
+  /// Whether everything requested has been done.
   bool succeeded() const {
     return result.empty() && !exception && (!rebaseError || rebaseError->empty()) &&
            (!waveform || !waveform->failed());

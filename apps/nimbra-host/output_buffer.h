@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Text on its way to a stream, gathered so that millions of short pieces cost few writes and little memory.
+// A buffer in front of a stream, so that millions of short texts cost few writes and little memory.
 #pragma once
 
 #include <ostream>
@@ -7,19 +7,19 @@
 
 namespace nimbrahost {
 
-/// Collects text and hands it to a stream in pieces. \threads one thread at a time
+/// Collects text and writes it to a stream in large pieces. \threads one thread at a time
 class OutputBuffer {
  public:
   explicit OutputBuffer(std::ostream& destination) : stream(destination) { pending.reserve(2 * pieceBytes); }
 
-  /// The text that waits; whoever writes appends to it.
+  /// The text not yet written; callers append to it.
   std::string& text() { return pending; }
 
-  /// Call it every few hundred characters: hands the text on when enough has gathered.
+  /// Writes the text if enough has been collected. Call it every few hundred characters.
   /// \returns false when the stream has failed and further text would be lost
   bool spill() { return pending.size() < pieceBytes ? stream.good() : flush(); }
 
-  /// Hands everything on. \returns whether all text has reached the stream
+  /// Writes everything. \returns whether the stream has accepted it
   bool flush() {
     stream.write(pending.data(), static_cast<std::streamsize>(pending.size()));
     pending.clear();

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Lays the report out: outcome first, then each representation as a table of its columns.
+// Writes the report: the outcome first, then each representation as a table of its columns.
 #include "apps/nimbra-host/people_report.h"
 
+#include "apps/common/printable_text.h"
 #include "apps/nimbra-host/column_summary.h"
 #include "apps/nimbra-host/elements.h"
 #include "apps/nimbra-host/people_text.h"
@@ -13,6 +14,8 @@
 namespace nimbrahost {
 
 namespace {
+
+using apps::printable;
 
 constexpr std::size_t labelWidth = 10;
 constexpr std::size_t nameWidth = 27;
@@ -35,7 +38,7 @@ std::string elementText(const T& element) {
   }
 }
 
-/// What is said of the amount of data on a grid.
+/// The amount of data on a grid.
 struct GridSize {
   std::uint64_t bytes = 0;
   std::uint64_t records = 0; ///< elements of the longest column
@@ -100,7 +103,7 @@ void addOutcome(std::string& text, const LoadRequest& request, const LoadOutcome
   }
 }
 
-/// As many of an attribute's elements as a line has room for.
+/// As many elements of an attribute as fit on the line.
 std::string attributeValues(const Torvel::ChunkBase& chunk, std::size_t room) {
   const std::string ending = chunk.elementCount() == 1 ? " ..." : " ... of " + grouped(chunk.elementCount());
   std::string text;
@@ -171,7 +174,7 @@ void addRow(std::string& text, const std::string& name, const std::string& type,
   text += row + "\n";
 }
 
-/// One row a component, the name and the type in the first.
+/// One row per component; the first has the name and the type.
 void addField(std::string& text, const Nimbra::Representation::Slot& slot) {
   const ColumnSummary summary = slot.field ? summarise(*slot.field, numberWidth) : ColumnSummary();
   std::string name = printable(slot.identity->name());
@@ -211,7 +214,7 @@ std::string cut(const std::string& text, std::size_t width) {
   return text.size() <= width ? text : text.substr(0, text.rfind(',', width)) + " and others";
 }
 
-/// The fragments of the fields, one list for all fields that have the same.
+/// The fragments of the fields, one list per group of fields with equal fragments.
 void addFragments(std::string& text, const Nimbra::Representation& representation) {
   std::vector<std::pair<FragmentCounts, std::string>> lists;
   for (const Nimbra::Representation::Slot& slot : representation.fields()) {
@@ -237,7 +240,7 @@ void addFragments(std::string& text, const Nimbra::Representation& representatio
   }
 }
 
-/// The first elements of each column, one a line.
+/// The first elements of each fragment, one per line.
 bool writeValues(OutputBuffer& output, const Nimbra::Representation::Slot& slot, std::uint64_t most) {
   bool flowing = true;
   for (std::size_t i = 0; slot.field && i < slot.field->fragments().size(); ++i) {
@@ -320,7 +323,7 @@ bool writePeopleReport(OutputBuffer& output, const LoadRequest& request, const L
 void reportFailures(const LoadRequest& request, const LoadOutcome& outcome, const PictureOutcome* picture,
                     std::ostream& err) {
   const auto report = [&err, &request](const std::string& text) {
-    err << "nimbra-host: " << request.file << ": " << text << "\n";
+    apps::printLine(err, "nimbra-host: " + request.file + ": " + text);
   };
   if (outcome.exception || !outcome.result.empty()) {
     report(resultText(outcome));

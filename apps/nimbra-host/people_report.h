@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A load as text for people, aligned and at most 100 columns wide where names and texts allow it.
+// The report of a load as aligned text, at most 100 columns wide where names and texts allow it.
 #pragma once
 
 #include "apps/nimbra-host/outcome.h"
@@ -11,13 +11,13 @@
 namespace nimbrahost {
 
 /// Writes the report.
-/// \param picture  null where none was asked for
-/// \returns whether the stream has taken all of it
+/// \param picture  null if none was requested
+/// \returns whether the stream has accepted everything
 bool writePeopleReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
                        const ShownValues& shown, const PictureOutcome* picture);
 
-/// Writes one line for each thing that was asked for and not done.
-/// \param picture  null where none was asked for
+/// Writes one line for each requested thing that failed.
+/// \param picture  null if none was requested
 void reportFailures(const LoadRequest& request, const LoadOutcome& outcome, const PictureOutcome* picture,
                     std::ostream& err);
 

@@ -1,26 +1,14 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Alignment, grouping and escaping of text for people.
+// Alignment and grouping of text for people.
 #include "apps/nimbra-host/people_text.h"
+
+#include "apps/common/printable_text.h"
 
 #include <algorithm>
 #include <array>
 #include <cstdio>
 
 namespace nimbrahost {
-
-std::string printable(std::string_view text) {
-  std::string shown;
-  for (const char character : text) {
-    const auto code = static_cast<unsigned char>(character);
-    if (code < 0x20 || code == 0x7f) {
-      constexpr std::string_view digits = "0123456789abcdef";
-      shown += {'\\', 'x', digits[code >> 4], digits[code & 15]};
-    } else {
-      shown += character;
-    }
-  }
-  return shown;
-}
 
 std::size_t characterCount(std::string_view text) {
   return static_cast<std::size_t>(std::count_if(text.begin(), text.end(), [](char character) {
@@ -71,7 +59,7 @@ std::string indented(std::string_view text, std::size_t indent) {
   std::string lines;
   while (!text.empty()) {
     const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::string line = printable(text.substr(0, end));
+    const std::string line = apps::printable(text.substr(0, end));
     lines += line.empty() ? "\n" : std::string(indent, ' ') + line + "\n";
     text.remove_prefix(std::min(end + 1, text.size()));
   }

@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Draws points into a raster and writes it as PNG.
+// Draws points into a raster.
 #include "apps/nimbra-host/picture.h"
 
+#include "apps/common/output_file.h"
 #include "apps/nimbra-host/elements.h"
+#include "apps/nimbra-host/png_file.h"
 
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <limits>
-#include <png.h>
 #include <vector>
 
 namespace nimbrahost {
@@ -18,19 +19,19 @@ namespace {
 using Point = Quillon::PhysicalSpace::point;
 using Colour = std::array<double, 3>;
 
-/// Coordinates beyond this are taken for damage: their differences would leave the range of a double.
+/// Larger coordinates are treated as damage: their differences could overflow.
 constexpr double largestCoordinate = 1e100;
-/// Extents are found on about so many points.
+/// Approximate number of points that the extents are computed from.
 constexpr std::uint64_t sampledPoints = 200000;
 constexpr double marginShare = 0.03;
 
-/// Whether element `number` is among those that extents are found on. Scattered, because the echoes of a
-/// scanner come in patterns that every n-th point could always miss.
+/// Whether element `number` is in the sample. The choice is scattered, because a scanner's echoes form patterns that
+/// every n-th point could miss.
 bool isSampled(std::uint64_t number, std::uint64_t stride) {
   return ((number * 0x9e3779b97f4a7c15ULL) >> 32) % stride == 0;
 }
 
-/// The pieces of a column that hold elements of one type.
+/// The fragments of a column as spans; empty spans for another element type.
 template <class T>
 std::vector<std::span<const T>> piecesOf(const Nimbra::Field::Pointer& field) {
   std::vector<std::span<const T>> pieces;
@@ -58,7 +59,7 @@ std::uint64_t totalOf(const std::vector<std::span<const T>>& pieces) {
   return total;
 }
 
-/// The first column of one of these names that has elements; the common chart goes before the scanner's.
+/// The first column with one of these names that has elements; the common chart is searched before the scanner's.
 template <class T>
 std::vector<std::span<const T>> findColumn(const Nimbra::Grid& grid,
                                            std::initializer_list<const char*> names) {
@@ -88,7 +89,7 @@ struct Interval {
   bool holds(double value) const { return value >= low && value <= high; }
 };
 
-/// The values between two shares of their order, widened by a share of that extent, yet to no more than `most`.
+/// The interval between two symmetric quantiles, widened by a share of its extent, but within `most`.
 Interval central(std::vector<double> values, double share, double widening, const Interval& most) {
   if (values.empty()) {
     return {};
@@ -101,7 +102,7 @@ Interval central(std::vector<double> values, double share, double widening, cons
   return {std::max(most.low, middle.low - beyond), std::min(most.high, middle.high + beyond)};
 }
 
-/// What part of space the picture shows.
+/// The part of space that the picture shows.
 struct Extents {
   std::array<Interval, 3> axes;
   bool empty = true;
@@ -132,7 +133,7 @@ Extents findExtents(const std::vector<std::span<const Point>>& pieces) {
   }
   Extents extents;
   extents.empty = number == 0;
-  // Half the middle extent on either side keeps every corner of a survey, and nothing that is far off.
+  // Half the central extent on either side keeps the corners of a survey and excludes distant outliers.
   for (const std::size_t axis : {0U, 1U}) {
     extents.axes[axis] = central(std::move(samples[axis]), 0.01, 0.5, whole[axis]);
   }
@@ -140,13 +141,13 @@ Extents findExtents(const std::vector<std::span<const Point>>& pieces) {
   return extents;
 }
 
-/// A point's place in the raster, in pixels; the origin is the upper left corner.
+/// The position of a point in the raster, in pixels from the upper left corner.
 struct Place {
   double column = 0;
   double row = 0;
 };
 
-/// The raster with the height that each pixel shows.
+/// The raster, and the height of the point that each pixel shows.
 class Canvas {
  public:
   Canvas(const PictureRequest& request, const Extents& shown)
@@ -178,7 +179,7 @@ class Canvas {
             height / 2.0 - offset(extents.axes[1], point[1]) / scale};
   }
 
-  /// Sets a square of pixels unless they show something higher.
+  /// Sets a square of pixels, except those that show a higher point.
   void set(const Place& place, double z, const Colour& colour, int side) {
     const int left = static_cast<int>(std::floor(place.column)) - (side - 1) / 2;
     const int top = static_cast<int>(std::floor(place.row)) - (side - 1) / 2;
@@ -197,19 +198,7 @@ class Canvas {
     }
   }
 
-  /// \returns empty, or why the file could not be written
-  std::string write(const std::string& file) const {
-    png_image image{};
-    image.version = PNG_IMAGE_VERSION;
-    image.width = static_cast<png_uint_32>(width);
-    image.height = static_cast<png_uint_32>(height);
-    image.format = PNG_FORMAT_RGB;
-    const bool written = png_image_write_to_file(&image, file.c_str(), 0, pixels.data(), 0, nullptr) != 0 &&
-                         !PNG_IMAGE_FAILED(image);
-    std::string reason = written ? "" : "cannot write " + file + ": " + image.message;
-    png_image_free(&image);
-    return reason;
-  }
+  Raster raster() const { return {width, height, pixels}; }
 
  private:
   int width;
@@ -220,7 +209,7 @@ class Canvas {
   std::vector<double> heights;
 };
 
-/// Where a value lies in an interval, 0 to 1; 0.5 in one without extent or for not-a-number.
+/// The relative position of a value in an interval, 0 to 1; 0.5 for an empty interval and for not-a-number.
 double shareOf(const Interval& interval, double value) {
   const double share = (value - interval.low) / interval.extent();
   return interval.extent() > 0 && share == share ? std::clamp(share, 0.0, 1.0) : 0.5;
@@ -239,7 +228,7 @@ Colour heightColour(double share) {
   return colour;
 }
 
-// The colour column is not looked at: a load fills it with other bytes than the colours of the points.
+// The colour column is not used: a load fills it with other bytes than the colours of the points.
 std::vector<std::span<const float>> findStrength(const Nimbra::Grid& grid) {
   return findColumn<float>(grid, {"Reflectance", "Amplitude"});
 }
@@ -258,7 +247,7 @@ Interval strengthRange(const std::vector<std::span<const float>>& pieces) {
   return central(std::move(samples), 0.05, 0.0, everything);
 }
 
-/// Small surveys get larger dots, so that they can be seen.
+/// Small surveys have larger dots, for visibility.
 int dotSide(const PictureRequest& request, std::uint64_t points) {
   const double pixelsPerPoint =
       double(request.width) * request.height / double(std::max<std::uint64_t>(points, 1));
@@ -289,7 +278,7 @@ std::uint64_t drawCloud(Canvas& canvas, const Nimbra::Grid& grid, const Extents&
   return drawn;
 }
 
-/// A line from pixel to pixel; both ends lie inside, so its length is bounded by the picture's.
+/// A line between two pixels of the picture, so its length is bounded.
 void drawLine(Canvas& canvas, const Place& from, const Place& to, const Colour& colour) {
   const double length = std::max(std::abs(to.column - from.column), std::abs(to.row - from.row));
   const int steps = std::max(1, static_cast<int>(std::ceil(length)));
@@ -334,7 +323,11 @@ PictureOutcome drawPicture(const Nimbra::Grid& grid, const PictureRequest& reque
                              ? drawPath(canvas, extents, pieces)
                              : drawCloud(canvas, grid, extents, pieces, dotSide(request, totalOf(pieces)));
   }
-  outcome.error = canvas.write(request.file);
+  try {
+    writePng(request.file, canvas.raster());
+  } catch (const apps::OutputError& error) {
+    outcome.error = error.what();
+  }
   return outcome;
 }
 

@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The columns of a database under way, a bounded number of rows at a time.
+// Buffers for the columns of a database that is being written, a bounded number of rows at a time.
 #include "apps/rdbtool/column_batch.h"
 
-#include "apps/rdbtool/interruption.h"
+#include "apps/common/interruption.h"
+#include "apps/rdbtool/tool_error.h"
 
 namespace rdbtool {
 
@@ -23,7 +24,9 @@ std::size_t ColumnBatch::add(const Attribute& spec) {
 }
 
 void ColumnBatch::write(std::size_t rows) {
-  stopIfInterrupted();
+  if (apps::interrupted()) {
+    throw failed("interrupted before the database was written");
+  }
   if (rows == 0) {
     return;
   }

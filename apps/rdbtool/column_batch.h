@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The columns of a database under way, a bounded number of rows at a time.
+// Buffers for the columns of a database that is being written, a bounded number of rows at a time.
 #pragma once
 
 #include "container/format/attribute.h"
@@ -19,27 +19,27 @@ using container::ElementType;
 using container::Writer;
 using container::WriterSettings;
 
-/// Rows that a batch holds: what bounds the memory of every import and synthesis.
+/// Rows per batch; this bounds the memory of every import and synthesis.
 constexpr std::size_t batchRows = 65536;
 
-/// An attribute as most are: one value a record, no scale.
+/// The description of an attribute without scale and offset.
 Attribute attribute(const std::string& name, ElementType type, const std::string& unit = {},
                     unsigned length = 1);
 
-/// Buffers of a bounded number of rows, one an attribute, and the writer that they go to.
+/// One buffer per attribute, and the writer that receives their rows.
 ///
-/// \threads one thread an object
+/// \threads one thread per object
 class ColumnBatch {
  public:
   /// \param target       must outlive the batch
-  /// \param mostRows     rows that the buffers take
+  /// \param mostRows     rows that each buffer holds
   explicit ColumnBatch(Writer& target, std::size_t mostRows = batchRows)
       : writer(target), rowCapacity(mostRows) {}
 
-  /// Adds an attribute to the database and a column to the batch; hands back the column's number.
+  /// Adds an attribute to the database and a column to the batch; returns the number of the column.
   std::size_t add(const Attribute& spec);
 
-  /// The place of one row of one column: `length` values of the stored type.
+  /// The address of one row of one column: `length` values of the stored type.
   std::byte* place(std::size_t column, std::size_t row) {
     return columns[column].bytes.data() + row * columns[column].rowBytes;
   }
@@ -48,7 +48,7 @@ class ColumnBatch {
   void put(std::size_t column, std::size_t row, const T& value) {
     std::memcpy(place(column, row), &value, sizeof value);
   }
-  /// Columns that were added.
+  /// The number of columns added so far.
   std::size_t columnCount() const noexcept { return columns.size(); }
 
   /// Appends the first `rows` rows to the database.

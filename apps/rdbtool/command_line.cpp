@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The command line of rdbtool: what users type, and what the program answers.
+// The command line of rdbtool: its options, commands and error lines.
 #include "apps/rdbtool/command_line.h"
 
-#include <rdb2nimbra/version.h>
-
+#include "apps/common/option_checks.h"
+#include "apps/common/printable_text.h"
+#include "apps/common/program.h"
+#include "apps/common/version_text.h"
 #include "apps/rdbtool/damage_command.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"
@@ -13,7 +15,6 @@
 #include "container/format/error.h"
 
 #include <CLI/CLI.hpp>
-#include <charconv>
 #include <functional>
 #include <iostream>
 #include <limits>
@@ -27,41 +28,27 @@ namespace rdbtool {
 
 namespace {
 
+constexpr auto program = "rdbtool";
 constexpr auto mostBlockRows = std::numeric_limits<std::uint32_t>::max();
 
-/// What the commands write to, and the status they end with.
+/// The streams of a run and its exit status.
 struct Session {
   std::ostream& out;
   std::ostream& err;
   ExitStatus status = ExitStatus::done;
 };
 
-/// Refuses what the parser would take in its own way: a minus sign wraps around, a leading zero means octal,
-/// a number that is too large becomes the largest, an empty text no number at all.
-template <typename Number>
-std::string decimalProblem(const std::string& text) {
-  using Limits = std::numeric_limits<Number>;
-  Number number{};
-  const auto [end, problem] = std::from_chars(text.data(), text.data() + text.size(), number);
-  if (problem == std::errc::result_out_of_range && end == text.data() + text.size()) {
-    return "expected a whole number from " + std::to_string(Limits::min()) + " to " +
-           std::to_string(Limits::max()) + ", found " + text;
-  }
-  const bool decimal = problem == std::errc() && std::to_string(number) == text;
-  return decimal ? "" : "expected a whole number, found " + text;
-}
-
 template <typename Number>
 CLI::Option* addNumber(CLI::App& command, const char* name, Number& number, const char* purpose) {
-  return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
+  return command.add_option(name, number, purpose)->check(CLI::Validator(apps::decimalProblem<Number>, ""));
 }
 template <typename Number>
 CLI::Option* addNumber(CLI::App& command, const char* name, std::optional<Number>& number,
                        const char* purpose) {
-  return command.add_option(name, number, purpose)->check(CLI::Validator(decimalProblem<Number>, ""));
+  return command.add_option(name, number, purpose)->check(CLI::Validator(apps::decimalProblem<Number>, ""));
 }
 
-/// The names in texts that commas separate; a comma too many separates nothing.
+/// The names in comma-separated lists; empty names are skipped.
 std::vector<std::string> namesIn(const std::vector<std::string>& texts) {
   std::vector<std::string> names;
   for (const std::string& text : texts) {
@@ -79,13 +66,9 @@ std::string columnsProblem(const std::string& text) {
   return namesIn({text}).empty() ? "expected names of columns, found \"" + text + "\"" : "";
 }
 
-std::string pathProblem(const std::string& text) {
-  return text.empty() ? "expected the path of a file, found an empty text" : "";
-}
-
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
   command.add_option("-o,--output", output, "database to make")->required();
-  addNumber(command, "--block-rows", settings.blockRows, "records a block")
+  addNumber(command, "--block-rows", settings.blockRows, "records per block")
       ->check(CLI::Range(std::uint32_t{1}, mostBlockRows))
       ->capture_default_str();
   command.add_flag_callback(
@@ -94,9 +77,8 @@ void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& 
 
 void addSynthOptions(CLI::App& command, SynthRequest& request) {
   addNumber(command, "--records", request.records, "records to make")->required();
-  addNumber(command, "--seed", request.seed, "number that everything follows from")->capture_default_str();
-  command
-      .add_option("--without", request.without, "metadata to leave out: item or item:key, may be repeated")
+  addNumber(command, "--seed", request.seed, "seed of the random numbers")->capture_default_str();
+  command.add_option("--without", request.without, "metadata to omit: ITEM or ITEM:KEY, may be repeated")
       ->allow_extra_args(false);
   addWriterOptions(command, request.writer, request.output);
 }
@@ -113,15 +95,15 @@ void addSynthKind(CLI::App& synth, Session& session, SynthKind kind, const char*
   CLI::App* command = synth.add_subcommand(name, purpose);
   addSynthOptions(*command, *request);
   if (kind == SynthKind::trajectory) {
-    addNumber(*command, "--trajectory-rate", request->trajectoryRateHz, "records a second")
+    addNumber(*command, "--trajectory-rate", request->trajectoryRateHz, "records per second")
         ->capture_default_str();
     command->add_option("--lever-arm", request->leverArmFile, "lever-arm file to write beside the database")
-        ->check(CLI::Validator(pathProblem, ""));
+        ->check(CLI::Validator(apps::pathProblem, ""));
   } else {
     command->add_option("--columns", request->columns, "columns to write, separated by commas (default: all)")
         ->check(CLI::Validator(columnsProblem, ""))
         ->allow_extra_args(false);
-    addNumber(*command, "--pulse-rate", request->pulseRateHz, "shots a second")->capture_default_str();
+    addNumber(*command, "--pulse-rate", request->pulseRateHz, "shots per second")->capture_default_str();
   }
   command->callback([request, &session] {
     request->columns = namesIn(request->columns);
@@ -133,9 +115,9 @@ void addSynthKind(CLI::App& synth, Session& session, SynthKind kind, const char*
 void addSynth(CLI::App& app, Session& session) {
   CLI::App* synth = app.add_subcommand("synth", "make a database of a synthetic survey");
   synth->require_subcommand(1);
-  addSynthKind(*synth, session, SynthKind::scan, "scan", "points, one record an echo (.rdbx)");
+  addSynthKind(*synth, session, SynthKind::scan, "scan", "points, one record per echo (.rdbx)");
   addSynthKind(*synth, session, SynthKind::shots, "shots", "laser pulses with waveform metadata (.sodx)");
-  addSynthKind(*synth, session, SynthKind::trajectory, "trajectory", "the flight (.pofx)");
+  addSynthKind(*synth, session, SynthKind::trajectory, "trajectory", "the flight path (.pofx)");
 }
 
 ImportFormat formatNamed(const std::string& name) {
@@ -147,11 +129,11 @@ ImportFormat formatNamed(const std::string& name) {
 
 void addImport(CLI::App& app, Session& session) {
   const auto request = std::make_shared<ImportRequest>();
-  CLI::App* command = app.add_subcommand("import", "make a database of a LAS file or an SBET trajectory");
+  CLI::App* command = app.add_subcommand("import", "make a database from a LAS file or an SBET trajectory");
   command->add_option("input", request->input, "file to read")->required();
   command->add_option_function<std::string>(
       "--format", [request](const std::string& name) { request->format = formatNamed(name); },
-      "las or sbet (default: told from the file)");
+      "las or sbet (default: detected from the file)");
   command->add_option_function<std::string>(
       "--date", [request](const std::string& day) { request->date = parseIsoDate(day); },
       "a day in the week of the survey, YYYY-MM-DD");
@@ -162,9 +144,9 @@ void addImport(CLI::App& app, Session& session) {
 void addReports(CLI::App& app, Session& session) {
   const auto path = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
-  CLI::App* info = app.add_subcommand("info", "tell what a database holds");
+  CLI::App* info = app.add_subcommand("info", "describe the content of a database");
   info->add_option("file", *path, "database")->required();
-  info->add_flag("--json", *json, "one JSON object");
+  info->add_flag("--json", *json, "print one JSON object");
   info->callback([path, json, &session] { describe(*path, *json, session.out); });
   CLI::App* verify = app.add_subcommand("verify", "check every block of a database");
   verify->add_option("file", *path, "database")->required();
@@ -180,15 +162,18 @@ void addDamage(CLI::App& app) {
   command->add_option("--attribute", request->attribute, "attribute whose block or type is damaged");
   addNumber(*command, "--block", request->block, "number of the block, from 0")->capture_default_str();
   addNumber(*command, "--flip-byte", request->flipByte, "flip the bits of this byte of the block");
-  addNumber(*command, "--shorten-block", request->shortenBytes, "take this many bytes off the block");
-  command->add_flag("--clear-checksum", request->clearChecksum, "leave the block without a checksum");
+  addNumber(*command, "--shorten-block", request->shortenBytes,
+            "remove this many bytes from the end of the block");
+  command->add_flag("--clear-checksum", request->clearChecksum, "remove the checksum of the block");
   command->add_flag("--drop-block", request->dropBlock, "remove the block");
-  command->add_option("--set-type", request->storedType, "type text of the attribute");
-  addNumber(*command, "--set-records", request->records, "count of records");
-  addNumber(*command, "--set-block-rows", request->blockRows, "records a block");
-  addNumber(*command, "--set-application-id", request->applicationId, "application id of the file");
-  addNumber(*command, "--set-version", request->version, "version of the format");
-  command->add_option("--drop-table", request->dropTable, "database, attribute, block or metadata");
+  command->add_option("--set-type", request->storedType, "replace the type name of the attribute");
+  addNumber(*command, "--set-records", request->records, "replace the number of records");
+  addNumber(*command, "--set-block-rows", request->blockRows, "records per block");
+  addNumber(*command, "--set-application-id", request->applicationId,
+            "replace the application id of the file");
+  addNumber(*command, "--set-version", request->version, "replace the version of the format");
+  command->add_option("--drop-table", request->dropTable,
+                      "remove a table: database, attribute, block or metadata");
   addNumber(*command, "--flip-file-byte", request->flipFileByte, "flip the bits of this byte of the file");
   addNumber(*command, "--truncate", request->truncateBytes, "keep only this many bytes of the file");
   command->callback([request] { damageDatabase(*request); });
@@ -198,28 +183,29 @@ int statusNumber(ExitStatus status) {
   return static_cast<int>(status);
 }
 
-/// The line and status of a failure on the way; rethrows what is under way.
+void printError(std::ostream& err, const std::string& text) {
+  apps::printLine(err, std::string(program) + ": " + text);
+}
+
+/// Prints the failure under way and returns its status; rethrows one that has no status of its own.
 int answerFailure(std::ostream& err) {
   try {
     throw;
   } catch (const ToolError& error) {
-    err << "rdbtool: " << error.what() << "\n";
+    printError(err, error.what());
     return statusNumber(error.status());
   } catch (const container::Error& error) {
-    err << "rdbtool: " << error.what() << ": " << error.details() << "\n";
+    printError(err, std::string(error.what()) + ": " + error.details());
     const bool cannotOpen = error.kind() == container::ErrorKind::cannotOpen;
     return statusNumber(cannotOpen ? ExitStatus::unreadable : ExitStatus::failed);
-  } catch (const std::exception& error) {
-    err << "rdbtool: " << error.what() << "\n";
-    return statusNumber(ExitStatus::failed);
   }
 }
 
-/// Does what the arguments ask for. \returns the exit status
+/// Runs the command that the arguments name. \returns the exit status
 int answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
   Session session{out, err};
-  CLI::App app("Makes, imports, describes, verifies and damages databases.", "rdbtool");
-  app.set_version_flag("--version", "rdbtool " RDB2NIMBRA_VERSION)->description("print the version and exit");
+  CLI::App app("Makes, imports, describes, verifies and damages databases.", program);
+  app.set_version_flag("--version", apps::versionText(program))->description("print the version and exit");
   app.require_subcommand(1);
   addSynth(app, session);
   addImport(app, session);
@@ -232,7 +218,7 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
       return app.exit(error, out, err); // help or the version was asked for
     }
     const bool missing = error.get_exit_code() == static_cast<int>(CLI::ExitCodes::RequiredError);
-    err << "rdbtool: " << error.what() << (missing ? "; --help lists what there is" : "") << "\n";
+    printError(err, error.what() + std::string(missing ? "; see --help" : ""));
     return statusNumber(ExitStatus::wrongUse);
   } catch (const std::exception&) {
     return answerFailure(err);
@@ -243,12 +229,10 @@ int answer(int argumentCount, const char* const* arguments, std::ostream& out, s
 } // namespace
 
 int runTool(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
-  const int status = answer(argumentCount, arguments, out, err);
-  if (out.flush()) {
-    return status;
-  }
-  err << "rdbtool: standard output: expected a place for the output, found that it cannot be written\n";
-  return status == statusNumber(ExitStatus::done) ? statusNumber(ExitStatus::failed) : status;
+  const int status =
+      apps::runGuarded(program, err, [&] { return answer(argumentCount, arguments, out, err); });
+  const bool written = apps::flushOutput(program, out, err);
+  return written || status != statusNumber(ExitStatus::done) ? status : statusNumber(ExitStatus::failed);
 }
 
 } // namespace rdbtool

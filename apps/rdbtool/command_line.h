@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The command line of rdbtool: what users type, and what the program answers.
-// Docs/rdbtool.md is the users' page.
+// The command line of rdbtool; docs/rdbtool.md describes it for users.
 #pragma once
 
 #include <iosfwd>
@@ -9,10 +8,10 @@ namespace rdbtool {
 
 /// Runs the program on its arguments.
 ///
-/// \param out  receives what was asked for
-/// \param err  receives notes, and one line for a failure
-/// \return     0 done, 1 the work failed, 2 wrong use, 3 an input file cannot be read
-/// \errors     none: all failures become a line and a status
+/// \param out  receives the output of the command
+/// \param err  receives warnings, and one line per failure
+/// \return     0 done, 1 failed, 2 wrong use, 3 an input file cannot be read
+/// \errors     none: every failure becomes a line and a status
 int runTool(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err);
 
 } // namespace rdbtool

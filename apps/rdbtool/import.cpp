@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Tells the formats of imported files apart.
+// Detects the format of an imported file and runs its import.
 #include "apps/rdbtool/import.h"
 
 #include "apps/rdbtool/input_file.h"

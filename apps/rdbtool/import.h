@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The two imports: point files and trajectories of open formats, into databases.
-// The mapping is in docs/rdbtool.md.
+// The two imports: LAS point files and SBET trajectories become databases; docs/rdbtool.md has the mapping.
 #pragma once
 
 #include "apps/rdbtool/calendar_date.h"
@@ -13,24 +12,24 @@
 
 namespace rdbtool {
 
-/// The formats that are read.
+/// The formats that can be imported.
 enum class ImportFormat { las, sbet };
 
-/// What an import is asked to do.
+/// The options of an import.
 struct ImportRequest {
   std::string input;
   std::string output;
-  std::optional<ImportFormat> format; // told from content and extension where it is absent
-  std::optional<CalendarDate> date;   // a day in the week of the survey
+  std::optional<ImportFormat> format;        // detected from content and extension if absent
+  std::optional<std::chrono::sys_days> date; // a day in the week of the survey
   WriterSettings writer;
 };
 
-/// Imports a file and hands back the number of records. The output appears under its name when all of it is
-/// written, and not at all on a failure.
+/// Imports a file. The output appears under its name when it is complete, and not at all after a failure.
 ///
-/// \param notes  receives a line for all that is left behind or assumed
+/// \param notes  receives one line for each thing that is skipped or assumed
+/// \return the number of records
 /// \errors  ToolError; container::Error from the writer
-/// \threads one thread a request
+/// \threads one thread per request
 std::uint64_t importFile(const ImportRequest& request, std::ostream& notes);
 
 /// The same for an input known to be LAS 1.0 to 1.4.

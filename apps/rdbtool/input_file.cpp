@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A file that is imported: opened for reading, read by position.
+// An input file, read by position.
 #include "apps/rdbtool/input_file.h"
 
+#include "apps/common/target_path.h"
 #include "apps/rdbtool/tool_error.h"
 
 #include <algorithm>
@@ -9,7 +10,8 @@
 #include <filesystem>
 #include <system_error>
 
-static_assert(std::endian::native == std::endian::little, "values are taken from files as they stand");
+static_assert(std::endian::native == std::endian::little,
+              "values are copied from files without swapping bytes");
 
 namespace rdbtool {
 
@@ -31,8 +33,7 @@ void requireReadableFile(const std::string& path) {
 }
 
 void requireDistinct(const std::string& other, const std::string& output) {
-  std::error_code ignored;
-  if (other == output || fs::equivalent(other, output, ignored)) {
+  if (apps::sameFile(other, output)) {
     throw wrongUse(output + ": expected an output other than " + other + ", found the same file");
   }
 }

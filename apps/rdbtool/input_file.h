@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A file that is imported: opened for reading, read by position.
+// An input file, read by position.
 #pragma once
 
 #include <cstddef>
@@ -12,10 +12,10 @@
 
 namespace rdbtool {
 
-/// Reads pieces of one regular file.
+/// Reads byte ranges of one regular file.
 ///
 /// \errors  ToolError with ExitStatus::unreadable, naming the file
-/// \threads one thread an object
+/// \threads one thread per object
 class InputFile {
  public:
   /// Opens the file, which must be a regular one.
@@ -23,12 +23,12 @@ class InputFile {
 
   /// The path as it was given.
   const std::string& path() const noexcept { return name; }
-  /// Bytes of the file when it was opened.
+  /// Size of the file when it was opened, in bytes.
   std::uint64_t byteSize() const noexcept { return size; }
 
-  /// Fills `target` from position `offset`; fewer bytes than asked for is an error.
+  /// Fills `target` from position `offset`; a file that ends earlier is an error.
   void readAt(std::uint64_t offset, std::span<std::byte> target);
-  /// At most `byteCount` bytes from `offset`: fewer where the file ends before.
+  /// At most `byteCount` bytes from `offset`: fewer where the file ends earlier.
   std::vector<std::byte> atMost(std::uint64_t offset, std::size_t byteCount);
 
  private:
@@ -37,13 +37,13 @@ class InputFile {
   std::uint64_t size = 0;
 };
 
-/// Raises ToolError with ExitStatus::unreadable unless `path` is a regular file that opens for reading.
+/// Throws ToolError with ExitStatus::unreadable unless `path` is a regular file that opens for reading.
 void requireReadableFile(const std::string& path);
 
-/// Raises ToolError with ExitStatus::wrongUse where `output` is the file `other`, however it is spelled.
+/// Throws ToolError with ExitStatus::wrongUse where both paths lead to the same file, which need not exist.
 void requireDistinct(const std::string& other, const std::string& output);
 
-/// The value of type T at the start of `bytes`, stored with the least significant byte first.
+/// The value of type T at the start of `bytes`, stored in little-endian order.
 template <typename T>
 T littleEndian(const std::byte* bytes) {
   T value;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The land under a synthetic survey: hills, buildings and trees, all functions of a seed and a place.
+// The terrain of a synthetic survey: hills, buildings and trees as functions of a seed and a position.
 #include "apps/rdbtool/landscape.h"
 
 #include "apps/rdbtool/seeded_noise.h"
@@ -12,17 +12,17 @@ constexpr double meanHeight = 250;
 constexpr double lotMetres = 40;      // a lot may hold a building
 constexpr double grovePlotMetres = 9; // a plot may hold a tree
 
-/// Keeps the streams of random bits of one seed apart.
+/// Names of independent streams of random bits of one seed.
 enum Stream : std::uint64_t { hills = 1, buildings, trees };
 
-/// The square of a grid that a place lies in, and where in it, -0.5 to 0.5.
+/// The cell of a square grid that contains a position, and the position in it, -0.5 to 0.5.
 struct Cell {
   std::uint64_t column, row;
   double east, north;
 };
 
 Cell cellOf(double east, double north, double metres) {
-  // Grid coordinates of a northern zone are positive, so that cutting off is rounding down.
+  // Grid coordinates of a northern zone are positive, so truncation rounds down.
   const double column = static_cast<double>(static_cast<std::int64_t>(east / metres));
   const double row = static_cast<double>(static_cast<std::int64_t>(north / metres));
   return {static_cast<std::uint64_t>(static_cast<std::int64_t>(column)),
@@ -50,7 +50,7 @@ double Landscape::groundHeight(double east, double north) const {
   return height;
 }
 
-/// Height of the roof over the ground of the place's lot; 0 where there is none.
+/// Height of the roof above the ground; 0 where there is no building.
 double Landscape::roofHeight(double east, double north) const {
   const Cell lot = cellOf(east, north, lotMetres);
   const std::uint64_t bits = mixBits(seed ^ buildings, lot.column, lot.row);
@@ -64,10 +64,10 @@ double Landscape::roofHeight(double east, double north) const {
   return under ? 4 + 11 * static_cast<double>((bits >> 24) & 255u) / 255 : 0;
 }
 
-/// Height of the crown over the ground; 0 where there is no tree.
+/// Height of the crown above the ground; 0 where there is no tree.
 double Landscape::treeHeight(double east, double north) const {
   const Cell plot = cellOf(east, north, grovePlotMetres);
-  // Groves: a tree stands on a plot only where the coarse grid around it is wooded.
+  // Trees stand in groves: only where the coarser cell around the plot is wooded.
   const std::uint64_t wooded = mixBits(seed ^ trees, plot.column >> 4, plot.row >> 4);
   const std::uint64_t bits = mixBits(seed ^ trees, ~plot.column, plot.row);
   if ((wooded & 3u) != 0 || (bits & 3u) == 0) {
@@ -81,7 +81,7 @@ double Landscape::treeHeight(double east, double north) const {
 Reflections Landscape::meet(const Vector3& from, const Vector3& direction, std::uint64_t chance) const {
   const double perMetreDown = -1 / direction[2];
   double range = (from[2] - meanHeight) * perMetreDown;
-  // Each round shrinks the miss by the slope of the hills times the slant of the pulse, about a tenth.
+  // Each iteration reduces the error to about a tenth: slope of the hills times slant of the pulse.
   for (int round = 0; round < 4; ++round) {
     const double ground = groundHeight(from[0] + range * direction[0], from[1] + range * direction[1]);
     range = (from[2] - ground) * perMetreDown;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The land under a synthetic survey: hills, buildings and trees, all functions of a seed and a place.
+// The terrain of a synthetic survey: hills, buildings and trees as functions of a seed and a position.
 #pragma once
 
 #include "apps/rdbtool/wgs84.h"
@@ -9,7 +9,7 @@
 
 namespace rdbtool {
 
-/// What a laser pulse met; the numbers are the classes of the ASPRS.
+/// What reflected a laser pulse; the numbers are classes of the ASPRS.
 enum class Surface : std::uint8_t { ground = 2, vegetation = 5, building = 6 };
 
 /// One reflection of a pulse.
@@ -35,16 +35,16 @@ class Landscape {
   /// Height of the bare ground, metres.
   double groundHeight(double east, double north) const;
 
-  /// Follows a pulse down to what it meets.
+  /// The reflections of one pulse.
   ///
   /// \param from       east, north, height, metres
-  /// \param direction  change of east, north and height for a metre of range; height falls
+  /// \param direction  change of east, north and height per metre of range; the height decreases
   /// \param chance     64 random bits of this pulse
   Reflections meet(const Vector3& from, const Vector3& direction, std::uint64_t chance) const;
 
  private:
   struct Wave {
-    double alongEast, alongNorth, phase, height; // turns a metre, turns, metres
+    double alongEast, alongNorth, phase, height; // turns per metre, turns, metres
   };
   double roofHeight(double east, double north) const;
   double treeHeight(double east, double north) const;

@@ -14,12 +14,12 @@ constexpr std::size_t descriptionBytes = 192;
 constexpr unsigned scaleFlag = 8;
 constexpr unsigned offsetFlag = 16;
 
-/// The plain types in the order of their numbers, from 1.
+/// The scalar types in the order of their numbers, from 1.
 constexpr ElementType plainTypes[] = {
     ElementType::uint8, ElementType::int8,   ElementType::uint16, ElementType::int16,   ElementType::uint32,
     ElementType::int32, ElementType::uint64, ElementType::int64,  ElementType::float32, ElementType::float64};
 
-/// A name that the tables of a database take: printable ASCII, with no blank.
+/// The name of the attribute: printable ASCII without blanks.
 std::string attributeName(const std::string& given) {
   std::string name = "las.";
   for (const char letter : given) {
@@ -28,7 +28,7 @@ std::string attributeName(const std::string& given) {
   return name;
 }
 
-/// Takes scale and offset over; false where the values of one field have different ones.
+/// Copies scale and offset; false where the values of one field have different ones.
 bool takeTransform(const std::byte* description, Attribute& spec) {
   const unsigned flags = std::to_integer<unsigned>(description[3]);
   for (unsigned value = 0; value < spec.length; ++value) {
@@ -45,7 +45,7 @@ bool takeTransform(const std::byte* description, Attribute& spec) {
   return std::isfinite(spec.scale) && spec.scale != 0 && std::isfinite(spec.offset);
 }
 
-/// Text from a file, kept to printable ASCII.
+/// Text from a file; everything but printable ASCII becomes an underscore.
 std::string plainText(const std::byte* bytes, std::size_t byteCount) {
   std::string text = fixedText(bytes, byteCount);
   std::replace_if(
@@ -53,25 +53,25 @@ std::string plainText(const std::byte* bytes, std::size_t byteCount) {
   return text;
 }
 
-/// Walks the descriptions and keeps count of the bytes that they lay claim to.
+/// Reads one description after the other and counts the bytes that they describe.
 class Walk {
  public:
   explicit Walk(const LasHeader& checkedHeader)
       : header(checkedHeader), position(checkedHeader.layout.minimumBytes) {}
 
-  /// False where the rest of the record cannot be told apart any more.
+  /// False where the positions of the remaining fields are unknown.
   bool take(const std::byte* description) {
     const unsigned type = std::to_integer<unsigned>(description[2]);
     const std::string name = plainText(description + 4, 32);
     if (type > 30) {
-      result.left.push_back("extra bytes \"" + name + "\": unknown type " + std::to_string(type) +
-                            ", left together with all extra bytes behind it");
+      result.skipped.push_back("extra bytes \"" + name + "\": unknown type " + std::to_string(type) +
+                               ", skipped together with all extra bytes after it");
       return false;
     }
     if (type == 0) {
       const unsigned opaqueBytes = std::to_integer<unsigned>(description[3]);
-      result.left.push_back("extra bytes \"" + name + "\": " + std::to_string(opaqueBytes) +
-                            " bytes of no described type, left");
+      result.skipped.push_back("extra bytes \"" + name + "\": " + std::to_string(opaqueBytes) +
+                               " bytes without a type, skipped");
       position += opaqueBytes;
       return true;
     }
@@ -80,12 +80,12 @@ class Walk {
 
   ExtraBytes finish() {
     if (position < header.recordBytes) {
-      result.left.push_back(std::to_string(header.recordBytes - position) +
-                            " bytes of each point record without a description, left");
+      result.skipped.push_back(std::to_string(header.recordBytes - position) +
+                               " bytes of each point record without a description, skipped");
     }
     return std::move(result);
   }
-  /// Ends the walk where nothing more can be claimed.
+  /// Treats the rest of the record as described.
   void giveUp() { position = header.recordBytes; }
 
  private:
@@ -98,13 +98,14 @@ class Walk {
     field.spec.description = plainText(description + 160, 32);
     const auto fieldBytes = static_cast<unsigned>(byteSize(field.spec.type)) * field.spec.length;
     if (position + fieldBytes > header.recordBytes) {
-      result.left.push_back("extra bytes \"" + name + "\": reach past the end of the point record, left");
+      result.skipped.push_back("extra bytes \"" + name +
+                               "\": reach past the end of the point record, skipped");
       return false;
     }
     position += fieldBytes;
     if (name.empty() || !names.insert(field.spec.name).second || !takeTransform(description, field.spec)) {
-      result.left.push_back("extra bytes \"" + name +
-                            "\": no name of their own, or no single scale and offset, left");
+      result.skipped.push_back("extra bytes \"" + name +
+                               "\": no unique name, or no single scale and offset, skipped");
       return true;
     }
     result.fields.push_back(field);

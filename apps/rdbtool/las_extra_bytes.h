@@ -10,23 +10,23 @@
 
 namespace rdbtool {
 
-/// One described piece of the bytes behind the standard part of a point record.
+/// One described field after the standard part of a point record.
 struct ExtraBytesField {
   unsigned position = 0; // from the start of the record
   Attribute spec;
 };
 
-/// What the descriptions of a file yield.
+/// The fields that become attributes, and those that do not.
 struct ExtraBytes {
   std::vector<ExtraBytesField> fields;
-  std::vector<std::string> left; // one sentence for each piece that becomes no attribute
+  std::vector<std::string> skipped; // one sentence per field that becomes no attribute
 };
 
 /// Reads the descriptions in the file's record 4 of LASF_Spec. Fields of one to three values of a plain type
-/// whose values share scale and offset become attributes; all else is named in `left`.
+/// whose values share scale and offset become attributes; every other field is named in `skipped`.
 ///
 /// \param header  a checked header
-/// \errors        none: what cannot be understood is left
+/// \errors        none: fields that cannot be read are skipped
 ExtraBytes describedExtraBytes(const LasHeader& header);
 
 } // namespace rdbtool

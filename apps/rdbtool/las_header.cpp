@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The header of a LAS file and its variable length records, read and checked.
+// Reads and checks the header and the variable length records of a LAS file.
 #include "apps/rdbtool/las_header.h"
 
-#include "apps/rdbtool/number_text.h"
+#include "apps/common/number_text.h"
 #include "apps/rdbtool/tool_error.h"
 
 #include <algorithm>
@@ -23,12 +23,12 @@ unsigned headerBytesOfVersion(unsigned minor) {
   return minor <= 2 ? 227 : minor == 3 ? 235 : 375;
 }
 
-/// Gives the fixed part of the header, at least as long as its version wants it.
+/// The fixed part of the header, at least as long as its version requires.
 std::vector<std::byte> fixedPart(InputFile& file) {
   std::vector<std::byte> head = file.atMost(0, 375);
   const std::string& path = file.path();
   if (head.size() < 4 || fixedText(head.data(), 4) != "LASF") {
-    throw failed(path + ": expected the signature LASF of a LAS file, found another start");
+    throw failed(path + ": expected the signature LASF of a LAS file, found other bytes");
   }
   if (head.size() < 227) {
     throw failed(path + ": expected a LAS header of at least 227 bytes, found a file of " +
@@ -49,7 +49,7 @@ std::vector<std::byte> fixedPart(InputFile& file) {
   return head;
 }
 
-/// Refuses what is not a plain point record before anything is read by its layout.
+/// Refuses compressed and unknown point records before the layout is used.
 void checkFormat(const std::string& path, unsigned formatByte) {
   if (formatByte & 0x80u) {
     throw failed(path + ": expected uncompressed point records, found compressed ones (format byte " +
@@ -68,7 +68,7 @@ std::uint64_t pointCountOf(const std::string& path, const std::vector<std::byte>
   const std::uint64_t longCount = littleEndian<std::uint64_t>(&head[247]);
   if (shortCount != 0 && shortCount != longCount) {
     throw failed(path + ": expected one point count, found " + number(shortCount) +
-                 " in the old place of the header and " + number(longCount) + " in the new one");
+                 " in the 32-bit field of the header and " + number(longCount) + " in the 64-bit field");
   }
   return longCount;
 }
@@ -78,8 +78,8 @@ void checkTransform(const std::string& path, const LasHeader& header) {
     if (!std::isfinite(header.scale[axis]) || header.scale[axis] == 0 ||
         !std::isfinite(header.offset[axis])) {
       throw failed(path + ": expected a finite scale other than 0 and a finite offset on axis " +
-                   std::string(1, "XYZ"[axis]) + ", found " + numberText(header.scale[axis]) + " and " +
-                   numberText(header.offset[axis]));
+                   std::string(1, "XYZ"[axis]) + ", found " + apps::numberText(header.scale[axis]) + " and " +
+                   apps::numberText(header.offset[axis]));
     }
   }
 }
@@ -108,8 +108,8 @@ std::vector<LasVariableRecord> variableRecords(InputFile& file, std::uint64_t fr
 void checkPointsAreThere(const InputFile& file, const LasHeader& header) {
   const std::uint64_t held = (file.byteSize() - header.pointOffset) / header.recordBytes;
   if (held < header.pointCount) {
-    throw failed(file.path() + ": header says " + number(header.pointCount) + " points, file holds " +
-                 number(held));
+    throw failed(file.path() + ": expected " + number(header.pointCount) +
+                 " points as in the header, found " + number(held));
   }
 }
 
@@ -166,7 +166,7 @@ LasHeader readLasHeader(InputFile& file) {
   checkFormat(file.path(), formatByte);
   LasHeader header;
   header.minorVersion = std::to_integer<unsigned>(head[25]);
-  // The bit came with version 1.2; before, its bytes were reserved.
+  // The bit exists since version 1.2; its bytes were reserved before.
   header.adjustedGpsTime = header.minorVersion >= 2 && (littleEndian<std::uint16_t>(&head[6]) & 1u) != 0;
   header.creationDay = littleEndian<std::uint16_t>(&head[90]);
   header.creationYear = littleEndian<std::uint16_t>(&head[92]);
@@ -188,8 +188,9 @@ LasHeader readLasHeader(InputFile& file) {
     return record.user == "laszip encoded" && record.number == 22204;
   };
   if (std::any_of(header.records.begin(), header.records.end(), isCompression)) {
-    throw failed(file.path() + ": expected uncompressed point records, found a record of the compression; "
-                               "decompress the file first");
+    throw failed(file.path() +
+                 ": expected uncompressed point records, found the variable length record of a compressor; "
+                 "decompress the file first");
   }
   header.pointCount = pointCountOf(file.path(), head, header.minorVersion);
   checkPointsAreThere(file, header);

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The header of a LAS file and its variable length records, read and checked.
-// The layout is that of the public LAS 1.0 to 1.4 documents of the ASPRS.
+// The header and the variable length records of a LAS file, by the public LAS 1.0 to 1.4 specifications of the ASPRS.
 #pragma once
 
 #include "apps/rdbtool/input_file.h"
@@ -13,14 +12,14 @@
 
 namespace rdbtool {
 
-/// One variable length record: who defined it, its number, and what it holds.
+/// One variable length record: user id, record id and payload.
 struct LasVariableRecord {
   std::string user;
   unsigned number = 0;
   std::vector<std::byte> payload;
 };
 
-/// What a point record holds and where; an absent part has no position.
+/// Byte positions in a point record; an absent part has none.
 struct LasRecordLayout {
   unsigned minimumBytes = 20;
   bool extended = false; // formats 6 and up: four-bit return numbers, whole classes, fine scan angles
@@ -30,11 +29,11 @@ struct LasRecordLayout {
   bool waveform = false;
 };
 
-/// The header, checked against the file: the counts agree and every point is there.
+/// The header, checked against the file: the counts agree and every point is present.
 struct LasHeader {
   unsigned minorVersion = 0;
   bool adjustedGpsTime = false; // stamps are GPS seconds less 1e9, not seconds of the week
-  unsigned creationDay = 0;     // of the year, from 1; 0 where the file does not say
+  unsigned creationDay = 0;     // day of the year, from 1; 0 if not given
   unsigned creationYear = 0;
   std::uint64_t pointOffset = 0;
   std::uint64_t pointCount = 0;
@@ -48,7 +47,7 @@ struct LasHeader {
 
 /// Reads the header and the variable length records, and checks them against each other and the file's size.
 ///
-/// \errors  ToolError: failed where the content is no uncompressed LAS 1.0 to 1.4, is cut short or contradicts
+/// \errors  ToolError: failed where the content is not uncompressed LAS 1.0 to 1.4, is truncated or contradicts
 ///          itself; unreadable where the file cannot be read
 LasHeader readLasHeader(InputFile& file);
 

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Imports LAS points: each part of a point record becomes an attribute.
-// The mapping is told in docs/rdbtool.md.
+// Imports LAS points: each part of a point record becomes an attribute; docs/rdbtool.md has the mapping.
+#include "apps/common/interruption.h"
+#include "apps/common/number_text.h"
+#include "apps/common/printable_text.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/interruption.h"
 #include "apps/rdbtool/las_extra_bytes.h"
 #include "apps/rdbtool/las_header.h"
 #include "apps/rdbtool/las_projection.h"
-#include "apps/rdbtool/number_text.h"
 
 #include <algorithm>
 #include <array>
@@ -18,10 +18,10 @@ namespace rdbtool {
 
 namespace {
 
-constexpr double adjustedOrigin = 1e9; // what adjusted stamps leave away
+constexpr double adjustedOrigin = 1e9; // seconds that adjusted GPS time subtracts
 constexpr std::size_t pieceBytes = std::size_t{16} << 20;
 
-/// Reads the point records piece by piece, from the first as often as asked.
+/// Reads the point records piece by piece, in several passes if necessary.
 class PointReader {
  public:
   PointReader(InputFile& lasFile, const LasHeader& checkedHeader) : file(lasFile), header(checkedHeader) {
@@ -30,7 +30,7 @@ class PointReader {
     bytes.resize(rowsAtOnce * header.recordBytes);
   }
 
-  /// The most records that a visit gets.
+  /// The largest number of records per visit.
   std::size_t mostRows() const { return rowsAtOnce; }
 
   /// Calls visit(first record's bytes, record count) over all points.
@@ -52,7 +52,7 @@ class PointReader {
   std::vector<std::byte> bytes;
 };
 
-/// What has to be known of all points before the first is written.
+/// Facts about all points that the first written record depends on.
 struct Overview {
   double firstStamp = 0;
   bool stampsOutsideWeek = false;
@@ -79,41 +79,44 @@ Overview overviewOf(PointReader& reader, const LasHeader& header) {
   return overview;
 }
 
-/// How stamps become seconds of the week, and the day of the time base.
+/// What is added to time stamps to make them seconds of the week, and the day of the time base.
 struct TimeMapping {
   double addend = 0;
-  CalendarDate epoch;
+  std::chrono::sys_days epoch;
 };
 
-/// The week that stamps of the week are counted in: asked for, or that of the file's creation.
-CalendarDate weekOfSurvey(const ImportRequest& request, const LasHeader& header) {
+/// A day in the week of the survey: from the command line, or the day on which the file was created.
+std::chrono::sys_days weekOfSurvey(const ImportRequest& request, const LasHeader& header) {
   if (request.date) {
     return *request.date;
   }
   const bool dated = header.creationYear >= 1980 && header.creationYear <= 9999 && header.creationDay >= 1 &&
                      header.creationDay <= 366;
-  return dated ? plusDays({static_cast<int>(header.creationYear), 1, 1}, header.creationDay - 1)
-               : CalendarDate{};
+  if (!dated) {
+    return gpsOrigin;
+  }
+  const auto newYear = std::chrono::year(static_cast<int>(header.creationYear)) / std::chrono::January / 1;
+  return std::chrono::sys_days(newYear) + std::chrono::days(header.creationDay - 1);
 }
 
 TimeMapping timeMapping(const ImportRequest& request, const LasHeader& header, const Overview& overview,
                         std::ostream& notes) {
   if (!header.adjustedGpsTime) {
     if (overview.stampsOutsideWeek) {
-      notes << request.input << ": expected GPS seconds of the week, found stamps outside 0 to 604800; they "
-            << "are kept as they are\n";
+      apps::printLine(notes, request.input + ": expected GPS seconds of the week, found stamps outside 0 to "
+                                             "604800; they are kept as they are");
     }
     return {0, epochForWeekSeconds(overview.firstStamp, weekOfSurvey(request, header))};
   }
   const double week = std::floor((overview.firstStamp + adjustedOrigin) / weekSeconds);
   if (!(week >= 0 && week < 1e5)) {
-    notes << request.input << ": expected adjusted GPS time, found a first stamp of "
-          << numberText(overview.firstStamp) << "; the stamps are kept as they are\n";
+    apps::printLine(notes, request.input + ": expected adjusted GPS time, found a first stamp of " +
+                               apps::numberText(overview.firstStamp) + "; the stamps are kept as they are");
     return {0, weekOfSurvey(request, header)};
   }
-  // The addend is whole and, outside the origin's own week, the sum smaller than the stamp: no bit is lost.
+  // The addend is an integer and, outside the week of the origin, the sum is smaller than the stamp: the sum is exact.
   const double addend = adjustedOrigin - week * weekSeconds;
-  const CalendarDate weekBegin = plusDays(CalendarDate{}, static_cast<std::int64_t>(week) * 7);
+  const std::chrono::sys_days weekBegin = gpsOrigin + std::chrono::weeks(static_cast<int>(week));
   return {addend, epochForWeekSeconds(overview.firstStamp + addend, weekBegin)};
 }
 
@@ -136,7 +139,7 @@ class PointWriter {
     source = batch.add(attribute("riegl.source_index", ElementType::uint16));
     if (header.layout.colour) {
       colour = batch.add(attribute("riegl.rgba", ElementType::uint8, {}, 4));
-      // A load takes the colours' column from this attribute, so the one never stands without the other.
+      // A load binds the colours in place of this attribute and fails where it is missing.
       batch.add(attribute("riegl.direction_medium", ElementType::int8, {}, 3));
     }
     for (const ExtraBytesField& field : extra.fields) {
@@ -220,16 +223,17 @@ class PointWriter {
   std::vector<std::size_t> extraColumns;
 };
 
-void tellWhatIsLeft(const ImportRequest& request, const LasHeader& header, const ExtraBytes& extra,
-                    std::ostream& notes) {
+void noteSkippedParts(const ImportRequest& request, const LasHeader& header, const ExtraBytes& extra,
+                      std::ostream& notes) {
+  const std::string ofFormat = " of point format " + std::to_string(header.format) + " skipped";
   if (header.layout.waveform) {
-    notes << request.input << ": waveform packets of point format " << header.format << " left\n";
+    apps::printLine(notes, request.input + ": waveform packets" + ofFormat);
   }
   if (header.layout.nearInfrared) {
-    notes << request.input << ": near infrared of point format " << header.format << " left\n";
+    apps::printLine(notes, request.input + ": near infrared" + ofFormat);
   }
-  for (const std::string& sentence : extra.left) {
-    notes << request.input << ": " << sentence << "\n";
+  for (const std::string& sentence : extra.skipped) {
+    apps::printLine(notes, request.input + ": " + sentence);
   }
 }
 
@@ -239,14 +243,14 @@ std::uint64_t importLas(const ImportRequest& request, std::ostream& notes) {
   InputFile file(request.input);
   const LasHeader header = readLasHeader(file);
   const ExtraBytes extra = describedExtraBytes(header);
-  tellWhatIsLeft(request, header, extra, notes);
+  noteSkippedParts(request, header, extra, notes);
   PointReader reader(file, header);
   const Overview overview = overviewOf(reader, header);
   TimeMapping mapping;
   if (header.layout.gpsTime) {
     mapping = timeMapping(request, header, overview, notes);
   }
-  const InterruptionWatch watch;
+  const apps::InterruptionWatch watch;
   Writer writer(request.output, request.writer);
   PointWriter points(writer, reader.mostRows(), header, extra, mapping.addend, overview.wideColours);
   if (header.layout.gpsTime) {

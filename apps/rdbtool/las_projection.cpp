@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The coordinate system that a LAS file names, as the metadata item riegl.geo_tag.
+// The coordinate system of a LAS file as the metadata item riegl.geo_tag.
 #include "apps/rdbtool/las_projection.h"
 
 #include <nlohmann/json.hpp>
@@ -14,7 +14,7 @@ constexpr unsigned geographicKey = 2048;
 constexpr unsigned projectedKey = 3072;
 constexpr unsigned userDefinedCode = 32767;
 
-/// The code of a key that is stored in place; 0 where the directory has no such key or no code for it.
+/// The value of a key that the directory itself stores; 0 if there is no such key or it is user-defined.
 unsigned geoKey(const std::vector<std::byte>& directory, unsigned wanted) {
   constexpr std::size_t entryBytes = 8;
   for (std::size_t at = entryBytes; at + entryBytes <= directory.size(); at += entryBytes) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The coordinate system that a LAS file names, as the metadata item riegl.geo_tag.
+// The coordinate system of a LAS file as the metadata item riegl.geo_tag.
 #pragma once
 
 #include "apps/rdbtool/las_header.h"
@@ -9,7 +9,7 @@
 
 namespace rdbtool {
 
-/// A JSON object {"crs": {"epsg": N, "wkt": "..."}} with the keys that the file gives; empty where it gives none.
+/// A JSON object {"crs": {"epsg": N, "wkt": "..."}} with the keys that the file supplies; empty if there is none.
 /// The number comes from the keys of GeoTIFF (projected before geographic), the text from the WKT record.
 std::string geoTagText(const std::vector<LasVariableRecord>& records);
 

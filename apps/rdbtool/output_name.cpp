@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The extensions that a load goes by.
+// A warning for output names whose extension does not match the content.
 #include "apps/rdbtool/output_name.h"
 
+#include "apps/common/printable_text.h"
+
 #include <filesystem>
-#include <ostream>
 
 namespace rdbtool {
 
@@ -33,8 +34,8 @@ const char* extensionOf(DatabaseContent content) {
 void noteOutputName(DatabaseContent content, const std::string& path, std::ostream& notes) {
   const DatabaseContent taken = contentByName(path);
   if (taken != content) {
-    notes << path << ": expected the extension " << extensionOf(content) << " for " << nameOf(content)
-          << ", found a name that a load takes for " << nameOf(taken) << "\n";
+    apps::printLine(notes, path + ": expected the extension " + extensionOf(content) + " for " +
+                               nameOf(content) + ", found a name that a load reads as " + nameOf(taken));
   }
 }
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Whether the name of a database that was made has it loaded as what it is.
+// A warning for output names whose extension does not match the content.
 #pragma once
 
 #include <iosfwd>
@@ -9,10 +9,10 @@ namespace rdbtool {
 
 enum class DatabaseContent { points, shots, trajectory };
 
-/// Notes a name by which a load takes the database for something else: hosts go by exactly the extensions .pofx
-/// (trajectory) and .sodx (shots), and take all else for points.
+/// Prints a warning where a load would read the database as something else: it treats exactly the extension .pofx
+/// as a trajectory, .sodx as shots, and any other as points.
 ///
-/// \param notes  receives one line for such a name, nothing for any other
+/// \param notes  receives at most one line
 /// \errors  none
 void noteOutputName(DatabaseContent content, const std::string& path, std::ostream& notes);
 

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What rdbtool tells of a database: its description, and the findings of a check.
+// The output of `info` and `verify`: the description of a database, and the findings of a check.
 #include "apps/rdbtool/report.h"
 
+#include "apps/common/number_text.h"
+#include "apps/common/printable_text.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/number_text.h"
 #include "container/format/error.h"
 #include "container/read/database.h"
 #include "container/read/verify.h"
@@ -21,7 +22,7 @@ using container::Attribute;
 using container::Database;
 
 std::string quoted(const std::string& text) {
-  return Json(text).dump(-1, ' ', false, Json::error_handler_t::replace);
+  return apps::printableJson(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
 }
 
 void describeAsJson(const std::string& path, const Database& database, std::ostream& out) {
@@ -44,21 +45,21 @@ void describeAsJson(const std::string& path, const Database& database, std::ostr
   for (const std::string& name : database.itemNames()) {
     description["metadata"].push_back({{"name", name}, {"bytes", database.item(name).value_or("").size()}});
   }
-  out << description.dump(2, ' ', false, Json::error_handler_t::replace) << "\n";
+  out << apps::printableJson(description.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
 }
 
 void describeAsText(const std::string& path, const Database& database, std::ostream& out) {
-  out << path << "\nrecords     " << database.recordCount() << "\nblock rows  " << database.blockRows()
-      << "\nattributes\n";
+  out << apps::printable(path) << "\nrecords     " << database.recordCount() << "\nblock rows  "
+      << database.blockRows() << "\nattributes\n";
   for (std::size_t i = 0; i < database.attributeCount(); ++i) {
     const Attribute& attribute = database.attribute(i);
-    out << "  " << std::left << std::setw(36) << attribute.name << " " << std::setw(8)
+    out << "  " << std::left << std::setw(36) << apps::printable(attribute.name) << " " << std::setw(8)
         << container::name(attribute.type) << " x " << attribute.length;
     if (attribute.scale != 1) {
-      out << "  scale " << numberText(attribute.scale);
+      out << "  scale " << apps::numberText(attribute.scale);
     }
     if (attribute.offset != 0) {
-      out << "  offset " << numberText(attribute.offset);
+      out << "  offset " << apps::numberText(attribute.offset);
     }
     if (!attribute.unit.empty()) {
       out << "  unit " << quoted(attribute.unit);
@@ -67,8 +68,8 @@ void describeAsText(const std::string& path, const Database& database, std::ostr
   }
   out << "metadata\n";
   for (const std::string& name : database.itemNames()) {
-    out << "  " << std::left << std::setw(36) << name << " " << database.item(name).value_or("").size()
-        << " bytes\n";
+    out << "  " << std::left << std::setw(36) << apps::printable(name) << " "
+        << database.item(name).value_or("").size() << " bytes\n";
   }
 }
 
@@ -87,16 +88,16 @@ void describe(const std::string& path, bool json, std::ostream& out) {
 bool verifyDatabase(const std::string& path, std::ostream& out) {
   requireReadableFile(path);
   const auto print = [&out](const std::string& what, const std::string& details) {
-    out << what << ": " << details << "\n";
+    apps::printLine(out, what + ": " + details);
   };
   try {
     const container::Verification seen = container::verify(path, print);
-    out << path << ": " << counted(seen.blocks, "block") << ", " << seen.bytes << " bytes, "
-        << counted(seen.findings, "finding");
+    std::string summary = path + ": " + counted(seen.blocks, "block") + ", " + std::to_string(seen.bytes) +
+                          " bytes, " + counted(seen.findings, "finding");
     if (seen.withoutChecksum > 0) {
-      out << ", " << counted(seen.withoutChecksum, "block") << " without a checksum";
+      summary += ", " + counted(seen.withoutChecksum, "block") + " without a checksum";
     }
-    out << "\n";
+    apps::printLine(out, summary);
     return seen.findings == 0;
   } catch (const container::Error& error) {
     print(error.what(), error.details());

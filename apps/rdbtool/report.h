@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What rdbtool tells of a database: its description, and the findings of a check.
+// The output of `info` and `verify`: the description of a database, and the findings of a check.
 #pragma once
 
 #include <iosfwd>
@@ -9,12 +9,13 @@ namespace rdbtool {
 
 /// Prints records, block size, attributes and metadata items; as one JSON object where `json` is set.
 ///
-/// \errors  ToolError (unreadable); container::Error for a file that is no sound database
+/// \errors  ToolError (unreadable); container::Error for a file that is not a valid database
 void describe(const std::string& path, bool json, std::ostream& out);
 
-/// Prints every finding of a check of all blocks, and a summary; true where there was none.
+/// Checks all blocks and prints every finding, then a summary.
 ///
-/// \errors  ToolError (unreadable); a file that is no database at all is a finding
+/// \return  whether there was no finding
+/// \errors  ToolError (unreadable); a file that is not a database is a finding
 bool verifyDatabase(const std::string& path, std::ostream& out);
 
 } // namespace rdbtool

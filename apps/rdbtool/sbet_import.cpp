@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Imports SBET trajectories: records of 17 doubles become the attributes riegl.pof_*.
-// The mapping is told in docs/rdbtool.md.
+// Imports SBET trajectories: records of 17 doubles become the attributes riegl.pof_*; docs/rdbtool.md has the mapping.
+#include "apps/common/interruption.h"
+#include "apps/common/number_text.h"
+#include "apps/common/printable_text.h"
+#include "apps/rdbtool/geocentric.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/interruption.h"
-#include "apps/rdbtool/number_text.h"
 #include "apps/rdbtool/tool_error.h"
-#include "apps/rdbtool/wgs84.h"
 
 #include <algorithm>
 #include <array>
@@ -18,11 +18,12 @@ namespace rdbtool {
 
 namespace {
 
+constexpr double degreesPerRadian = 180 / std::numbers::pi;
 constexpr std::size_t valuesPerRecord = 17;
 constexpr std::size_t recordBytes = valuesPerRecord * sizeof(double);
 
-/// The places of the values that are taken over; velocities, accelerations and rates are not.
-enum Place { time, latitude, longitude, altitude, roll = 7, pitch, platformHeading, wanderAngle };
+/// Positions of the imported values in a record; velocities, accelerations and rates are skipped.
+enum Value { time, latitude, longitude, altitude, roll = 7, pitch, platformHeading, wanderAngle };
 
 using Record = std::array<double, valuesPerRecord>;
 
@@ -46,19 +47,19 @@ void checkRecord(const std::string& path, std::uint64_t number, const Record& re
     if (!std::isfinite(size) || (place == latitude && size > std::numbers::pi / 2) ||
         (place == longitude && size > 2 * std::numbers::pi)) {
       throw failed(path + ": expected finite values and angles in radians, found " + names[place] + " " +
-                   numberText(record[place]) + " in record " + std::to_string(number));
+                   apps::numberText(record[place]) + " in record " + std::to_string(number));
     }
   }
 }
 
-/// Degrees from true north in [0, 360): the platform's heading counts from the wander frame.
+/// Degrees from true north in [0, 360); the platform heading is relative to the wander frame.
 double yawDegrees(const Record& record) {
   const double yaw = std::fmod((record[platformHeading] - record[wanderAngle]) * degreesPerRadian, 360.0);
   const double positive = yaw < 0 ? yaw + 360.0 : yaw;
-  return positive >= 360.0 ? 0.0 : positive; // the sum above may round up to the full circle
+  return positive >= 360.0 ? 0.0 : positive; // the sum above may round to 360
 }
 
-/// Turns records into rows and keeps the length of the path so far.
+/// Converts records to rows and sums up the length of the path.
 class TrajectoryWriter {
  public:
   explicit TrajectoryWriter(Writer& writer) : batch(writer) {
@@ -74,8 +75,8 @@ class TrajectoryWriter {
   }
 
   void put(const Record& record, std::size_t row) {
-    const Vector3 here = geocentric({record[longitude], record[latitude], record[altitude]});
-    pathLength += any ? chord(last, here) : 0;
+    const Place here = geocentric(record[longitude], record[latitude], record[altitude]);
+    pathLength += any ? std::hypot(here[0] - last[0], here[1] - last[1], here[2] - last[2]) : 0;
     last = here;
     any = true;
     const double values[] = {record[time],
@@ -93,8 +94,11 @@ class TrajectoryWriter {
   void write(std::size_t rows) { batch.write(rows); }
 
  private:
+  using Place = std::array<double, 3>;
+
   ColumnBatch batch;
-  Vector3 last{};
+  GeocentricConversion geocentric;
+  Place last{};
   double pathLength = 0;
   bool any = false;
 };
@@ -109,13 +113,13 @@ std::uint64_t importSbet(const ImportRequest& request, std::ostream& notes) {
     firstStamp = littleEndian<double>(file.atMost(0, sizeof(double)).data());
   }
   if (!(firstStamp >= 0 && firstStamp < weekSeconds)) {
-    notes << request.input << ": expected GPS seconds of the week, found a first stamp of "
-          << numberText(firstStamp) << "; the stamps are kept as they are\n";
+    apps::printLine(notes, request.input + ": expected GPS seconds of the week, found a first stamp of " +
+                               apps::numberText(firstStamp) + "; the stamps are kept as they are");
   }
-  const InterruptionWatch watch;
+  const apps::InterruptionWatch watch;
   Writer writer(request.output, request.writer);
   TrajectoryWriter trajectory(writer);
-  const CalendarDate week = request.date.value_or(CalendarDate{});
+  const std::chrono::sys_days week = request.date.value_or(gpsOrigin);
   writer.setMetadata("riegl.time_base", timeBaseText(epochForWeekSeconds(firstStamp, week), "GPS"));
   std::vector<Record> piece(batchRows);
   for (std::uint64_t first = 0; first < records; first += batchRows) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Numbers from a seed that are the same on every machine, and sines that are too.
-// All is plain arithmetic of IEEE doubles and 64-bit integers; the room is compiled without contraction.
+// Random numbers from a seed, and sines, with equal bits on every machine: only arithmetic of IEEE doubles and 64-bit
+// integers, compiled without contraction.
 #pragma once
 
 #include <cstdint>
@@ -15,7 +15,7 @@ constexpr std::uint64_t mixBits(std::uint64_t bits) {
   return bits ^ (bits >> 31);
 }
 
-/// The same for a place in a sequence or a plane.
+/// The same for an index in a sequence or a plane.
 constexpr std::uint64_t mixBits(std::uint64_t seed, std::uint64_t first, std::uint64_t second = 0) {
   return mixBits(mixBits(mixBits(seed) ^ first) ^ second);
 }
@@ -25,7 +25,7 @@ constexpr double unitInterval(std::uint64_t bits) {
   return static_cast<double>(bits >> 11) * 0x1p-53;
 }
 
-/// A number in [-1, 1), peaked at 0, with a variance of 1/6: the sum of two.
+/// A number in [-1, 1) with a triangular distribution and a variance of 1/6.
 constexpr double peaked(std::uint64_t bits) {
   return static_cast<double>(bits >> 32) * 0x1p-32 + static_cast<double>(bits & 0xFFFFFFFFu) * 0x1p-32 - 1;
 }

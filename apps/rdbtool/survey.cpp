@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The synthetic flight: where the scanner is at a time, and what each of its shots meets.
+// The synthetic flight: the pose of the scanner at a time, and the echoes of each of its shots.
 #include "apps/rdbtool/survey.h"
 
 #include "apps/rdbtool/seeded_noise.h"
@@ -11,14 +11,14 @@ namespace rdbtool {
 
 namespace {
 
-constexpr double swathTurns = 60.0 / 360; // full opening of the scan
+constexpr double swathTurns = 60.0 / 360; // full angle of the scan
 constexpr unsigned facets = 4;
 constexpr double heightOverMean = 850; // metres over the ellipsoid: about 600 over the hills
 
-/// The flight's own constants by number.
+/// Numbers of the constants of a flight.
 enum Constant : std::uint64_t { dayOfWeek = 100, startSecond, startEast, startNorth, course, pace, phases };
 
-/// Axes of the scanner in the grid, from roll, pitch and yaw: each has its share of east, north and up.
+/// Axes of the scanner in the grid (east, north, up), from roll, pitch and yaw.
 struct Axes {
   Vector3 forward, right, down;
 };
@@ -37,12 +37,12 @@ Axes axesOf(const Pose& pose) {
 Survey::Survey(std::uint64_t surveySeed, std::uint64_t pulseRateHz)
     : seed(surveySeed), landscape(surveySeed), shotTicks(ticksPerSecond / pulseRateHz) {
   firstTick = (30000 + static_cast<std::uint64_t>(draw(startSecond) * 10000)) * ticksPerSecond;
-  // As many shots across the swath as lines along it, at the height and speed flown.
+  // At the usual height and speed, shots across the swath are as far apart as lines along it.
   lineShots = static_cast<std::uint32_t>(std::max(1.0, std::sqrt(10.0 * static_cast<double>(pulseRateHz))));
   begin = {430000 + 40000 * draw(startEast), 5540000 + 40000 * draw(startNorth), heightOverMean};
   heading = draw(course);
   speed = 55 + 10 * draw(pace);
-  // Rounded, so that a last bit of the machine's own sine does not reach every point.
+  // Rounded, because the sines of different machines differ in the last bit.
   const double exactScale = TransverseMercatorZone(surveyZone).around({begin[0], begin[1]}).scale;
   gridScale = std::nearbyint(exactScale * 1e9) / 1e9;
 }
@@ -51,8 +51,9 @@ double Survey::draw(std::uint64_t index) const {
   return unitInterval(mixBits(seed, index));
 }
 
-CalendarDate Survey::day() const {
-  return plusDays({2024, 5, 12}, static_cast<std::int64_t>(draw(dayOfWeek) * 7));
+std::chrono::sys_days Survey::day() const {
+  constexpr std::chrono::sys_days sunday = std::chrono::year(2024) / std::chrono::May / 12;
+  return sunday + std::chrono::days(static_cast<int>(draw(dayOfWeek) * 7));
 }
 
 Pose Survey::poseAt(std::uint64_t ticks) const {
@@ -81,7 +82,7 @@ Shot Survey::shot(std::uint64_t number) const {
   shot.lineStart = inLine == 0;
   shot.facet = static_cast<std::uint8_t>(shot.line % facets);
   shot.mirrorTurns = swathTurns * ((inLine + 0.5) / lineShots - 0.5);
-  // Each facet is tilted a little forward or back, as real mirrors are.
+  // Each facet is tilted slightly forward or back, as in real mirrors.
   const double tilt = (shot.facet - 1.5) * 0.0008;
   const double across = sineOfTurns(shot.mirrorTurns), down = cosineOfTurns(shot.mirrorTurns);
   shot.scannerDirection = {sineOfTurns(tilt), across * cosineOfTurns(tilt), down * cosineOfTurns(tilt)};

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The synthetic flight: where the scanner is at a time, and what each of its shots meets.
-// Scan, shots and trajectory of one seed are three views of it.
+// The synthetic flight: the pose of the scanner at a time, and the echoes of each of its shots.
 #pragma once
 
 #include "apps/rdbtool/calendar_date.h"
@@ -15,11 +14,11 @@ namespace rdbtool {
 constexpr int surveyZone = 33;
 /// Ticks of 4 picoseconds, in which shots are stamped.
 constexpr double tickSeconds = 4e-12;
-/// Speed of light in the air of the survey, metres a second.
+/// Speed of light in the air of the survey, metres per second.
 constexpr double groupVelocity = 299711000.0;
 constexpr std::uint64_t ticksPerSecond = 250000000000;
 
-/// Place and attitude of the scanner. Angles in turns; yaw counts clockwise from grid north.
+/// Position and attitude of the scanner. Angles in turns; yaw counts clockwise from grid north.
 struct Pose {
   Vector3 place{}; // east, north, ellipsoidal height, metres
   double roll = 0;
@@ -27,7 +26,7 @@ struct Pose {
   double yaw = 0;
 };
 
-/// One laser pulse with all that it met.
+/// One laser pulse with its echoes.
 struct Shot {
   std::uint64_t number = 0;
   std::uint64_t firstEcho = 0; // number of its first record in the scan
@@ -45,28 +44,28 @@ struct Shot {
   Reflections echoes;
 };
 
-/// A flight over a landscape, both of one seed.
+/// A flight over a landscape, both derived from one seed.
 ///
 /// \threads safe
 class Survey {
  public:
-  /// \param pulseRateHz  shots a second, 1 to 10 million
+  /// \param pulseRateHz  shots per second, 1 to 10 million
   Survey(std::uint64_t surveySeed, std::uint64_t pulseRateHz);
 
   /// The day of the flight, in UTC.
-  CalendarDate day() const;
+  std::chrono::sys_days day() const;
   /// Ticks since midnight of the first shot and the first trajectory record.
   std::uint64_t startTicks() const noexcept { return firstTick; }
   /// Ticks from one shot to the next.
   std::uint64_t ticksPerShot() const noexcept { return shotTicks; }
-  /// Where the scanner is at a time since midnight.
+  /// The pose of the scanner at a time since midnight.
   /// \param ticks  not before startTicks()
   Pose poseAt(std::uint64_t ticks) const;
-  /// Shot `number` of the flight; its firstEcho is left 0.
+  /// Shot `number` of the flight; its firstEcho stays 0.
   Shot shot(std::uint64_t number) const;
 
  private:
-  double draw(std::uint64_t index) const; // one of the flight's own constants, in [0, 1)
+  double draw(std::uint64_t index) const; // a constant of the flight, in [0, 1)
 
   std::uint64_t seed;
   Landscape landscape;
@@ -79,7 +78,7 @@ class Survey {
   double gridScale;
 };
 
-/// The shots of a survey in order, with their echoes counted.
+/// The shots of a survey in order, with the number of their first echo.
 class ShotStream {
  public:
   /// \param flownSurvey  must outlive the stream

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases of a synthetic survey: its scan, its shots, or its trajectory.
+// Makes databases of a synthetic survey: scan, shots, or trajectory.
 #include "apps/rdbtool/synth.h"
 
+#include "apps/common/interruption.h"
+#include "apps/common/output_file.h"
 #include "apps/rdbtool/input_file.h"
-#include "apps/rdbtool/interruption.h"
 #include "apps/rdbtool/synth_metadata.h"
 #include "apps/rdbtool/tool_error.h"
 
 #include <algorithm>
-#include <filesystem>
-#include <fstream>
+#include <memory>
 #include <set>
 
 namespace rdbtool {
@@ -22,7 +22,7 @@ std::string fullName(const std::string& name) {
   return name.rfind("riegl.", 0) == 0 ? name : "riegl." + name;
 }
 
-/// The columns of `table` that were asked for, in the table's order; all where none was.
+/// The requested columns in the order of the table; all where none is requested.
 template <typename Column>
 std::vector<Column> chosen(const std::vector<Column>& table, const std::vector<std::string>& names) {
   std::set<std::string> wanted;
@@ -30,7 +30,7 @@ std::vector<Column> chosen(const std::vector<Column>& table, const std::vector<s
     wanted.insert(fullName(name));
   }
   if (wanted.count("riegl.rgba") != 0) {
-    wanted.insert("riegl.direction_medium"); // a load takes the colours' column from it
+    wanted.insert("riegl.direction_medium"); // a load binds the colours in place of it
   }
   std::vector<Column> columns;
   for (const Column& column : table) {
@@ -98,7 +98,7 @@ void checkRate(const std::string& option, std::uint64_t rateHz) {
   }
 }
 
-/// Stamps are seconds of one day, so a flight must not reach midnight.
+/// Time stamps are seconds of one day, so a flight must end before midnight.
 void checkDay(const SynthRequest& request, const Survey& survey) {
   const std::uint64_t step = request.kind == SynthKind::trajectory ? ticksPerSecond / request.trajectoryRateHz
                                                                    : survey.ticksPerShot();
@@ -109,52 +109,15 @@ void checkDay(const SynthRequest& request, const Survey& survey) {
   }
 }
 
-/// A lever-arm file that is written beside its place and takes it when the database stands. An empty path is
-/// no file.
-class LeverArmFile {
- public:
-  explicit LeverArmFile(const std::string& target) : path(target), partial(target + ".partial") {
-    if (path.empty()) {
-      return;
-    }
-    std::ofstream file(partial, std::ios::trunc);
-    file << "leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n";
-    file.close();
-    std::error_code unseen;
-    if (!file || std::filesystem::is_directory(path, unseen)) {
-      discard();
-      refuse();
-    }
+/// The complete lever-arm file before it takes its name; null for an empty path.
+std::unique_ptr<apps::OutputFile> writeLeverArm(const std::string& path) {
+  if (path.empty()) {
+    return nullptr;
   }
-  LeverArmFile(const LeverArmFile&) = delete;
-  LeverArmFile& operator=(const LeverArmFile&) = delete;
-  ~LeverArmFile() {
-    if (!path.empty()) {
-      discard();
-    }
-  }
-
-  void finish() const {
-    std::error_code problem;
-    if (!path.empty()) {
-      std::filesystem::rename(partial, path, problem);
-    }
-    if (problem) {
-      refuse();
-    }
-  }
-
- private:
-  void discard() const {
-    std::error_code ignored;
-    std::filesystem::remove(partial, ignored);
-  }
-  [[noreturn]] void refuse() const {
-    throw failed(path + ": expected a place for the lever-arm file, found that it cannot be written");
-  }
-
-  std::string path, partial;
-};
+  auto file = std::make_unique<apps::OutputFile>(path);
+  file->write("leverarm:0.1:0.2:0.3\nmisalignment:0:0:1.5\n");
+  return file;
+}
 
 } // namespace
 
@@ -167,8 +130,8 @@ void synthesise(const SynthRequest& request) {
   const Survey survey(request.seed, request.pulseRateHz);
   checkDay(request, survey);
   const auto metadata = syntheticMetadata(request.kind, survey, request.without);
-  const InterruptionWatch watch;
-  const LeverArmFile leverArm(request.leverArmFile);
+  const apps::InterruptionWatch watch;
+  const auto leverArm = writeLeverArm(request.leverArmFile);
   Writer writer(request.output, request.writer);
   for (const auto& [name, value] : metadata) {
     writer.setMetadata(name, value);
@@ -185,7 +148,9 @@ void synthesise(const SynthRequest& request) {
     break;
   }
   writer.finish();
-  leverArm.finish();
+  if (leverArm) {
+    leverArm->putInPlace();
+  }
 }
 
 } // namespace rdbtool

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases of a synthetic survey: its scan, its shots, or its trajectory.
-// What the databases hold: docs/rdbtool.md
+// Makes databases of a synthetic survey: scan, shots, or trajectory; docs/rdbtool.md describes their content.
 #pragma once
 
 #include "apps/rdbtool/column_batch.h"
@@ -12,32 +11,32 @@
 
 namespace rdbtool {
 
-/// Which view of the survey is made.
+/// The content of the database.
 enum class SynthKind { scan, shots, trajectory };
 
-/// What a synthesis is asked to do.
+/// The options of a synthesis.
 struct SynthRequest {
   SynthKind kind = SynthKind::scan;
   std::uint64_t records = 0;
   std::uint64_t seed = 0;
   std::string output;
-  std::vector<std::string> columns; // none: all; names with or without "riegl."
-  std::vector<std::string> without; // metadata left out: "item" or "item:key"
+  std::vector<std::string> columns; // empty for all; names with or without "riegl."
+  std::vector<std::string> without; // metadata to omit: "item" or "item:key"
   std::uint64_t pulseRateHz = 100000;
   std::uint64_t trajectoryRateHz = 200;
-  std::string leverArmFile; // none: not written
+  std::string leverArmFile; // empty for none
   WriterSettings writer;
 };
 
-/// Makes the database. The same request gives the same rows, and fewer records of a seed are a prefix of
-/// more. The output appears under its name when all of it is written, and not at all on a failure.
+/// Makes the database. Equal requests give equal rows, and a shorter database is a prefix of a longer one with the
+/// same seed. The output appears under its name when it is complete, and not at all after a failure.
 ///
-/// \errors  ToolError (wrong use): an unknown column or metadata item, more records than the day is long;
-///          container::Error from the writer
-/// \threads one thread a request
+/// \errors  ToolError (wrong use): an unknown column or metadata item, more records than fit in the day, one
+///          file for database and lever arm; apps::OutputError; container::Error from the writer
+/// \threads one thread per request
 void synthesise(const SynthRequest& request);
 
-/// A column of a scan: how one record of one shot's echo is stored.
+/// A column of a scan, and how the value of one echo is stored.
 struct ScanColumn {
   Attribute spec;
   void (*put)(const Shot& shot, unsigned echo, std::byte* target);
@@ -45,7 +44,7 @@ struct ScanColumn {
 /// All columns of a scan in the order they are written.
 const std::vector<ScanColumn>& scanColumns();
 
-/// A column of a database of shots.
+/// A column of a database of shots, and how the value of one shot is stored.
 struct ShotColumn {
   Attribute spec;
   void (*put)(const Shot& shot, std::byte* target);

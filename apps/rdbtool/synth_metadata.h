@@ -10,10 +10,10 @@
 
 namespace rdbtool {
 
-/// Item names to JSON texts, as a database of `kind` carries them.
+/// The metadata of a database of `kind`: JSON texts by item name.
 ///
-/// \param without  entries "item" or "item:key"; a key goes wherever it stands in the item
-/// \errors  ToolError (wrong use) for an entry that leaves nothing out
+/// \param without  entries "item" or "item:key"; a key is removed from every object of the item
+/// \errors  ToolError (wrong use) for an entry that matches nothing
 std::map<std::string, std::string> syntheticMetadata(SynthKind kind, const Survey& survey,
                                                      const std::vector<std::string>& without);
 

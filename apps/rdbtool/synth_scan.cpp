@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The columns of a synthetic scan: one record an echo.
-// A row of the table says how a value is stored and what it is. The one long function is that table.
+// The columns of a synthetic scan, one record per echo. The one long function is a table: name, type and value.
 #include "apps/rdbtool/seeded_noise.h"
 #include "apps/rdbtool/synth.h"
 
@@ -10,7 +9,7 @@ namespace rdbtool {
 
 namespace {
 
-/// Random bits of one echo; `stream` keeps the columns apart.
+/// Random bits of one echo, independent for each `stream`.
 std::uint64_t chanceOf(const Shot& shot, unsigned echo, std::uint64_t stream) {
   return mixBits(shot.chance + echo, stream);
 }
@@ -39,7 +38,7 @@ double reflectanceOf(const Shot& shot, unsigned echo) {
   return mean + 2.5 * peaked(chanceOf(shot, echo, 1));
 }
 
-/// Amplitude in decibels over the threshold: the farther, the weaker.
+/// Amplitude in decibels above the threshold; it falls with the range.
 double amplitudeOf(const Shot& shot, unsigned echo) {
   return 34 + reflectanceOf(shot, echo) - 0.0145 * (reflection(shot, echo).range - 600);
 }
@@ -125,7 +124,7 @@ std::vector<ScanColumn> makeColumns() {
        [](const Shot& s, unsigned, Bytes to) { store(to, static_cast<std::uint8_t>(s.echoes.count > 1)); }},
       {attribute("riegl.wfm_echo_time_offset", int32),
        [](const Shot& s, unsigned e, Bytes to) {
-         // Ticks of 4 ps from the first echo of the shot: light goes there and back.
+         // Ticks of 4 ps from the first echo of the shot: light travels there and back.
          const double metres = reflection(s, e).range - reflection(s, 0).range;
          store(to, static_cast<std::int32_t>(2 * metres / (groupVelocity * tickSeconds)));
        }},

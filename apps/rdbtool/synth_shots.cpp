@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The columns of a synthetic database of shots: one record a laser pulse, with its waveform blocks.
-// A row of the table says how a value is stored and what it is. The one long function is that table.
+// The columns of a synthetic database of shots, one record per laser pulse. The one long function is a table: name,
+// type and value.
 #include "apps/rdbtool/seeded_noise.h"
 #include "apps/rdbtool/synth.h"
 

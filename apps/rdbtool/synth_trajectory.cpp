@@ -15,8 +15,7 @@ struct Record {
   double values[columnCount];
 };
 
-/// Rounds to a hundredth of a nanodegree or a micrometre, so that a last bit of the machine's own sine does
-/// not show.
+/// Rounds a value well above its last bit, in which the sines of different machines differ.
 double rounded(double value, double stepsPerUnit) {
   return std::nearbyint(value * stepsPerUnit) / stepsPerUnit;
 }
@@ -26,7 +25,7 @@ double fullCircle(double degrees) {
   return rest < 0 ? rest + 360.0 : rest;
 }
 
-/// Walks the flight and sums up the path, chord by chord.
+/// Computes the records in order and sums up the length of the path, chord by chord.
 class Flight {
  public:
   explicit Flight(const Survey& flownSurvey) : survey(flownSurvey), zone(surveyZone) {}

@@ -1,6 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How a piece of work of rdbtool fails: one line of text, and the exit status that goes with it.
-// The statuses are told to users in docs/rdbtool.md.
+// Failures of rdbtool: one line of text and an exit status, which docs/rdbtool.md lists.
 #pragma once
 
 #include <stdexcept>
@@ -8,7 +7,7 @@
 
 namespace rdbtool {
 
-/// What the program hands back to its caller.
+/// The exit status of the program.
 enum class ExitStatus { done = 0, failed = 1, wrongUse = 2, unreadable = 3 };
 
 /// A failure whose text names the object, what was expected of it and what was found.
@@ -22,15 +21,15 @@ class ToolError : public std::runtime_error {
   ExitStatus exitStatus;
 };
 
-/// The content of an input is damaged or makes no sense: exit status 1.
+/// The content of an input is damaged or invalid: exit status 1.
 inline ToolError failed(const std::string& text) {
   return {ExitStatus::failed, text};
 }
-/// The request itself makes no sense: exit status 2.
+/// The command line is wrong: exit status 2.
 inline ToolError wrongUse(const std::string& text) {
   return {ExitStatus::wrongUse, text};
 }
-/// An input file is absent, no regular file, or refuses to be read: exit status 3.
+/// An input file is missing, is not a regular file, or cannot be read: exit status 3.
 inline ToolError unreadable(const std::string& text) {
   return {ExitStatus::unreadable, text};
 }

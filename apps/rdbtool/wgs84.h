@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Positions on the WGS 84 ellipsoid: geocentric, and in a zone of the universal transverse Mercator grid.
+// Positions on the WGS 84 ellipsoid: geocentric, and in a zone of the universal transverse Mercator grid. Only
+// `synth` uses them, because its bytes must not depend on the version of a library.
 #pragma once
 
 #include <array>
@@ -10,7 +11,7 @@ using Vector3 = std::array<double, 3>;
 
 constexpr double degreesPerRadian = 57.295779513082320876798;
 
-/// Longitude and latitude in radians, height over the ellipsoid in metres.
+/// Longitude and latitude in radians, height above the ellipsoid in metres.
 struct GeodeticPosition {
   double longitude = 0;
   double latitude = 0;
@@ -38,12 +39,12 @@ class TransverseMercatorZone {
   /// \param number  1 to 60; zone 33 is EPSG 32633
   explicit TransverseMercatorZone(int number);
 
-  /// The place of a longitude and a latitude in radians.
+  /// The grid position of a longitude and a latitude in radians.
   GridPosition project(double longitude, double latitude) const;
   /// Longitude and latitude in radians; the height is 0.
   GeodeticPosition unproject(const GridPosition& grid) const;
 
-  /// What the grid is like around a position.
+  /// Local properties of the grid.
   struct Local {
     double scale = 1;       // grid metres per metre on the ellipsoid
     double convergence = 0; // azimuth of grid north, radians clockwise from true north

@@ -71,6 +71,11 @@ class CheckRooms(unittest.TestCase):
         self.refuses({"loader/columns/column_buffer.h": "#include <sqlite3.h>\n"},
                      "loader/columns/column_buffer.h: room loader/columns may not include <sqlite3.h>, which is SQLite")
 
+    def test_foreign_header_of_one_file_is_refused_in_its_room(self):
+        self.assertEqual(answer({"apps/rdbtool/geocentric.cpp": "#include <proj.h>\n"}), (0, ""))
+        self.refuses({"apps/rdbtool/survey.cpp": "#include <proj.h>\n"},
+                     "apps/rdbtool/survey.cpp: room apps/rdbtool may not include <proj.h>, which is PROJ")
+
     def test_foreign_header_in_quotes_is_refused(self):
         self.refuses({"platform/client/error.h": '#include "proj.h"\n'},
                      "platform/client/error.h: room platform/client may not include <proj.h>, which is PROJ")

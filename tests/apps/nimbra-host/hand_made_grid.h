@@ -13,7 +13,7 @@ namespace hosttest {
 
 using support::chunkWith;
 
-/// The outcome of a load that never happened: a test puts on its grid what it wants to see shown.
+/// The outcome of a load that has not run; tests fill its grid.
 class HandMade {
  public:
   HandMade() { outcome.grid = new Nimbra::Grid; }

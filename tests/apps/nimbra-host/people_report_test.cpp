@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The report for people: its lines, their width, and what each failure adds to standard error.
+// The report for people: its lines, their width, and the line of each failure on standard error.
 #include "apps/nimbra-host/people_report.h"
 
 #include "apps/nimbra-host/people_text.h"

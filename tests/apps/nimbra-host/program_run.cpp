@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Catches the streams of a run in files of its own directory.
+// Captures the streams of a run in files of a temporary directory.
 #include "tests/apps/nimbra-host/program_run.h"
 
 #include "tests/support/file_content.h"
@@ -14,7 +14,7 @@ namespace hosttest {
 using support::contentOf;
 
 ProgramRun runProgram(const std::string& arguments, const std::string& redirection) {
-  // A caller that ignores the signal would hide what the program does with it.
+  // An ignored signal would be inherited and hide how the program handles it.
   std::signal(SIGPIPE, SIG_DFL);
   const support::TempDir directory;
   const std::string output = redirection.empty() ? ">" + directory.path("out") : redirection;

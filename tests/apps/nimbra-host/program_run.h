@@ -7,7 +7,7 @@
 
 namespace hosttest {
 
-/// What came of one run.
+/// Exit status and output of one run.
 struct ProgramRun {
   int status = -1;
   std::string out;
@@ -17,7 +17,7 @@ struct ProgramRun {
 };
 
 /// Runs `nimbra-host <arguments>`; the arguments are shell text.
-/// \param redirection  put behind in place of catching standard output
+/// \param redirection  replaces the capture of standard output
 ProgramRun runProgram(const std::string& arguments, const std::string& redirection = {});
 
 } // namespace hosttest

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The program as users and scripts meet it: exit statuses, standard error, and whole loads.
+// The program as users and scripts run it: exit statuses, standard error, and complete loads.
 #include "tests/apps/nimbra-host/program_run.h"
 #include "tests/support/database.h"
 #include "tests/support/permissions.h"
@@ -34,7 +34,7 @@ class Program : public testing::Test {
     return path;
   }
 
-  /// A flight northwards, one record a second.
+  /// A flight northwards, one record per second.
   std::string givenTrajectory(double firstStamp, const std::string& timeBase = gpsTimeBase) const {
     const auto along = [](double start, double step) {
       return [start, step](std::uint64_t record, unsigned int) { return start + step * double(record); };
@@ -285,11 +285,11 @@ TEST_F(Program, OutputThatCannotBeWrittenIsStatusOne) {
   for (const char* const redirection : {">/dev/full", ">&-", "| head -c 10 >/dev/null"}) {
     const ProgramRun run = runProgram(load, redirection);
     EXPECT_EQ(run.status, 1) << redirection;
-    EXPECT_EQ(run.err, "nimbra-host: the report could not be written to standard output\n") << redirection;
+    EXPECT_EQ(run.err, "nimbra-host: cannot write to standard output\n") << redirection;
   }
   const ProgramRun help = runProgram("load --help", ">/dev/full");
   EXPECT_EQ(help.status, 1);
-  EXPECT_EQ(help.err, "nimbra-host: the report could not be written to standard output\n");
+  EXPECT_EQ(help.err, "nimbra-host: cannot write to standard output\n");
 }
 
 TEST_F(Program, PathWithBytesThatAreNoUtf8StillGivesJson) {

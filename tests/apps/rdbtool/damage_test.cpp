@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Every kind of damage that can be done is noticed by a check.
+// `verify` finds every kind of damage that `damage` does.
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/temp_dir.h"
 
@@ -12,7 +12,7 @@ namespace {
 
 using testing::HasSubstr;
 
-/// The options of a damage, and a word of what the check then says.
+/// The options of `damage`, and a part of the finding.
 struct Harm {
   const char* name;
   std::vector<std::string> options;

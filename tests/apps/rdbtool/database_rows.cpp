@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Reads back what the tool has written, for tests.
+// Reads the databases that the tool has written.
 #include "tests/apps/rdbtool/database_rows.h"
 
 #include "container/format/element_traits.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Reads back what the tool has written, for tests.
+// Reads the databases that the tool has written.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace support {
 
-/// All of a small database: its columns as doubles, its items as texts.
+/// The content of a small database: columns as doubles, metadata items as texts.
 class DatabaseRows {
  public:
   explicit DatabaseRows(const std::string& path);
@@ -16,13 +16,13 @@ class DatabaseRows {
   std::uint64_t records() const { return recordCount; }
   const std::vector<std::string>& names() const { return columnNames; }
   bool has(const std::string& name) const;
-  /// Record after record, all values of one after the other; raises for an unknown name.
+  /// The values record by record; throws for an unknown name.
   std::vector<double> column(const std::string& name) const;
-  /// The same without going through doubles.
+  /// The same without conversion to double.
   std::vector<std::uint64_t> wholeNumbers(const std::string& name) const;
   /// "float64 x 3".
   std::string typeOf(const std::string& name) const;
-  /// The text of a metadata item; empty where there is none.
+  /// The text of a metadata item; empty if there is none.
   std::string item(const std::string& name) const;
 
  private:

@@ -46,7 +46,7 @@ TEST_F(LasExtraBytes, FieldsFollowOneAnother) {
   EXPECT_THAT(rows.column("las.first"), ElementsAre(1));
   EXPECT_THAT(rows.column("las.second"), ElementsAre(0x0302));
   EXPECT_THAT(rows.column("las.third"), ElementsAre(0x07060504));
-  EXPECT_THAT(run.err, HasSubstr("1 bytes of each point record without a description, left"));
+  EXPECT_THAT(run.err, HasSubstr("1 bytes of each point record without a description, skipped"));
 }
 
 TEST_F(LasExtraBytes, ScaleAndOffsetApplyWhereTheyAreFlagged) {
@@ -68,7 +68,7 @@ TEST_F(LasExtraBytes, UnlikeCharactersOfANameAreReplaced) {
   EXPECT_TRUE(importedWith({{"a b\xC3\xA4", 1, 0, {}, {}}}).has("las.a_b__"));
 }
 
-/// What is described, and what is said of it; no attribute comes of it.
+/// A description that becomes no attribute, and the text that reports it.
 struct Left {
   const char* name;
   support::LasExtraField field;
@@ -91,18 +91,18 @@ TEST_P(LasExtraLeft, IsSaidAloudAndTheRestIsImported) {
 INSTANTIATE_TEST_SUITE_P(
     Fields, LasExtraLeft,
     testing::Values(
-        Left{"Opaque", {"raw", 0, 5, {}, {}}, "extra bytes \"raw\": 5 bytes of no described type, left"},
+        Left{"Opaque", {"raw", 0, 5, {}, {}}, "extra bytes \"raw\": 5 bytes without a type, skipped"},
         Left{"UnknownType", {"odd", 31, 0, {}, {}}, "extra bytes \"odd\": unknown type 31"},
         Left{"TooLong", {"long", 30, 0, {}, {}}, "extra bytes \"long\": reach past the end"},
-        Left{"Unnamed", {"", 1, 0, {}, {}}, "no name of their own"},
-        Left{"UnequalScales", {"skewed", 11, 8, {1, 2, 0}, {}}, "no single scale and offset, left"},
-        Left{"ScaleZero", {"flat", 1, 8, {0, 0, 0}, {}}, "no single scale and offset, left"}),
+        Left{"Unnamed", {"", 1, 0, {}, {}}, "no unique name"},
+        Left{"UnequalScales", {"skewed", 11, 8, {1, 2, 0}, {}}, "no single scale and offset, skipped"},
+        Left{"ScaleZero", {"flat", 1, 8, {0, 0, 0}, {}}, "no single scale and offset, skipped"}),
     [](const auto& left) { return std::string(left.param.name); });
 
 TEST_F(LasExtraBytes, ASecondFieldOfANameIsLeft) {
   const DatabaseRows rows = importedWith({{"twin", 1, 0, {}, {}}, {"twin", 1, 0, {}, {}}});
   EXPECT_THAT(rows.column("las.twin"), ElementsAre(1));
-  EXPECT_THAT(run.err, HasSubstr("extra bytes \"twin\": no name of their own"));
+  EXPECT_THAT(run.err, HasSubstr("extra bytes \"twin\": no unique name"));
 }
 
 } // namespace

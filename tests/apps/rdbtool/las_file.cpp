@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes LAS files byte by byte, for tests; written from the public layout, apart from the tool's own reader.
+// Makes LAS files byte by byte from the public layout, independent of the reader of the tool.
 #include "tests/apps/rdbtool/las_file.h"
 
 #include <cstring>

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes LAS files byte by byte, for tests; written from the public layout, apart from the tool's own reader.
+// Makes LAS files byte by byte from the public layout, independent of the reader of the tool.
 #pragma once
 
 #include <array>
@@ -9,7 +9,7 @@
 
 namespace support {
 
-/// One point as a test thinks of it.
+/// The values of one point.
 struct LasPoint {
   std::int32_t x = 0, y = 0, z = 0;
   unsigned intensity = 0;
@@ -33,7 +33,7 @@ struct LasExtraField {
   std::array<double, 3> offset{};
 };
 
-/// A LAS file under construction; members that differ from a sound file's are set by the test.
+/// A LAS file under construction; tests set the members that make it invalid.
 class LasFile {
  public:
   LasFile(unsigned minorVersion, unsigned pointFormat) : minor(minorVersion), format(pointFormat) {}
@@ -46,7 +46,7 @@ class LasFile {
   LasFile& withRecord(const std::string& user, unsigned number, const std::string& payload);
 
   std::string bytes() const;
-  /// Writes the file and hands its path back.
+  /// Writes the file and returns its path.
   std::string writeTo(const std::string& path) const;
 
   std::string signature = "LASF";

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What an imported LAS point becomes, for every point format and version.
+// The attributes of imported LAS points, for every point format and version.
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"
@@ -18,7 +18,7 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Not;
 
-/// The columns that every file has, in order.
+/// The columns of every file, in order.
 const std::vector<std::string> always = {"riegl.xyz",          "riegl.amplitude", "riegl.target_index",
                                          "riegl.target_count", "riegl.class",     "riegl.scan_angle",
                                          "riegl.source_index"};

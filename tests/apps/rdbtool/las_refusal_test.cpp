@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// LAS files that are refused, with what is said about each.
+// LAS files that are refused, with the text for each.
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/temp_dir.h"
@@ -17,7 +17,7 @@ namespace {
 using support::LasFile;
 using support::LasPoint;
 
-/// A sound file of three points with one thing changed.
+/// A valid file of three points with one change.
 struct Refusal {
   const char* name;
   std::function<std::string()> bytes;
@@ -41,8 +41,8 @@ std::string cut(unsigned minor, unsigned format, std::size_t left) {
 
 const Refusal refusals[] = {
     {"Signature", [] { return changed(2, 0, [](LasFile& f) { f.signature = "LASX"; }); },
-     "expected the signature LASF of a LAS file, found another start"},
-    {"Empty", [] { return std::string(); }, "expected the signature LASF of a LAS file, found another start"},
+     "expected the signature LASF of a LAS file, found other bytes"},
+    {"Empty", [] { return std::string(); }, "expected the signature LASF of a LAS file, found other bytes"},
     {"CutInHeader", [] { return cut(2, 0, 226); },
      "expected a LAS header of at least 227 bytes, found a file of 226"},
     {"CutInLongHeader", [] { return cut(4, 6, 374); },
@@ -58,7 +58,8 @@ const Refusal refusals[] = {
      "first"},
     {"CompressionRecord",
      [] { return changed(2, 0, [](LasFile& f) { f.withRecord("laszip encoded", 22204, "x"); }); },
-     "expected uncompressed point records, found a record of the compression; decompress the file first"},
+     "expected uncompressed point records, found the variable length record of a compressor; decompress the "
+     "file first"},
     {"UnknownFormat", [] { return changed(2, 0, [](LasFile& f) { f.formatBits = 11; }); },
      "expected point format 0 to 10, found 11"},
     {"RecordTooShort", [] { return changed(2, 3, [](LasFile& f) { f.recordBytesTooMany = -1; }); },
@@ -75,11 +76,11 @@ const Refusal refusals[] = {
        });
      },
      "expected 2 variable length records before the points at 284, found 1 that fit"},
-    {"OnePointShort", [] { return cut(2, 0, 227 + 59); }, "header says 3 points, file holds 2"},
+    {"OnePointShort", [] { return cut(2, 0, 227 + 59); }, "expected 3 points as in the header, found 2"},
     {"OnePointTooManyInTheLongCount", [] { return changed(4, 6, [](LasFile& f) { f.pointsTooMany = 1; }); },
-     "header says 4 points, file holds 3"},
+     "expected 4 points as in the header, found 3"},
     {"CountsDiffer", [] { return changed(4, 3, [](LasFile& f) { f.oldCountTooMany = 2; }); },
-     "expected one point count, found 5 in the old place of the header and 3 in the new one"},
+     "expected one point count, found 5 in the 32-bit field of the header and 3 in the 64-bit field"},
     {"ScaleZero", [] { return changed(2, 0, [](LasFile& f) { f.scale[1] = 0; }); },
      "expected a finite scale other than 0 and a finite offset on axis Y, found 0 and 0"},
     {"OffsetNoNumber",

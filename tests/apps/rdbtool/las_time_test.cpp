@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// How stamps of LAS points and the time base go together.
+// The time stamps and the time base of imported LAS points.
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/las_file.h"
 #include "tests/apps/rdbtool/tool_run.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the tool makes is what the library loads.
+// The library loads the databases that the tool makes.
 #include <rdb2nimbra/rdb2nimbra.h>
 
 #include "tests/apps/rdbtool/database_rows.h"

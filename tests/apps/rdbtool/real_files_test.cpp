@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Imports of real survey files against what a script finds in them on its own.
+// Imports of real survey files against the values that an independent script reads from them.
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/temp_dir.h"
@@ -49,7 +49,7 @@ std::vector<double> valuesOf(const DatabaseRows& rows, const std::string& name) 
   return picked;
 }
 
-/// Compares one line of the script: extremes to a few last bits, the sum to what plain adding loses.
+/// Compares one line of the script: extremes up to a few last bits, the sum up to the rounding of plain addition.
 void expectLine(const DatabaseRows& rows, const std::string& line) {
   std::istringstream words(line);
   std::string name;
@@ -67,7 +67,7 @@ void expectLine(const DatabaseRows& rows, const std::string& line) {
   EXPECT_NEAR(static_cast<double>(added), sum, 1e-12 * (std::abs(sum) + 1)) << name;
 }
 
-/// A file, its records, its columns without the extra direction, and its time base's day.
+/// A file, its records, its columns without the extra direction, and the day of its time base.
 struct Sound {
   const char* file;
   std::size_t records;
@@ -135,15 +135,15 @@ TEST_F(RealFile, AnEmptyFileGivesColumnsWithoutRecords) {
   EXPECT_TRUE(rows.has("riegl.rgba"));
 }
 
-TEST_F(RealFile, UndescribedExtraBytesAreSaidAloud) {
+TEST_F(RealFile, UndescribedExtraBytesAreReported) {
   EXPECT_THAT(importing("extrabytes.las").err,
-              HasSubstr("extra bytes \"Reserved\": 7 bytes of no described type"));
+              HasSubstr("extra bytes \"Reserved\": 7 bytes without a type, skipped"));
 }
 
 TEST_F(RealFile, OnePointShortIsRefused) {
   const support::Run run = importing("neg-truncated-one-point-short.las");
   EXPECT_EQ(run.status, 1);
-  EXPECT_THAT(run.err, HasSubstr("header says 1065 points, file holds 1064"));
+  EXPECT_THAT(run.err, HasSubstr("expected 1065 points as in the header, found 1064"));
 }
 
 TEST_F(RealFile, PartOfATrajectoryRecordIsRefused) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What an imported SBET trajectory becomes, and which are refused.
+// The attributes of imported SBET trajectories, and the refused ones.
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/temp_dir.h"

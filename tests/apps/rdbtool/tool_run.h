@@ -7,18 +7,18 @@
 
 namespace support {
 
-/// How a run ended and what it said.
+/// Exit status and output of a run.
 struct Run {
   int status = -1;
   std::string out;
   std::string err;
 };
 
-/// Calls the command line with these arguments, the program's name left away.
+/// Runs the command line with these arguments, which do not include the name of the program.
 Run runTool(const std::vector<std::string>& arguments);
 
-/// Starts a program of its own and waits for it.
-/// \param folder  where the two outputs are kept meanwhile
+/// Starts a program and waits for it.
+/// \param folder  holds the two outputs until they are read
 Run runProgram(const std::string& program, const std::vector<std::string>& arguments,
                const std::string& folder);
 
