@@ -75,7 +75,8 @@ using ChunkCallback = std::function<void(const Torvel::StrongPtr<Torvel::ChunkBa
 ///          form, and exhausted memory. Raised, with all columns on the grid: std::invalid_argument or
 ///          std::out_of_range ("stod") for a number in the lever-arm file, and std::bad_alloc while that file
 ///          is read; std::bad_alloc also before the database is opened.
-/// \threads as for rdbx2Z4. Sets the environment variable PROJ_LIB to the folder of the running program.
+/// \threads as for rdbx2Z4. Sets the environment variable PROJ_LIB to the folder of the running program. A host puts
+///          the old value back afterwards, so that other users of PROJ in the process find their data.
 ///
 ///     std::string failure;
 ///     const Riegl::ChunkCallback toWeek = [&](const auto& chunk, const auto& field, const bool& isUTC) {
