@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Writes a database with the container's library alone and reads it back: container FILE
-#include <rdb2nimbra/container/read/cursor.h>
-#include <rdb2nimbra/container/write/writer.h>
+#include "container/read/cursor.h"
+#include "container/write/writer.h"
 
 #include <iostream>
 
