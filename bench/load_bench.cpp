@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The point-cloud load of 66 bytes a record against reading the same bytes into fresh memory.
+// The point-cloud load of 66 bytes per record against reading the same bytes into fresh memory.
 //
 // Baseline: the columns lie in a bare file, 66 bytes per record. `pread` takes 8 MB at a time into a fresh anonymous
 // mapping with MADV_HUGEPAGE. Both files are in the page cache. Mapping is timed, unmapping is not; the grid of a load is

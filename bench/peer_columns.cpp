@@ -11,7 +11,7 @@
 
 namespace {
 
-/// 36 bytes a record, in the order of the bare file that the script reads.
+/// 36 bytes per record, in the order of the bare file that the script reads.
 std::vector<bench::Column> columns() {
   return {{"riegl.xyz", "Positions", bench::ElementType::float64, 3, true},
           {"riegl.timestamp", "GPSTime", bench::ElementType::float64, 1, true},

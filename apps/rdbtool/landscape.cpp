@@ -54,14 +54,14 @@ double Landscape::groundHeight(double east, double north) const {
 double Landscape::roofHeight(double east, double north) const {
   const Cell lot = cellOf(east, north, lotMetres);
   const std::uint64_t bits = mixBits(seed ^ buildings, lot.column, lot.row);
-  if ((bits & 7u) != 0) {
+  if ((bits & 7U) != 0) {
     return 0;
   }
-  const double halfWidth = 0.15 + 0.2 * static_cast<double>((bits >> 8) & 255u) / 255;
-  const double halfDepth = 0.15 + 0.2 * static_cast<double>((bits >> 16) & 255u) / 255;
+  const double halfWidth = 0.15 + 0.2 * static_cast<double>((bits >> 8) & 255U) / 255;
+  const double halfDepth = 0.15 + 0.2 * static_cast<double>((bits >> 16) & 255U) / 255;
   const bool under =
       lot.east < halfWidth && lot.east > -halfWidth && lot.north < halfDepth && lot.north > -halfDepth;
-  return under ? 4 + 11 * static_cast<double>((bits >> 24) & 255u) / 255 : 0;
+  return under ? 4 + 11 * static_cast<double>((bits >> 24) & 255U) / 255 : 0;
 }
 
 /// Height of the crown above the ground; 0 where there is no tree.
@@ -70,11 +70,11 @@ double Landscape::treeHeight(double east, double north) const {
   // Trees stand in groves: only where the coarser cell around the plot is wooded.
   const std::uint64_t wooded = mixBits(seed ^ trees, plot.column >> 4, plot.row >> 4);
   const std::uint64_t bits = mixBits(seed ^ trees, ~plot.column, plot.row);
-  if ((wooded & 3u) != 0 || (bits & 3u) == 0) {
+  if ((wooded & 3U) != 0 || (bits & 3U) == 0) {
     return 0;
   }
   const double distanceSquared = plot.east * plot.east + plot.north * plot.north;
-  const double tallest = 6 + 14 * static_cast<double>((bits >> 8) & 255u) / 255;
+  const double tallest = 6 + 14 * static_cast<double>((bits >> 8) & 255U) / 255;
   return distanceSquared < 0.2 ? tallest * (1 - 2.5 * distanceSquared) : 0;
 }
 
@@ -100,7 +100,7 @@ Reflections Landscape::meet(const Vector3& from, const Vector3& direction, std::
     const double share = 1 - (layer + unitInterval(mixBits(chance + layer)) * 0.6) / 3.2;
     add(range - crown * share * perMetreDown, Surface::vegetation);
   }
-  if (layers == 0 || ((chance >> 2) & 3u) != 0) {
+  if (layers == 0 || ((chance >> 2) & 3U) != 0) {
     add(range, Surface::ground);
   }
   return met;

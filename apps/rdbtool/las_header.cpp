@@ -51,7 +51,7 @@ std::vector<std::byte> fixedPart(InputFile& file) {
 
 /// Refuses compressed and unknown point records before the layout is used.
 void checkFormat(const std::string& path, unsigned formatByte) {
-  if (formatByte & 0x80u) {
+  if (formatByte & 0x80U) {
     throw failed(path + ": expected uncompressed point records, found compressed ones (format byte " +
                  number(formatByte) + "); decompress the file first");
   }
@@ -167,7 +167,7 @@ LasHeader readLasHeader(InputFile& file) {
   LasHeader header;
   header.minorVersion = std::to_integer<unsigned>(head[25]);
   // The bit exists since version 1.2; its bytes were reserved before.
-  header.adjustedGpsTime = header.minorVersion >= 2 && (littleEndian<std::uint16_t>(&head[6]) & 1u) != 0;
+  header.adjustedGpsTime = header.minorVersion >= 2 && (littleEndian<std::uint16_t>(&head[6]) & 1U) != 0;
   header.creationDay = littleEndian<std::uint16_t>(&head[90]);
   header.creationYear = littleEndian<std::uint16_t>(&head[92]);
   header.pointOffset = littleEndian<std::uint32_t>(&head[96]);

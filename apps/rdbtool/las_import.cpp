@@ -187,17 +187,17 @@ class PointWriter {
 
   void putLegacy(const std::byte* record, std::size_t row) {
     const unsigned returns = std::to_integer<unsigned>(record[14]);
-    batch.put(targetIndex, row, static_cast<std::uint8_t>(returns & 7u));
-    batch.put(targetCount, row, static_cast<std::uint8_t>((returns >> 3) & 7u));
+    batch.put(targetIndex, row, static_cast<std::uint8_t>(returns & 7U));
+    batch.put(targetCount, row, static_cast<std::uint8_t>((returns >> 3) & 7U));
     // The upper three bits are flags.
-    batch.put(classification, row, static_cast<std::uint16_t>(std::to_integer<unsigned>(record[15]) & 31u));
+    batch.put(classification, row, static_cast<std::uint16_t>(std::to_integer<unsigned>(record[15]) & 31U));
     batch.put(scanAngle, row, littleEndian<std::int8_t>(record + 16));
     batch.put(source, row, littleEndian<std::uint16_t>(record + 18));
   }
 
   void putExtended(const std::byte* record, std::size_t row) {
     const unsigned returns = std::to_integer<unsigned>(record[14]);
-    batch.put(targetIndex, row, static_cast<std::uint8_t>(returns & 15u));
+    batch.put(targetIndex, row, static_cast<std::uint8_t>(returns & 15U));
     batch.put(targetCount, row, static_cast<std::uint8_t>(returns >> 4));
     batch.put(classification, row, std::to_integer<std::uint16_t>(record[16]));
     batch.put(scanAngle, row, littleEndian<std::int16_t>(record + 18));

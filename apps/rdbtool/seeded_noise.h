@@ -9,9 +9,9 @@ namespace rdbtool {
 
 /// Mixes 64 bits so that each bit of the result depends on every bit of the argument.
 constexpr std::uint64_t mixBits(std::uint64_t bits) {
-  bits += 0x9E3779B97F4A7C15u;
-  bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9u;
-  bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBu;
+  bits += 0x9E3779B97F4A7C15U;
+  bits = (bits ^ (bits >> 30)) * 0xBF58476D1CE4E5B9U;
+  bits = (bits ^ (bits >> 27)) * 0x94D049BB133111EBU;
   return bits ^ (bits >> 31);
 }
 
@@ -27,7 +27,7 @@ constexpr double unitInterval(std::uint64_t bits) {
 
 /// A number in [-1, 1) with a triangular distribution and a variance of 1/6.
 constexpr double peaked(std::uint64_t bits) {
-  return static_cast<double>(bits >> 32) * 0x1p-32 + static_cast<double>(bits & 0xFFFFFFFFu) * 0x1p-32 - 1;
+  return static_cast<double>(bits >> 32) * 0x1p-32 + static_cast<double>(bits & 0xFFFFFFFFU) * 0x1p-32 - 1;
 }
 
 /// The sine of an angle in turns, to 1e-13; |turns| below 1e9.

@@ -26,7 +26,7 @@ struct Column {
   std::size_t recordBytes() const { return length * container::byteSize(type); }
 };
 
-/// The six columns of an everyday scan, 66 bytes a record: both positions, time stamp, amplitude, reflectance and
+/// The six columns of an everyday scan, 66 bytes per record: both positions, time stamp, amplitude, reflectance and
 /// deviation.
 std::vector<Column> scanColumns();
 

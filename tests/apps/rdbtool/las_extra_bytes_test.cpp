@@ -84,8 +84,8 @@ class LasExtraLeft : public LasExtraBytes, public testing::WithParamInterface<Le
 TEST_P(LasExtraLeft, IsSaidAloudAndTheRestIsImported) {
   const DatabaseRows rows = importedWith({GetParam().field});
   EXPECT_THAT(run.err, HasSubstr(GetParam().text));
-  EXPECT_EQ(rows.names().size(), 8u);
-  EXPECT_EQ(rows.records(), 1u);
+  EXPECT_EQ(rows.names().size(), 8U);
+  EXPECT_EQ(rows.records(), 1U);
 }
 
 INSTANTIATE_TEST_SUITE_P(

@@ -133,7 +133,7 @@ TEST_P(LasForm, PartsThatAreLeftAreSaidAloud) {
 
 TEST_P(LasForm, AFileWithoutPointsGivesTheColumnsAndNoRecord) {
   const DatabaseRows rows = imported(LasFile(GetParam().minor, GetParam().format));
-  EXPECT_EQ(rows.records(), 0u);
+  EXPECT_EQ(rows.records(), 0U);
   for (const std::string& name : always) {
     EXPECT_TRUE(rows.has(name)) << name;
   }

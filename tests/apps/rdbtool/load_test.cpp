@@ -45,7 +45,7 @@ class ToolLoad : public testing::Test {
 TEST_F(ToolLoad, ASyntheticScanLoadsWithAllItsFields) {
   EXPECT_EQ(load(make("a.rdbx", {"synth", "scan", "--records", "2000"})), "");
   EXPECT_THAT(support::fieldNames(grid), IsSupersetOf({"Positions", "GPSTime", "RGBA", "Classification"}));
-  EXPECT_EQ(stamps().size(), 2000u);
+  EXPECT_EQ(stamps().size(), 2000U);
 }
 
 TEST_F(ToolLoad, SyntheticShotsLoadWithTheirWaveformAttributes) {
@@ -65,7 +65,7 @@ TEST_F(ToolLoad, ASyntheticTrajectoryLoadsToTheOriginsOfTheShots) {
       make("a.pofx", {"synth", "trajectory", "--records", "9", "--lever-arm", folder.path("arm")});
   EXPECT_EQ(Riegl::pofx2nimbra(path, grid, 32633, {}, folder.path("arm"), {}), "");
   const auto places = support::values<point>(support::field(grid, "Positions"), "a_Fragment_0");
-  ASSERT_EQ(places.size(), 9u);
+  ASSERT_EQ(places.size(), 9U);
   for (int axis = 0; axis < 3; ++axis) {
     EXPECT_NEAR(places[0][axis], shots.column("riegl.shot_origin")[static_cast<std::size_t>(axis)], 1e-3);
   }

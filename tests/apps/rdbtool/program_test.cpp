@@ -219,7 +219,7 @@ TEST_F(Program, AnOutputThatCannotBeMadeEndsWithOne) {
 TEST_F(Program, AFailedImportKeepsTheOutputThatWasThere) {
   std::ofstream(out) << "precious";
   EXPECT_EQ(run({"import", data.path("garbage.las"), "-o", out}).status, 1);
-  EXPECT_EQ(std::filesystem::file_size(out), 8u);
+  EXPECT_EQ(std::filesystem::file_size(out), 8U);
 }
 
 TEST_F(Program, AnInterruptedSynthesisLeavesNothing) {

@@ -130,7 +130,7 @@ TEST_F(RealFile, StampsThatCrossMidnightStayOnTwoDays) {
 TEST_F(RealFile, AnEmptyFileGivesColumnsWithoutRecords) {
   ASSERT_EQ(importing("edge-no-points.las").status, 0);
   const DatabaseRows rows(folder.path("out"));
-  EXPECT_EQ(rows.records(), 0u);
+  EXPECT_EQ(rows.records(), 0U);
   EXPECT_TRUE(rows.has("riegl.xyz"));
   EXPECT_TRUE(rows.has("riegl.rgba"));
 }

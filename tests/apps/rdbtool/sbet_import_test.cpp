@@ -99,8 +99,8 @@ TEST_F(Sbet, EpochAgreesWithTheFirstStamp) {
 
 TEST_F(Sbet, AnEmptyFileIsATrajectoryOfNoRecords) {
   const DatabaseRows rows = imported({});
-  EXPECT_EQ(rows.records(), 0u);
-  EXPECT_EQ(rows.names().size(), 8u);
+  EXPECT_EQ(rows.records(), 0U);
+  EXPECT_EQ(rows.names().size(), 8U);
 }
 
 TEST_F(Sbet, ALengthBetweenRecordsIsRefusedWithTheWholeOnes) {

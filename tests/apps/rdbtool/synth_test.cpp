@@ -133,7 +133,7 @@ TEST_F(Synth, BlockSizeAndChecksumsFollowTheSwitches) {
 
 TEST_F(Synth, NoRecordsMakeAnEmptyDatabase) {
   for (const char* kind : {"scan", "shots", "trajectory"}) {
-    EXPECT_EQ(made(kind, 0).records(), 0u) << kind;
+    EXPECT_EQ(made(kind, 0).records(), 0U) << kind;
   }
 }
 

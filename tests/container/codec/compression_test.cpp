@@ -117,9 +117,9 @@ TEST(Compression, RefusesAZlibStreamWithAWrongSumOrPresetDictionary) {
 }
 
 TEST(Compression, RatioOfEachCodecIsItsMost) {
-  EXPECT_EQ(mostDecodedBytes(Codec::none, 10), 10u);
-  EXPECT_EQ(mostDecodedBytes(Codec::zlib, 10), 10320u);
-  EXPECT_EQ(mostDecodedBytes(Codec::lz4, 10), 2550u);
+  EXPECT_EQ(mostDecodedBytes(Codec::none, 10), 10U);
+  EXPECT_EQ(mostDecodedBytes(Codec::zlib, 10), 10320U);
+  EXPECT_EQ(mostDecodedBytes(Codec::lz4, 10), 2550U);
   const std::uint64_t largest = std::numeric_limits<std::uint64_t>::max();
   EXPECT_EQ(mostDecodedBytes(Codec::zlib, largest / 1032), largest / 1032 * 1032);
   EXPECT_EQ(mostDecodedBytes(Codec::zlib, largest / 1032 + 1), largest);
@@ -135,8 +135,8 @@ TEST(Compression, RatiosHoldForTheMostCompressiblePiece) {
 }
 
 TEST(Compression, PiecesOfLz4AreCountedInThirtyTwoBits) {
-  EXPECT_EQ(mostPieceBytes(Codec::lz4), 2113929216u);
-  EXPECT_FALSE(Decompressor().decompress(Codec::lz4, Bytes(1), nullptr, 2147483648u));
+  EXPECT_EQ(mostPieceBytes(Codec::lz4), 2113929216U);
+  EXPECT_FALSE(Decompressor().decompress(Codec::lz4, Bytes(1), nullptr, 2147483648U));
 }
 
 struct WrongLevel {

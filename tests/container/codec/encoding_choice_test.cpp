@@ -58,7 +58,7 @@ TEST(EncodingChoice, TakesDifferencesOfIntegersForAPathOnAGrid) {
     EXPECT_EQ(options->filter, Filter::deltaAndShuffle);
     EXPECT_EQ(options->codec, codec);
     EXPECT_EQ(options->scaling, (std::vector<Scaling>{{0.001, 0}}));
-    EXPECT_EQ(options->recordsPerPiece, 0u);
+    EXPECT_EQ(options->recordsPerPiece, 0U);
   }
 }
 

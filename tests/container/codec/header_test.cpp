@@ -56,24 +56,24 @@ std::string refusal(const Bytes& block, const BlockShape& shape) {
 TEST(PieceHeader, HoldsWhatWasEncoded) {
   const Bytes block = scaledPoints();
   const PieceHeader header = parseHeader(block, block.size(), tenPoints);
-  EXPECT_EQ(header.recordsPerPiece, 4u);
+  EXPECT_EQ(header.recordsPerPiece, 4U);
   EXPECT_EQ(header.filter, Filter::shuffle);
   EXPECT_EQ(header.codec, Codec::none);
   EXPECT_EQ(header.scaling, (std::vector<Scaling>{{0.001, 0}, {0.01, 100}, {0.5, -7}}));
-  ASSERT_EQ(header.pieces.size(), 3u);
-  EXPECT_EQ(header.pieces[0].position, 84u);
-  EXPECT_EQ(header.pieces[2].position, 180u);
-  EXPECT_EQ(header.pieces[2].bytes, 24u);
+  ASSERT_EQ(header.pieces.size(), 3U);
+  EXPECT_EQ(header.pieces[0].position, 84U);
+  EXPECT_EQ(header.pieces[2].position, 180U);
+  EXPECT_EQ(header.pieces[2].bytes, 24U);
 }
 
 TEST(PieceHeader, DividesTheRecords) {
   const Bytes block = scaledPoints();
   const PieceHeader header = parseHeader(block, block.size(), tenPoints);
-  EXPECT_EQ(header.firstRecord(2), 8u);
-  EXPECT_EQ(header.records(1), 4u);
-  EXPECT_EQ(header.records(2), 2u);
-  EXPECT_EQ(header.recordBytes(), 24u);
-  EXPECT_EQ(header.filteredShape(2).bytes(), 24u);
+  EXPECT_EQ(header.firstRecord(2), 8U);
+  EXPECT_EQ(header.records(1), 4U);
+  EXPECT_EQ(header.records(2), 2U);
+  EXPECT_EQ(header.recordBytes(), 24U);
+  EXPECT_EQ(header.filteredShape(2).bytes(), 24U);
 }
 
 TEST(PieceHeader, JoinsTheChecksumOfTheBlock) {
@@ -87,15 +87,15 @@ TEST(PieceHeader, JoinsTheChecksumOfTheBlock) {
 TEST(PieceHeader, NeedsItsOwnBytesOnly) {
   Bytes block = scaledPoints();
   const std::size_t bytes = block.size();
-  EXPECT_EQ(headerBytes({block.data(), 12}, bytes, tenPoints), 84u);
+  EXPECT_EQ(headerBytes({block.data(), 12}, bytes, tenPoints), 84U);
   block.resize(84);
-  EXPECT_EQ(parseHeader(block, bytes, tenPoints).pieces.size(), 3u);
+  EXPECT_EQ(parseHeader(block, bytes, tenPoints).pieces.size(), 3U);
 }
 
 TEST(PieceHeader, OfNoRecordsHasNoPieces) {
   const BlockShape none{{NumberKind::real, 4}, 2, 0};
   const Bytes block = blocks::encoded({}, none, {});
-  EXPECT_EQ(block.size(), 12u);
+  EXPECT_EQ(block.size(), 12U);
   EXPECT_TRUE(parseHeader(block, block.size(), none).pieces.empty());
 }
 
@@ -223,7 +223,7 @@ TEST_P(ForgedField, IsRefusedWithItsText) {
 TEST_P(ForgedField, CostsNoMemory) {
   support::forgetAllocations();
   refusal(GetParam().block, GetParam().shape);
-  EXPECT_LT(support::largestAllocation(), 1000u);
+  EXPECT_LT(support::largestAllocation(), 1000U);
 }
 
 INSTANTIATE_TEST_SUITE_P(Fields, ForgedField, testing::ValuesIn(forgedFields()),

@@ -122,11 +122,11 @@ TEST(Pieces, GiveBackScaledValues) {
 TEST(Pieces, TakeAQuarterOfAMebibyteEachUnlessToldOtherwise) {
   const BlockShape points{{NumberKind::real, 8}, 3, 30000};
   EncodedBlock block(Bytes(points.records * 24), points, {});
-  EXPECT_EQ(block.header.recordsPerPiece, 10922u);
-  EXPECT_EQ(block.header.pieces.size(), 3u);
+  EXPECT_EQ(block.header.recordsPerPiece, 10922U);
+  EXPECT_EQ(block.header.pieces.size(), 3U);
   const BlockShape wide{{NumberKind::real, 8}, 100000, 2};
   EncodedBlock wideBlock(Bytes(wide.records * 800000), wide, {});
-  EXPECT_EQ(wideBlock.header.recordsPerPiece, 1u);
+  EXPECT_EQ(wideBlock.header.recordsPerPiece, 1U);
 }
 
 struct Range {

@@ -114,8 +114,8 @@ TEST(ScaledValues, NameTheFirstValueThatIsLost) {
 TEST(ScaledValues, NameTheFirstSingleThatIsLost) {
   const std::vector<float> values{0.25F, 9.F, 0.3F};
   const Bytes bytes = blocks::bytesOf(values);
-  EXPECT_EQ(firstValueLost({0.25, 0}, float32, bytes.data(), 4, 3), 2u);
-  EXPECT_EQ(firstValueLost({0.25, 0}, float32, bytes.data(), 4, 2), 2u);
+  EXPECT_EQ(firstValueLost({0.25, 0}, float32, bytes.data(), 4, 3), 2U);
+  EXPECT_EQ(firstValueLost({0.25, 0}, float32, bytes.data(), 4, 2), 2U);
 }
 
 TEST(Scaling, IsUsableWhereFiniteAndNotZero) {

@@ -51,7 +51,7 @@ TEST(CatalogueText, OfTheExampleHasItsChecksum) {
   checksum.add(points);
   checksum.add(timeBase);
   checksum.add(onlyBlock);
-  EXPECT_EQ(checksum.value(), 2216246988u);
+  EXPECT_EQ(checksum.value(), 2216246988U);
 }
 
 TEST(CatalogueText, OfTheExamplesExtentsHasItsChecksum) {
@@ -59,7 +59,7 @@ TEST(CatalogueText, OfTheExamplesExtentsHasItsChecksum) {
   checksum.add(ExtentRow{1, 0, 0, 1, 4, 0});
   checksum.add(ExtentRow{1, 0, 1, 2, 5, 0});
   checksum.add(ExtentRow{1, 0, 2, 3, 6, 0});
-  EXPECT_EQ(checksum.value(), 513255105u);
+  EXPECT_EQ(checksum.value(), 513255105U);
 }
 
 TEST(CatalogueText, WritesIntegersInDecimal) {

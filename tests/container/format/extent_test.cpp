@@ -117,7 +117,7 @@ TYPED_TEST(ExtentOf, NoRecordsIsNone) {
 }
 
 TYPED_TEST(ExtentOf, MoreThanSixteenComponentsIsNotTaken) {
-  EXPECT_EQ(this->extents(std::vector<TypeParam>(32), 16).size(), 16u);
+  EXPECT_EQ(this->extents(std::vector<TypeParam>(32), 16).size(), 16U);
   EXPECT_TRUE(this->extents(std::vector<TypeParam>(34), 17).empty());
 }
 

@@ -77,9 +77,9 @@ TEST(PartChecksum, IsJoinedBeyondFourGibibytes) {
 }
 
 TEST(PartChecksum, OfNothingChangesNothing) {
-  EXPECT_EQ(joinedChecksum(123, 0, 0), 123u);
-  EXPECT_EQ(joinedChecksum(0, 123, 5), 123u);
-  EXPECT_EQ(continuedChecksum(123, nullptr, 0), 123u);
+  EXPECT_EQ(joinedChecksum(123, 0, 0), 123U);
+  EXPECT_EQ(joinedChecksum(0, 123, 5), 123U);
+  EXPECT_EQ(continuedChecksum(123, nullptr, 0), 123U);
 }
 
 } // namespace

@@ -67,7 +67,7 @@ TEST_F(LongLoad, OfOneRecordMoreThanABlockGivesTwoFragments) {
   expectEveryFieldToHave({"flight_Fragment_0", "flight_Fragment_1"});
   expectBlock("flight_Fragment_0", 0, blockSize);
   expectBlock("flight_Fragment_1", blockSize, 1);
-  EXPECT_EQ(seen.size(), 12u);
+  EXPECT_EQ(seen.size(), 12U);
   EXPECT_THAT(support::attributeNames(field("GPSTime")->attributes()), ElementsAre("LeapSecondsAdded?"));
 }
 

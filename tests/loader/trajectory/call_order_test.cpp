@@ -103,7 +103,7 @@ TEST_F(ScriptedLoad, WarnsOfGpsTimeBeforeItAsksForTheAttributes) {
   script.metadata = {{"riegl.time_base", R"({"epoch":"2023-05-04T00:00:00Z","system":"GPS"})"}};
   script.columns.clear();
   EXPECT_EQ(load(), "pofx2nimbra::iniMe: no timestamp");
-  EXPECT_EQ(console.lines().size(), 2u);
+  EXPECT_EQ(console.lines().size(), 2U);
 }
 
 TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
@@ -114,7 +114,7 @@ TEST_F(ScriptedLoad, HandsTheTransformationLongitudeLatitudeHeight) {
   ASSERT_EQ(load(), "");
   EXPECT_EQ(recorded::transformation().firstPoints[1], Point(16, 48, 300));
   const auto points = support::values<Point>(support::field(grid, "Positions"), "flight_Fragment_0");
-  ASSERT_EQ(points.size(), 3u);
+  ASSERT_EQ(points.size(), 3U);
   EXPECT_EQ(points[0], Point(1016, 48, 300));
 }
 
@@ -224,7 +224,7 @@ TEST_F(ScriptedLoad, ReplacesTheLeapSecondFlagWithEveryBlock) {
   };
   script.blocks = {3, 3};
   EXPECT_EQ(load(), "");
-  ASSERT_EQ(flags.size(), 2u);
+  ASSERT_EQ(flags.size(), 2U);
   EXPECT_NE(flags[0], flags[1]);
 }
 
@@ -237,7 +237,7 @@ TEST_F(ScriptedLoad, GivesTheTimeColumnANewAgeWithEveryBlock) {
   };
   script.blocks = {3, 3};
   EXPECT_EQ(load(), "");
-  EXPECT_THAT(ages, testing::ElementsAre(testing::Gt(0u), testing::Gt(ages.at(0))));
+  EXPECT_THAT(ages, testing::ElementsAre(testing::Gt(0U), testing::Gt(ages.at(0))));
 }
 
 TEST(Columns, WithoutABufferArePassedOver) {

@@ -24,7 +24,7 @@ TEST_F(Load, ShowsColumnsCutToTheBlock) {
   givenFlight(3);
   ASSERT_EQ(load(), "");
   for (const std::string& name : fieldsInOrder) {
-    EXPECT_EQ(seen[name], 3u) << name;
+    EXPECT_EQ(seen[name], 3U) << name;
   }
 }
 

@@ -168,7 +168,7 @@ TEST_F(LeverArm, OfASecondLoadReplacesTheFirst) {
   ASSERT_EQ(read("leverarm:1:1:1\nmisalignment:2:2:2\n"), "");
   ASSERT_EQ(read("leverarm:7:8:9\n" + rest), "");
   EXPECT_THAT(leverArm(), ElementsAre(7, 8, 9));
-  EXPECT_EQ(grid.attributes().size(), 2u);
+  EXPECT_EQ(grid.attributes().size(), 2U);
 }
 
 TEST_F(LeverArm, CountsTheBytesOfItsChunks) {

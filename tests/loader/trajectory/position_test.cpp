@@ -25,7 +25,7 @@ TEST_F(Load, PutsLongitudeLatitudeAndHeightIntoAPoint) {
   givenFlight(3);
   ASSERT_EQ(load(), "");
   const std::vector<Point> points = positions("flight_Fragment_0");
-  ASSERT_EQ(points.size(), 3u);
+  ASSERT_EQ(points.size(), 3U);
   EXPECT_NEAR(points[2][0], longitudeOf(2), 1e-9);
   EXPECT_NEAR(points[2][1], latitudeOf(2), 1e-9);
   EXPECT_EQ(points[2][2], heightOf(2));

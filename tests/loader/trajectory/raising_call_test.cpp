@@ -50,7 +50,7 @@ class RaisingCall : public ScriptedLoad {
     const std::size_t binds = script.callsThatBegin("bind").size();
     EXPECT_EQ(support::fieldNames(fresh).size(), std::min<std::size_t>(binds + (binds > 4 ? 1 : 0), 6));
     for (const std::string& name : support::fieldNames(fresh)) {
-      EXPECT_EQ(support::fragmentNames(support::field(fresh, name)).size(), published ? 1u : 0u) << name;
+      EXPECT_EQ(support::fragmentNames(support::field(fresh, name)).size(), published ? 1U : 0U) << name;
     }
   }
 };

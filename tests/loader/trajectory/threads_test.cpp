@@ -37,7 +37,7 @@ TEST_F(TwoLoads, DoNotDisturbEachOther) {
   EXPECT_EQ(positionsOf(first, "flight_Fragment_0"), positionsOf(firstAlone, "flight_Fragment_0"));
   EXPECT_EQ(positionsOf(second, "other_Fragment_0"), positionsOf(secondAlone, "other_Fragment_0"));
   EXPECT_EQ(positionsOf(second, "other_Fragment_0").size(), 100u);
-  EXPECT_EQ(console.lines().size(), 4u);
+  EXPECT_EQ(console.lines().size(), 4U);
 }
 
 } // namespace

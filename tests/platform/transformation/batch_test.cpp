@@ -76,7 +76,7 @@ TEST_P(Batch, OfEverySmallSizeHasTheBitsOfOneCall) {
 }
 
 TEST_P(Batch, AroundTheSizeOfAPieceHasTheBitsOfOneCall) {
-  for (const std::size_t count : {16383u, 16384u, 16385u, 65535u, 65536u, 65537u}) {
+  for (const std::size_t count : {16383U, 16384U, 16385U, 65535U, 65536U, 65537U}) {
     expectBitsOfOneCall(scatteredPoints(count));
     expectBitsOfOneCall(Points(count, Point(16, 48, 300)));
   }
