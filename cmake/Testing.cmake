@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # How a test program is declared: rdb2nimbra_test(<name> SOURCES ... LINKS ... [DEFINITIONS ...] [MEMORY]) makes the
 # program <name>, which is the target rdb2nimbra_<name>.
-# `ctest -L rdb` runs the tests of the folder tests/rdb, and so on. MEMORY adds the whole
+# `ctest -L loader/timebase` runs the tests of the folder tests/loader/timebase, and so on. MEMORY adds the whole
 # program under valgrind, which runs on `ctest -C Memcheck -L memory` only.
 find_package(GTest REQUIRED)
 include(GoogleTest)
