@@ -8,8 +8,13 @@ include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 file(REMOVE_RECURSE ${FOLDER})
 string(REPLACE "," ";" arguments "${ARGUMENTS}")
+if(NOT HOW STREQUAL "package")
+  # The libraries are built once more, so without optimisation, as fast as can be.
+  set(CONFIGURATION "")
+  string(APPEND FLAGS " -O0")
+endif()
 set(configure ${CMAKE_COMMAND} -S ${CONSUMER} -G ${GENERATOR} -DHOW=${HOW} ${arguments}
-  -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=${CONFIGURATION}
+  -DCMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}" -DCMAKE_BUILD_TYPE=${CONFIGURATION}
   -DCMAKE_EXPORT_COMPILE_COMMANDS=ON)
 run("The consumer's configure step" ${configure} -B ${FOLDER}/build)
 run("The consumer's build" ${CMAKE_COMMAND} --build ${FOLDER}/build --target consumer container -j 2)
