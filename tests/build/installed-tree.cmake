@@ -6,6 +6,18 @@ include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 file(REMOVE_RECURSE ${FOLDER})
 run("cmake --install" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/first --config ${CONFIGURATION})
+# A package is made of components: a file in none of them would be in no package.
+foreach(component runtime development tools)
+  run("cmake --install --component" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/components
+    --config ${CONFIGURATION} --component ${component})
+endforeach()
+file(GLOB_RECURSE whole RELATIVE ${FOLDER}/first ${FOLDER}/first/*)
+file(GLOB_RECURSE in_components RELATIVE ${FOLDER}/components ${FOLDER}/components/*)
+list(REMOVE_ITEM whole ${in_components})
+if(whole OR NOT in_components)
+  message(FATAL_ERROR "Expected every installed file in a component (runtime, development, tools), found in none: ${whole}")
+endif()
+file(REMOVE_RECURSE ${FOLDER}/components)
 # A tree that has been moved works as well, and no path of this build may help it.
 file(RENAME ${FOLDER}/first ${FOLDER}/prefix)
 
