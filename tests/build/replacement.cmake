@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Builds the library on another platform altogether and looks at what came of it:
+# Builds the library with every part of its platform replaced and checks the result:
 #   cmake -DROOT=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DNINJA=.. -DREADELF=.. -P replacement.cmake
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)

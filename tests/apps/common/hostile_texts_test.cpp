@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Texts of files and users that would control a terminal: none of them leaves either program as it is.
+// Texts from files and users that would control a terminal: both programs escape them before they print them.
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/database.h"
 #include "tests/support/temp_dir.h"

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Outputs of both programs where the disk, the memory or the target refuses them: a clear error and the old file.
+// Outputs of both programs when the disk is full, memory runs out or the target is refused: a clear error, and the
+// old file is kept.
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/file_content.h"
 #include "tests/support/permissions.h"

@@ -155,7 +155,7 @@ TEST_F(Writing, MakesTheDocumentedLayout) {
 
 TEST_F(Writing, MakesTheDocumentedTables) {
   writeSample(path);
-  // As other programs that write such files find them documented, but for the blanks.
+  // The tables of docs/database-format.md, which other programs follow; white space aside.
   execute(path, "CREATE TEMP TABLE expect(holds INTEGER CHECK (holds));"
                 "INSERT INTO expect SELECT group_concat(replace(replace(sql, ' ', ''), char(10), ''), ';') = "
                 "'CREATETABLEdatabase(recordsINTEGERNOTNULL,block_rowsINTEGERNOTNULL);"
