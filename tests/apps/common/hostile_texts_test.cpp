@@ -45,7 +45,7 @@ class HostileTexts : public testing::Test {
   support::Run run(const char* program, const std::vector<std::string>& arguments) const {
     return support::runProgram(program, arguments, data.root().string());
   }
-  /// Runs a program and checks all that it prints. \returns both outputs
+  /// Runs a program and checks all that it prints. \return both outputs
   std::string printed(const char* program, const std::vector<std::string>& arguments) const {
     const support::Run result = run(program, arguments);
     EXPECT_FALSE(controlsTerminals(result.out)) << testing::PrintToString(arguments) << result.out;
