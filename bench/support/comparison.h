@@ -63,7 +63,7 @@ unsigned int records(unsigned int full, unsigned int fewer);
 void addComparison(const std::string& name, std::function<Finding()> measure);
 
 /// Runs the benchmarks that were added. On the command line: `--small`, `--repetitions=N`, and the framework's own
-/// options. \returns the exit status: 1 where a benchmark failed
+/// options. \return the exit status: 1 where a benchmark failed
 int runComparisons(int argc, char** argv);
 
 } // namespace bench
