@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Builds another project's program in one of the ways that CMake offers, and runs it:
+# Builds a program of somebody else's in each way that CMake has, and runs it:
 #   cmake -DHOW=<package|subdirectory|fetchcontent> -DARGUMENTS=<of the consumer's configure step, between commas>
 #     -DCONSUMER=<sources> -DFOLDER=<own folder> -DTOOL=<rdbtool> -DCOMPILER=.. -DGENERATOR=.. -DCONFIGURATION=..
 #     -DFLAGS=.. -P consumer.cmake

@@ -53,7 +53,7 @@ TEST_F(HostLoad, LeavesTheVariableAfterAFailure) {
 TEST_F(HostLoad, LetsAnotherUserOfProjFindItsData) {
   loadFlight(32633);
   EXPECT_TRUE(projFindsItsData());
-  // The state after a load in a host that restores nothing:
+  // What a load of a host that restores nothing leaves behind:
   const support::ChangedVariable left("PROJ_LIB", Torvel::getExecutableDir());
   EXPECT_FALSE(projFindsItsData());
 }

@@ -87,7 +87,7 @@ TEST_F(Damage, AFlippedByteWithoutChecksumIsNotNoticed) {
   EXPECT_THAT(support::runTool({"verify", file}).out, HasSubstr(", 2 blocks without a checksum\n"));
 }
 
-TEST_F(Damage, ASingleBlockIsNamedInTheSingular) {
+TEST_F(Damage, OneOfAThingIsTold) {
   support::runTool({"synth", "scan", "--records", "1", "--columns", "id", "-o", file});
   EXPECT_EQ(support::runTool({"verify", file}).out, file + ": 1 block, 8 bytes, 0 findings\n");
 }
