@@ -12,7 +12,7 @@ set(RDB2NIMBRA_TRANSFORMATION_HEADER "" CACHE STRING "Header that declares Proj:
 set(RDB2NIMBRA_CALENDAR "" CACHE STRING "Target or package in place of the embedded calendar")
 set(RDB2NIMBRA_CALENDAR_HEADER "" CACHE STRING "Header that declares Ondrel::getWeekDay")
 
-# The rooms of the embedded data model, all of which another one takes the place of.
+# The rooms of the embedded data model, which are replaced together.
 set(RDB2NIMBRA_MODEL_ROOMS model/torvel/core model/torvel/references model/torvel/objects model/nimbra)
 
 set(RDB2NIMBRA_REPLACED "")          # the interfaces that are not embedded
@@ -50,14 +50,14 @@ foreach(interface CLIENT MODEL TRANSFORMATION CALENDAR)
     find_package(${package} REQUIRED)
     list(APPEND RDB2NIMBRA_REPLACEMENT_PACKAGES ${package})
     if(NOT TARGET ${chosen})
-      message(FATAL_ERROR "RDB2NIMBRA_${interface}: the package ${package} is here, but it has no target ${chosen}")
+      message(FATAL_ERROR "RDB2NIMBRA_${interface}: the package ${package} has no target ${chosen}")
     endif()
   endif()
 endforeach()
 list(REMOVE_DUPLICATES RDB2NIMBRA_REPLACEMENT_PACKAGES)
 
 # Another data model has headers of the same names. Its folders come before the project's own, and it must have every
-# header of those rooms that the library includes, so that no declaration of ours stands for something of theirs.
+# header of those rooms that the library includes, so that no declaration of the embedded model is taken for one of the replacement.
 if(MODEL IN_LIST RDB2NIMBRA_REPLACED)
   # A folder of an imported target would be searched after all others.
   set_target_properties(${RDB2NIMBRA_MODEL} PROPERTIES SYSTEM OFF)
@@ -84,7 +84,7 @@ if(MODEL IN_LIST RDB2NIMBRA_REPLACED)
 endif()
 
 # Links `target` to the chosen implementation of one interface (CLIENT, MODEL, TRANSFORMATION or CALENDAR), or to
-# the embedded one, and tells its sources which header to include.
+# the embedded one, and defines for its sources which header to include.
 function(rdb2nimbra_platform target interface embedded)
   set(chosen "${RDB2NIMBRA_${interface}}")
   if("${chosen}" STREQUAL "")

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Builds the library on another platform altogether and looks at what came of it:
+# Builds the library with every part of its platform replaced and checks the result:
 #   cmake -DROOT=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DNINJA=.. -DREADELF=.. -P replacement.cmake
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
@@ -7,7 +7,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 set(common -G Ninja -DCMAKE_MAKE_PROGRAM=${NINJA} -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_BUILD_TYPE=Debug
   -DCMAKE_CXX_FLAGS=-O0 -DCMAKE_CXX_FLAGS_DEBUG=)
 file(REMOVE_RECURSE ${FOLDER})
-# Away from the sources: run-time paths never lead into the project itself.
+# Outside the sources, so that run paths do not lead into the project itself.
 run("Making a folder for the platform" mktemp -d)
 string(STRIP "${output}" away)
 run("Configuring the platform" ${CMAKE_COMMAND} -S ${ROOT}/tests/replacement -B ${away}/platform ${common}

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds that programs and libraries look for libraries relative to themselves only, and that each shared library of the
+# Checks that programs and libraries look for libraries relative to themselves only, and that each shared library of the
 # project carries its versioned name:
 #   cmake "-DFOLDERS=<folder>,<folder>" -DREADELF=.. -DMAJOR=.. -P run-paths.cmake
 cmake_minimum_required(VERSION 3.25)
