@@ -46,7 +46,7 @@ foreach(header IN LISTS headers)
   file(RENAME ${away}/platform/model/${header} ${away}/platform/model/${header}.away)
 endforeach()
 set(here ${ROOT}/tests/replacement)
-refuses("RDB2NIMBRA_CLIENT: replacement::client has no header scanner/rdb.h in \"${here}\"; include/rdb2nimbra/client.h includes it"
+refuses("RDB2NIMBRA_CLIENT: replacement::client has no header scanner/rdb.h in \"${here};${away}/platform/model\"; include/rdb2nimbra/client.h includes it"
   -DRDB2NIMBRA_CLIENT_HEADER=scanner/rdb.h -DRDB2NIMBRA_TRANSFORMATION_HEADER=scanner/proj.h
   -DRDB2NIMBRA_CALENDAR_HEADER=scanner/days.h)
 set(folder "\"${away}/platform/model\"")
