@@ -22,8 +22,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${build_tree}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${library_folder})
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${library_folder})
 
-# Libraries find each other in their own folder, programs find them from theirs. Libraries of others that stand outside
-# the system's folders are found where they were linked; a replacement that an enclosing project builds, in its folder.
+# Libraries find each other in their own folder, programs find them from theirs. Other projects' libraries outside the
+# system's folders are found where they were linked; a replacement that an enclosing project builds, in its folder.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
 set(program_path "$ORIGIN/${built_step}")

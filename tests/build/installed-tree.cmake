@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Installs the build into a folder of its own, moves the tree, and holds what is where in it; other checks use the tree:
+# Installs the build into a folder of its own, moves the tree, and checks where its files are; other checks use the tree:
 #   cmake -DBUILD=<build folder> -DFOLDER=<own folder> -DLIST=<public-headers.txt> -DCONFIGURATION=.. -P installed-tree.cmake
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
@@ -18,7 +18,7 @@ if(whole OR NOT in_components)
   message(FATAL_ERROR "Expected every installed file in a component (runtime, development, tools), found in none: ${whole}")
 endif()
 file(REMOVE_RECURSE ${FOLDER}/components)
-# A tree that has been moved works as well, and no path of this build may help it.
+# The tree is moved, so that no path of this build can help it.
 file(RENAME ${FOLDER}/first ${FOLDER}/prefix)
 
 # Headers: the listed ones in one folder, and nothing else.

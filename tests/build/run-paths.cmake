@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds that programs and libraries look for libraries relative to themselves only, and that each shared library of the
+# Checks that programs and libraries look for libraries relative to themselves only, and that each shared library of the
 # project carries its versioned name:
 #   cmake -DFILES=<list of built files, one per line> -DREADELF=.. -DMAJOR=.. -P run-paths.cmake
 #   cmake "-DFOLDERS=<folder of an installed tree>,<folder>" -DREADELF=.. -DMAJOR=.. -P run-paths.cmake
