@@ -238,7 +238,8 @@ bool DamageRequest::needsAttribute() const {
 
 bool DamageRequest::dropsUnknownTable() const {
   const auto isNamed = [this](const TableColumns& known) { return known.table == *dropTable; };
-  return dropTable && std::none_of(tables.begin(), tables.end(), isNamed);
+  return dropTable && std::none_of(tables.begin(), tables.end(), isNamed) &&
+         std::none_of(tablesOfVersion2.begin(), tablesOfVersion2.end(), isNamed);
 }
 
 void damage(const DamageRequest& request) {

@@ -13,16 +13,36 @@
 
 namespace container {
 
+/// How the blocks of a file are encoded.
+enum class BlockEncoding {
+  raw,    ///< the records as they are
+  lz4,    ///< small and fast to read; written with LZ4
+  deflate ///< smaller, slower to read; every language can decode it
+};
+
+/// Integers that real values were made from: value = integer x scale + offset.
+struct SourceScaling {
+  double scale = 1;
+  double offset = 0;
+};
+
 struct WriterSettings {
   /// Records per block. The default divides the 5,000,000 records that loads read at a time, so that no block is read
   /// twice. It is large because each block costs a search and a page of its own: with 125,000 records a load of
   /// 20 million takes 5 % longer.
   std::uint32_t blockRows = 1000000;
-  /// Whether each block has a CRC-32.
+  /// Whether each block has a CRC-32. Only version 1 may be without.
   bool checksums = true;
+  /// The version of the format: 2, or 1 for programs that read no other; that has raw blocks only.
+  int version = 2;
+  /// The codec to try. A block that it makes no smaller is stored raw. Which filter suits a block, and whether its reals
+  /// are stored as integers, is found out block by block.
+  BlockEncoding encoding = BlockEncoding::raw;
+  /// Threads that encode, beside the calling one; 0 takes one per processor. The file never depends on it.
+  unsigned int threadCount = 0;
 };
 
-/// Writes into a temporary file beside `path`, in one transaction; finish() renames it to `path`. Without finish() the
+/// Writes a file of version 2, unless told otherwise, into a temporary file beside `path`, in one transaction; finish() renames it to `path`. Without finish() the
 /// temporary file is removed and the file at `path` stays untouched. A symbolic link is followed: the file that it
 /// points to is replaced, not the link. A process killed half-way leaves "<path>.<pid>-<n>.partial".
 /// \errors  Error from every operation; after a failed write or finish the writer is of no further use
@@ -35,7 +55,9 @@ class CONTAINER_API Writer {
   ~Writer();
 
   /// Adds a column, before the first write; returns its index.
-  std::size_t addAttribute(const Attribute& attribute);
+  /// \param source  what the values of a real attribute were made from, where that is known: one per component, or none.
+  ///                A hint for encoding, which works without it and takes longer; it never changes a value.
+  std::size_t addAttribute(const Attribute& attribute, const std::vector<SourceScaling>& source = {});
   /// Sets a text item, any time before finish; a second value replaces the first.
   void setMetadata(const std::string& name, const std::string& value);
   /// Appends `rows` records.
