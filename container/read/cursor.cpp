@@ -1,4 +1,4 @@
-if (type != attribute.type || !(asStored || attribute.isStoredAsIs())) {// SPDX-License-Identifier: BSD-3-Clause
+// SPDX-License-Identifier: BSD-3-Clause
 // The read position: which column goes where, and how far the reading is.
 #include "container/read/cursor.h"
 

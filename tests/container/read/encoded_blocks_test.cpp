@@ -120,7 +120,7 @@ TEST_P(EncodedBlocks, AreSharedByThreads) {
 }
 
 TEST_P(EncodedBlocks, NameTheDamagedPiece) {
-  execute(path, "UPDATE block SET data = CAST(substr(data, 1, length(data) - 1) || x'00' AS BLOB)"
+  execute(path, "UPDATE block SET data = CAST(substr(data, 1, length(data) - 1) || x'a5' AS BLOB)"
                 " WHERE attribute = 1 AND number = 1");
   EXPECT_THAT(errorOfReading("point"),
               testing::MatchesRegex(
@@ -151,7 +151,7 @@ TEST_P(EncodedBlocks, ChecksumOfTheHeaderIsPartOfTheBlocks) {
 
 TEST_P(EncodedBlocks, AreVerifiedPieceByPiece) {
   EXPECT_EQ(container::verify(path, [](const auto&, const auto& text) { FAIL() << text; }).blocks, 9U);
-  execute(path, "UPDATE block SET data = CAST(substr(data, 1, length(data) - 1) || x'00' AS BLOB)"
+  execute(path, "UPDATE block SET data = CAST(substr(data, 1, length(data) - 1) || x'a5' AS BLOB)"
                 " WHERE attribute = 2 AND number = 0");
   std::string found;
   const auto seen = container::verify(path, [&](const auto&, const std::string& text) { found = text; });
