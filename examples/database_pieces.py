@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-"""Decodes and encodes blocks in pieces, as docs/database-format.md describes them. Needs Python's standard library only.
+"""Decodes and encodes blocks in pieces with Python's standard library; docs/database-format.md describes them.
 
 `decoded` takes every filter and codec, `encoded` makes pieces that are compressed by zlib.
 """

@@ -3,9 +3,9 @@
 """Reads database files with Python's standard library; docs/database-format.md describes the format.
 
     read_database.py FILE                   prints the attributes, their extents and the metadata
-    read_database.py FILE ATTRIBUTE [N]     prints the values of an attribute: those of N records, or of all
+    read_database.py FILE ATTRIBUTE [N]     prints the values of an attribute, of the first N records or of all
 
-Reads both versions, raw blocks and blocks in pieces with any filter and codec.
+Reads both versions of the format, and blocks of all encodings.
 """
 import argparse
 import array
@@ -119,25 +119,38 @@ class Database:
         self._read_catalogue()
 
     def _rows(self, query, *values):
-        return self.file.execute(query, values).fetchall()
+        try:
+            return self.file.execute(query, values).fetchall()
+        except UnicodeDecodeError as error:  # of SQLite's own message, which quotes the file
+            raise DatabaseError(f"{self.path}: expected texts in UTF-8, found: {error}") from error
 
     def _require_tables(self):
-        """Version 2 has all tables and columns of both versions, version 1 none of those of version 2."""
-        names = {name.lower() for (name,) in self._rows("SELECT name FROM sqlite_master")}
-        tables = {name for (name,) in
-                  self._rows("SELECT name FROM sqlite_master WHERE type = 'table' AND rootpage > 0")}
-        for wanted, is_there in ((TABLES, True), (TABLES_OF_VERSION_2, self.version == 2)):
-            for table, columns in wanted.items():
-                # Generated columns are not listed.
-                found = {name.lower() for (name,) in self._rows(f"SELECT name FROM pragma_table_info('{table}')")}
-                if is_there:
-                    require(table in tables and found.issuperset(columns),
-                            f"{self.path}: expected table {table} with columns {', '.join(columns)}, found another one")
-                else:
-                    require(table == "database" or table not in names,
-                            f"{self.path}: expected no table {table} in version 1, found one")
-                    require(table != "database" or found.isdisjoint(columns),
-                            f"{self.path}: expected no checksum in table database of version 1, found one")
+        """Version 1 has none of the tables and columns that version 2 adds."""
+        for table, columns in TABLES.items():
+            self._require_table(table, columns)
+        for table, columns in TABLES_OF_VERSION_2.items():
+            if self.version == 2:
+                self._require_table(table, columns)
+            else:
+                self._refuse_table(table, columns)
+
+    def _columns(self, table):
+        """The names of a table's columns, without generated ones."""
+        return {name.lower() for (name,) in self._rows("SELECT name FROM pragma_table_info(?)", table)}
+
+    def _require_table(self, table, columns):
+        kinds = self._rows("SELECT type, rootpage > 0 FROM sqlite_master WHERE name = ?", table)
+        require(kinds == [("table", 1)], f'table "{table}" of {self.path}: expected an ordinary table, found none')
+        missing = sorted(set(columns) - self._columns(table))
+        require(not missing, f'table "{table}" of {self.path}: expected columns {columns}, found no {missing}')
+
+    def _refuse_table(self, table, columns):
+        if table in TABLES:
+            later = sorted(set(columns) & self._columns(table))
+            require(not later, f'table "{table}" of {self.path}: expected no {later} in version 1, found them')
+        else:
+            kinds = self._rows("SELECT type FROM sqlite_master WHERE name = ? COLLATE NOCASE", table)
+            require(not kinds, f'table "{table}" of {self.path}: expected no such table in version 1, found one')
 
     def _read_catalogue(self):
         layout = self._rows("SELECT records, block_rows FROM database")
@@ -162,6 +175,8 @@ class Database:
             require(found == expected, f"catalogue of {self.path}: expected checksum {expected}, found {found}")
         self._require_sense()
         self.attributes = {attribute.name: attribute for attribute in self._attributes}
+        require(len(self.attributes) == len(self._attributes),
+                f"{self.path}: expected every name of an attribute once, found one twice")
         self.items = dict(items)
         self._require_blocks(index)
 
@@ -180,6 +195,8 @@ class Database:
                 require(isinstance(number, (int, float)) and math.isfinite(number),
                         f"{column}: expected finite scale and offset, found {number}")
             require(attribute.scale != 0, f"{column}: expected a scale other than 0, found 0")
+            for text in (attribute.unit, attribute.title, attribute.description):
+                require(text is None or isinstance(text, str), f"{column}: expected texts for people, found {text}")
         require(self._attributes or self.records == 0,
                 f"{self.path}: expected no records without attributes, found {self.records}")
 
@@ -187,13 +204,13 @@ class Database:
         """Every attribute has every block once, in table `block` and in the index. Reads no block."""
         keys = self._rows("SELECT attribute, number FROM block ORDER BY attribute, number")
         expected = self.block_count * len(self._attributes)
-        require(len(keys) == expected, f"{self.path}: expected {expected} blocks, found {len(keys)}")
+        require(len(keys) == expected, f'table "block" of {self.path}: expected {expected} blocks, found {len(keys)}')
         expected = [(attribute.id, number) for attribute in self._attributes for number in range(self.block_count)]
-        require(keys == expected, f"{self.path}: expected blocks 0 to {self.block_count - 1} of each attribute, found others")
+        require(keys == expected, f'table "block" of {self.path}: expected every block of each attribute, found others')
         self.index = None
         if index is not None:
             require([row[:2] for row in index] == keys,
-                    f"{self.path}: expected the same blocks in table block_index as in table block, found others")
+                    f'table "block_index" of {self.path}: expected the blocks of table "block", found others')
             self.index = {row[:2]: row[2:] for row in index}
 
     @property
@@ -300,8 +317,10 @@ def main():
                 describe(database)
             else:
                 print_values(database, arguments.attribute, arguments.records)
-    except (DatabaseError, sqlite3.Error) as error:
-        sys.exit(f"read_database.py: {arguments.file}: {error}")
+    except DatabaseError as error:
+        sys.exit(str(error))
+    except sqlite3.Error as error:
+        sys.exit(f"{arguments.file}: {error}")
 
 
 if __name__ == "__main__":

@@ -138,8 +138,8 @@ def write(path, attributes, columns, items, block_rows=1000000, encoding="deflat
     unfinished = f"{path}.{os.getpid()}.partial"
     try:
         with contextlib.closing(sqlite3.connect(unfinished, isolation_level=None)) as file:
-            file.executescript("PRAGMA page_size = 65536; BEGIN;"
-                               f"PRAGMA application_id = {read_database.APPLICATION_ID}; PRAGMA user_version = 2;" + SCHEMA)
+            file.executescript("PRAGMA page_size = 65536; BEGIN; PRAGMA user_version = 2;"
+                               f"PRAGMA application_id = {read_database.APPLICATION_ID};" + SCHEMA)
             insert_content(file, attributes, columns, items, block_rows, encoding)
             file.execute("COMMIT")
         os.replace(unfinished, path)
@@ -158,10 +158,13 @@ def main():
     arguments = parser.parse_args()
     try:
         with contextlib.closing(read_database.Database(arguments.input)) as source:
-            write(arguments.output, list(source.attributes.values()), [source.stored(name) for name in source.attributes],
-                  source.items, arguments.block_rows or source.block_rows, arguments.encoding)
-    except (read_database.DatabaseError, sqlite3.Error) as error:
-        sys.exit(f"write_database.py: {arguments.input}: {error}")
+            columns = [source.stored(name) for name in source.attributes]
+            write(arguments.output, list(source.attributes.values()), columns, source.items,
+                  arguments.block_rows or source.block_rows, arguments.encoding)
+    except read_database.DatabaseError as error:
+        sys.exit(str(error))
+    except sqlite3.Error as error:
+        sys.exit(f"{arguments.input} to {arguments.output}: {error}")
 
 
 if __name__ == "__main__":
