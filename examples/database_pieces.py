@@ -22,8 +22,9 @@ NO_FILTER, SHUFFLE, DELTA_AND_SHUFFLE = FILTERS = (0, 1, 2)
 NO_CODEC, ZLIB, LZ4 = CODECS = (0, 1, 2)
 
 USUAL_PIECE_BYTES = 262144  # decoded
-# What real values may be multiples of.
+# What real values may be multiples of, and what their offset may be a multiple of.
 SCALES = (1.0, 1e-1, 1e-2, 1e-3, 1e-4, 1e-5, 1e-6, 1e-7)
+OFFSET_UNITS = (1e6, 1e5, 1e4, 1e3, 1e2, 1e1, 1.0)
 SAMPLE_RECORDS = 100
 
 
@@ -165,8 +166,8 @@ def scaling_of(values):
     """A scale and an offset by which integers stand for the values of one component, or None."""
     if not math.isfinite(values[0]):
         return None
-    # Large values need an offset near them: then the rounding error of integer x scale is far below their last bit.
-    for offset in (0.0, float(round(values[0]))):
+    # The last bits depend on the offset that the values were made with; it mostly is 0 or a round number near them.
+    for offset in (0.0, *(values[0] // unit * unit for unit in OFFSET_UNITS)):
         for scale in SCALES:
             if integers_of(values[:SAMPLE_RECORDS], scale, offset) and integers_of(values, scale, offset):
                 return scale, offset

@@ -1,5 +1,6 @@
 # SPDX-License-Identifier: BSD-3-Clause
 """What docs/database-format.md shows is what the examples write and read: tables, texts, checksums and bytes."""
+import math
 import os
 import re
 import struct
@@ -7,7 +8,7 @@ import tempfile
 import unittest
 import zlib
 
-from example_modules import ROOT, database_pieces, read_database, rows_of, write_example
+from example_modules import ROOT, database_pieces, read_database, rows_of, write_database, write_example
 
 DUMP_LINE = re.compile(r"^ +(\d+) {3}((?:[0-9a-f]{2} )*[0-9a-f]{2})(?: {3}.*)?$", re.M)
 
@@ -53,7 +54,8 @@ class Page(unittest.TestCase):
         write_example(self.path)
 
     def shows_number_after(self, number, text):
-        self.assertRegex(page(), re.escape(text) + r"\W+" + str(number) + r"\b")
+        pattern = r"\s+".join(map(re.escape, text.split())) + rf"\W+{number}\b"
+        self.assertTrue(re.search(pattern, page()), f"expected {number} after: {text}")
 
     def test_tables_are_those_that_are_written(self):
         rows = rows_of(self.path, "SELECT sql FROM sqlite_master WHERE sql > ''")
@@ -69,6 +71,25 @@ class Page(unittest.TestCase):
         self.assertEqual(rows_of(self.path, "PRAGMA user_version"), [(2,)])
         self.assertEqual(rows_of(self.path, "PRAGMA page_size"), [(65536,)])
         self.assertIn("| 1380205123 (hexadecimal 52444243) |", page())
+
+    def test_codes_are_those_of_the_examples(self):
+        pieces = database_pieces
+        self.assertIn(f"filter: {pieces.NO_FILTER} none, {pieces.SHUFFLE} shuffle,"
+                      f" {pieces.DELTA_AND_SHUFFLE} delta and shuffle |", page())
+        self.assertIn(f"codec: {pieces.NO_CODEC} none, {pieces.ZLIB} zlib stream, {pieces.LZ4} LZ4 block |", page())
+        for name in pieces.TYPE_CODES:
+            self.assertIn(f"`{name}`", page())
+
+    def test_limits_are_those_of_the_examples(self):
+        self.assertIn(f"values per record, 1 to {read_database.MAXIMUM_LENGTH} |", page())
+        self.shows_number_after(read_database.MAXIMUM_METADATA_BYTES, "all names and values together are at most")
+        self.shows_number_after(write_database.MAXIMUM_EXTENT_COMPONENTS, "attribute with at most")
+        self.shows_number_after(database_pieces.USUAL_PIECE_BYTES, "as many records per piece as make")
+
+    def test_fields_of_the_canonical_text(self):
+        for value, text in ((None, "-"), (-12, "-12"), ("", "0:"), ("Ö b", "4:Ö b"), (1.0, "3ff0000000000000"),
+                            (0.0, "0000000000000000"), (-0.0, "0000000000000000"), (-math.inf, "fff0000000000000")):
+            self.assertEqual(read_database.canonical_field(value), text.encode())
 
     def test_checksum_is_the_one_of_zlib(self):
         self.shows_number_after(zlib.crc32(b"123456789"), "CRC-32 of the nine bytes `123456789` is")

@@ -5,6 +5,7 @@ import contextlib
 import os
 import sqlite3
 import sys
+import zlib
 
 ROOT = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..")
 sys.path.insert(0, os.path.join(ROOT, "examples"))
@@ -15,7 +16,7 @@ import write_database  # noqa: E402
 from read_database import Attribute  # noqa: E402
 
 __all__ = ["ROOT", "Attribute", "database_pieces", "read_database", "write_database", "content_of", "execute",
-           "rows_of", "write_example", "write_sample"]
+           "renew_catalogue_checksum", "rows_of", "write_example", "write_sample"]
 
 TIME_BASE = '{"epoch": "2015-10-27T00:00:00+00:00"}'
 
@@ -48,6 +49,16 @@ def execute(path, script):
     """Runs statements on a file, as any other program might."""
     with contextlib.closing(sqlite3.connect(path, isolation_level=None)) as file:
         file.executescript(script)
+
+
+def renew_catalogue_checksum(path):
+    """Makes the checksum that of the tables, as a writer would that writes such tables."""
+    text = read_database.catalogue_text(
+        rows_of(path, "SELECT records, block_rows FROM database")[0],
+        rows_of(path, "SELECT * FROM attribute ORDER BY id"),
+        rows_of(path, "SELECT name, value FROM metadata ORDER BY name"),
+        rows_of(path, "SELECT * FROM block_index ORDER BY attribute, number"))
+    execute(path, f"UPDATE database SET catalogue_checksum = {zlib.crc32(text)}")
 
 
 def rows_of(path, query):

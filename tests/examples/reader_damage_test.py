@@ -9,7 +9,8 @@ import tempfile
 import unittest
 import zlib
 
-from example_modules import (ROOT, content_of, database_pieces, execute, read_database, rows_of, write_sample)
+from example_modules import (ROOT, content_of, database_pieces, execute, read_database, renew_catalogue_checksum,
+                             rows_of, write_sample)
 
 # Statement on a file of version 2, and the error without "FILE: " or " of FILE".
 WRONG_FILES = [
@@ -53,6 +54,20 @@ CATALOGUE_CHANGES = [
     "UPDATE block_index SET checksum = checksum + 1 WHERE attribute = 1 AND number = 0",
     "UPDATE block_index SET bytes = bytes + 1 WHERE attribute = 1 AND number = 0",
     "DELETE FROM block_index WHERE attribute = 1 AND number = 2", "INSERT INTO block_index VALUES (3, 0, NULL, 0, 0)",
+]
+
+# Statement on a file of version 2 whose checksum is renewed afterwards, and the error.
+CONTRADICTIONS = [
+    ("DELETE FROM block_index WHERE attribute = 1 AND number = 2",
+     'table "block_index": expected the blocks of table "block", found others'),
+    ("UPDATE block_index SET encoding = 'other' WHERE attribute = 1 AND number = 2",
+     'column "points", block 2: expected no encoding or "pieces", found "other"'),
+    ("UPDATE database SET records = 299",
+     'column "points", block 2: expected one zlib stream of 516 bytes, found another one'),
+    ("UPDATE attribute SET length = 4 WHERE id = 2",
+     'column "classes", block 0: expected one zlib stream of 1024 bytes, found another one'),
+    ("UPDATE attribute SET type = 'int32' WHERE id = 2",
+     'column "classes", block 0: expected one zlib stream of 512 bytes, found another one'),
 ]
 
 # Statement on a file of version 1, whose catalogue nothing protects, and the error.
@@ -111,9 +126,10 @@ class WithFile(unittest.TestCase):
         self.sound = os.path.join(self.folder.name, "sound.rdbx")
         self.path = os.path.join(self.folder.name, "damaged.rdbx")
 
-    def error_after(self, script):
+    def error_after(self, script, action=lambda path: None):
         shutil.copyfile(self.sound, self.path)
         execute(self.path, script)
+        action(self.path)
         with self.assertRaises(read_database.DatabaseError, msg=script) as raised:
             content_of(self.path)
         return str(raised.exception).replace(f" of {self.path}", "").replace(f"{self.path}: ", "")
@@ -131,6 +147,15 @@ class Damage(WithFile):
     def test_change_of_the_catalogue_is_noticed(self):
         for script in CATALOGUE_CHANGES:
             self.assertRegex(self.error_after(script), r"^catalogue: expected checksum \d+, found \d+$")
+
+    def test_tables_that_contradict_each_other_are_refused(self):
+        for script, text in CONTRADICTIONS:
+            self.assertEqual(self.error_after(script, renew_catalogue_checksum), text)
+
+    def test_order_of_the_rows_does_not_matter(self):
+        expected = content_of(self.sound)
+        execute(self.sound, "UPDATE metadata SET rowid = 10 WHERE name = 'riegl.time_base'")
+        self.assertEqual(content_of(self.sound), expected)
 
     def test_blob_in_the_catalogue_is_refused(self):
         self.assertEqual(self.error_after("UPDATE attribute SET unit = x'00' WHERE id = 1"),
