@@ -37,7 +37,7 @@ class CheckRooms(unittest.TestCase):
 
     def test_header_made_from_a_template_is_of_the_templates_room(self):
         files = {"include/rdb2nimbra/version.h.in": ""}
-        self.assertEqual(answer({**files, "apps/rdbtool/main.cpp": "#include <rdb2nimbra/version.h>\n"}), (0, ""))
+        self.assertEqual(answer({**files, "apps/nimbra-host/main.cpp": "#include <rdb2nimbra/version.h>\n"}), (0, ""))
         self.refuses({**files, "names/names.h": "#include <rdb2nimbra/version.h>\n"},
                      "names/names.h: room names may not include include/rdb2nimbra/version.h.in, which is in room "
                      "include/rdb2nimbra")
