@@ -23,7 +23,7 @@ from database_pieces import TYPE_CODES, DatabaseError, require
 
 APPLICATION_ID = 0x52444243
 MAXIMUM_LENGTH = 65536
-MAXIMUM_METADATA_BYTES = 32 << 20
+MAXIMUM_TEXT_BYTES = 32 << 20  # of all attributes, and of all metadata items
 
 TABLES = {"database": ["records", "block_rows"],
           "attribute": ["id", "name", "type", "length", "scale", "offset", "unit", "title", "description"],
@@ -83,6 +83,16 @@ def catalogue_text(layout, attributes, items, index):
 def extent_text(extents):
     """The text whose CRC-32 is `extent_checksum`, of the rows of table `extent` by attribute, number and component."""
     return b"".join(canonical_line(b"extent", row) for row in extents)
+
+
+def text_bytes(rows):
+    """The bytes of all texts in some rows of texts and nulls."""
+    return sum(len(text.encode()) for row in rows for text in row if text is not None)
+
+
+def texts_of(attributes):
+    """What counts as the texts of attributes: rows of names, units, titles and descriptions."""
+    return [[attribute.name, attribute.unit, attribute.title, attribute.description] for attribute in attributes]
 
 
 # Databases -----------------------------------------------------------------------------------------------------------
@@ -165,15 +175,15 @@ class Database:
         items.sort(key=lambda item: item[0].encode())
         index = None
         if self.version == 2:
-            size = sum(len(name.encode()) + len(value.encode()) for name, value in items)
-            require(size <= MAXIMUM_METADATA_BYTES,
-                    f"{self.path}: expected at most {MAXIMUM_METADATA_BYTES} bytes of metadata, found {size}")
             index = self._rows("SELECT attribute, number, encoding, checksum, bytes FROM block_index"
                                " ORDER BY attribute, number")
             found = zlib.crc32(catalogue_text(layout[0], self._attributes, items, index))
             ((expected,),) = self._rows("SELECT catalogue_checksum FROM database")
             require(found == expected, f"catalogue of {self.path}: expected checksum {expected}, found {found}")
         self._require_sense()
+        if self.version == 2:
+            self._require_text_bytes("attribute", texts_of(self._attributes))
+            self._require_text_bytes("metadata", items)
         self.attributes = {attribute.name: attribute for attribute in self._attributes}
         require(len(self.attributes) == len(self._attributes),
                 f"{self.path}: expected every name of an attribute once, found one twice")
@@ -199,6 +209,11 @@ class Database:
                 require(text is None or isinstance(text, str), f"{column}: expected texts for people, found {text}")
         require(self._attributes or self.records == 0,
                 f"{self.path}: expected no records without attributes, found {self.records}")
+
+    def _require_text_bytes(self, table, rows):
+        size = text_bytes(rows)
+        require(size <= MAXIMUM_TEXT_BYTES,
+                f'table "{table}" of {self.path}: expected at most {MAXIMUM_TEXT_BYTES} bytes of text, found {size}')
 
     def _require_blocks(self, index):
         """Every attribute has every block once, in table `block` and in the index. Reads no block."""

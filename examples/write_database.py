@@ -16,7 +16,7 @@ import zlib
 
 import database_pieces
 import read_database
-from read_database import catalogue_text, extent_text
+from read_database import MAXIMUM_TEXT_BYTES, catalogue_text, extent_text, text_bytes, texts_of
 
 SCHEMA = """
 CREATE TABLE database (records INTEGER NOT NULL, block_rows INTEGER NOT NULL,
@@ -78,9 +78,9 @@ def checked_records(attributes, columns, items):
         counts.add(len(values) // attribute.length)
     if len(counts) > 1:
         raise ValueError(f"columns: expected the same number of records in each, found {sorted(counts)}")
-    size = sum(len(name.encode()) + len(value.encode()) for name, value in items)
-    if size > read_database.MAXIMUM_METADATA_BYTES:
-        raise ValueError(f"metadata: expected at most {read_database.MAXIMUM_METADATA_BYTES} bytes, found {size}")
+    for what, rows in (("attributes", texts_of(attributes)), ("metadata", items)):
+        if text_bytes(rows) > MAXIMUM_TEXT_BYTES:
+            raise ValueError(f"{what}: expected at most {MAXIMUM_TEXT_BYTES} bytes of text, found {text_bytes(rows)}")
     return counts.pop() if counts else 0
 
 

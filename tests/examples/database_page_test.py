@@ -82,7 +82,8 @@ class Page(unittest.TestCase):
 
     def test_limits_are_those_of_the_examples(self):
         self.assertIn(f"values per record, 1 to {read_database.MAXIMUM_LENGTH} |", page())
-        self.shows_number_after(read_database.MAXIMUM_METADATA_BYTES, "all names and values together are at most")
+        self.shows_number_after(read_database.MAXIMUM_TEXT_BYTES, "all names and values together are at most")
+        self.shows_number_after(read_database.MAXIMUM_TEXT_BYTES, "descriptions of all attributes together are at most")
         self.shows_number_after(write_database.MAXIMUM_EXTENT_COMPONENTS, "attribute with at most")
         self.shows_number_after(database_pieces.USUAL_PIECE_BYTES, "as many records per piece as make")
 

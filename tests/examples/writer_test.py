@@ -38,7 +38,9 @@ REFUSALS = [
     ([ONE, Attribute(2, "b", "int8")], [array.array("b", [1]), array.array("b", [1, 2])], {},
      "columns: expected the same number of records in each, found [1, 2]"),
     ([ONE], [array.array("b", [1])], {"ö": "x" * ((32 << 20) - 1)},
-     "metadata: expected at most 33554432 bytes, found 33554433"),
+     "metadata: expected at most 33554432 bytes of text, found 33554433"),
+    ([ONE._replace(title="x" * (32 << 20))], [array.array("b", [1])], {},
+     "attributes: expected at most 33554432 bytes of text, found 33554433"),
 ]
 
 
