@@ -50,6 +50,7 @@ class Attribute(typing.NamedTuple):
 # The canonical text of the catalogue ---------------------------------------------------------------------------------
 
 def canonical_field(value):
+    """A field of a line: a null, an integer, a real or a text."""
     if value is None:
         return b"-"
     if isinstance(value, int):
