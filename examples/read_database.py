@@ -134,6 +134,8 @@ class Database:
             return self.file.execute(query, values).fetchall()
         except UnicodeDecodeError as error:  # of SQLite's own message, which quotes the file
             raise DatabaseError(f"{self.path}: expected texts in UTF-8, found: {error}") from error
+        except MemoryError as error:  # most often a damaged size
+            raise DatabaseError(f"{self.path}: expected content that fits into memory, found a larger size") from error
 
     def _require_tables(self):
         """Version 1 has none of the tables and columns that version 2 adds."""

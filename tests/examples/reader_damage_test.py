@@ -220,6 +220,11 @@ class DamageInVersion1(WithFile):
         execute(self.path, "UPDATE block SET checksum = NULL")
         self.assertEqual(repr(content_of(self.path)), repr(content_of(self.sound)))
 
+    def test_size_beyond_memory_is_refused(self):
+        shutil.copyfile(os.path.join(ROOT, "tests", "fuzz", "corpus", "database", "overflown_size"), self.path)
+        with self.assertRaisesRegex(read_database.DatabaseError, "expected content that fits into memory, found a larger"):
+            content_of(self.path)
+
     def test_block_of_another_size_is_refused(self):
         self.assertEqual(self.error_after("UPDATE block SET checksum = NULL, data = x'00' WHERE attribute = 1"),
                          'column "int8", block 0: expected 7 bytes, found 1')
