@@ -30,6 +30,10 @@ class CONTAINER_API Cursor {
   /// \errors Error for an unknown name, a null buffer and a stride below the size of a record
   void bind(const std::string& name, ElementType type, void* buffer, int stride = 0);
 
+  /// The same for values as they are stored: of the attribute's own type, without scale and offset.
+  /// \errors as bind()
+  void bindStored(const std::string& name, void* buffer, int stride = 0);
+
   /// Reads up to `count` further records into all bound buffers, each from its start.
   ///
   /// \return how many were read, 0 at the end; counts on if nothing is bound
