@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <fcntl.h>
 #include <filesystem>
+#include <sys/stat.h>
 #include <system_error>
 #include <unistd.h>
 
@@ -16,6 +17,8 @@ namespace container {
 namespace {
 
 namespace fs = std::filesystem;
+
+constexpr mode_t permissionBits = 0777;
 
 [[noreturn]] void refuse(const std::string& path, const std::string& expected, const std::string& found) {
   throw Error(ErrorKind::cannotWrite, "cannot write the database",
@@ -67,16 +70,27 @@ bool forceToDisk(const std::string& path, int flags) {
   return ::close(file) == 0 && done;
 }
 
+// Passes on owner, group and permissions of a file that is about to be replaced. Only the superuser may give files away;
+// without that right the new file belongs to the caller.
+void inherit(const std::string& path, const std::string& older) {
+  struct stat status {};
+  if (::stat(older.c_str(), &status) == 0) {
+    [[maybe_unused]] const int owned = ::chown(path.c_str(), status.st_uid, status.st_gid);
+    ::chmod(path.c_str(), status.st_mode & permissionBits);
+  }
+}
+
 } // namespace
 
 TemporaryFile::TemporaryFile(const std::string& path) : finalPath(path) {
   requireReplaceable(path);
   finalPath = followLinks(path);
   static std::atomic<unsigned> made = 0;
+  const bool replaces = ::access(finalPath.c_str(), F_OK) == 0;
   int file = -1;
   do {
     temporaryPath = finalPath + "." + std::to_string(::getpid()) + "-" + std::to_string(++made) + ".partial";
-    file = ::open(temporaryPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+    file = ::open(temporaryPath.c_str(), O_RDWR | O_CREAT | O_EXCL | O_CLOEXEC, replaces ? 0600 : 0666);
   } while (file < 0 && errno == EEXIST);
   if (file < 0) {
     refuse(path, "a directory that takes a new file", systemText(errno));
@@ -91,7 +105,11 @@ TemporaryFile::~TemporaryFile() {
 }
 
 void TemporaryFile::putInPlace() {
-  if (!forceToDisk(temporaryPath, O_RDWR) || std::rename(temporaryPath.c_str(), finalPath.c_str()) != 0) {
+  const bool isOnDisk = forceToDisk(temporaryPath, O_RDWR);
+  if (isOnDisk) {
+    inherit(temporaryPath, finalPath);
+  }
+  if (!isOnDisk || std::rename(temporaryPath.c_str(), finalPath.c_str()) != 0) {
     refuse(finalPath, "room for the finished file", systemText(errno));
   }
   temporaryPath.clear();

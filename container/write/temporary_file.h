@@ -18,7 +18,8 @@ class TemporaryFile {
 
   /// Where the file is until then; empty once it is in place.
   const std::string& path() const { return temporaryPath; }
-  /// Forces the content to disk and renames the file to its final name, atomically replacing the old file.
+  /// Forces the content to disk and renames the file to its final name, atomically replacing the old file, whose
+  /// permissions it takes, and whose owner and group where the system allows that.
   /// \errors Error if the system refuses; the old file is untouched then
   void putInPlace();
 
