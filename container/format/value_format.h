@@ -2,10 +2,11 @@
 // How the bits of a stored value are read: kind of number and bytes.
 #pragma once
 
-#include "container/format/element_type.h"
+#include "container/format/element_traits.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace container {
 
@@ -19,12 +20,11 @@ struct ValueFormat {
 
 /// The format of the values of an element type.
 inline ValueFormat valueFormat(ElementType type) {
-  const bool isReal = type == ElementType::float32 || type == ElementType::float64;
-  const bool isSigned = static_cast<unsigned int>(type) % 2 == 0; // signed and unsigned types alternate
-  return {isReal     ? NumberKind::real
-          : isSigned ? NumberKind::signedInteger
-                     : NumberKind::unsignedInteger,
-          byteSize(type)};
+  return visitElement(type, []<class Element>(std::type_identity<Element>) -> ValueFormat {
+    const NumberKind integer =
+        std::is_signed_v<Element> ? NumberKind::signedInteger : NumberKind::unsignedInteger;
+    return {std::is_floating_point_v<Element> ? NumberKind::real : integer, sizeof(Element)};
+  });
 }
 
 } // namespace container

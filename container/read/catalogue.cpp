@@ -66,13 +66,16 @@ AttributeRow rowOf(const Column& column, const Statement& row) {
 } // namespace
 
 Catalogue::Catalogue(Connection& connection) {
+  const bool isProtected = connection.version() != firstVersion;
+  const ValueLimit limit(connection,
+                         isProtected ? mostMetadataBytes : std::numeric_limits<std::uint64_t>::max());
   readLayout(connection);
   readAttributes(connection);
   if (all.empty() && division.records != 0) {
     wrongCatalogue(tableOf(connection, "database"), "no records without attributes",
                    std::to_string(division.records) + " records");
   }
-  if (connection.version() != firstVersion) {
+  if (isProtected) {
     readProtectedTables(connection);
     return;
   }
@@ -121,7 +124,8 @@ void Catalogue::readAttributes(Connection& connection) {
                 "SELECT id, name, type, length, scale, \"offset\", unit, title, description FROM attribute "
                 "NOT INDEXED", // in the order of the table: sorting would hold every text in memory
                 object);
-  const std::uint64_t mostTextBytes = connection.identity().bytes;
+  const std::uint64_t mostTextBytes =
+      connection.version() == firstVersion ? connection.identity().bytes : mostMetadataBytes;
   std::uint64_t textBytes = 0;
   while (row.step()) {
     if (row.type(0) != SQLITE_INTEGER || (!all.empty() && row.integer(0) <= all.back().id)) {
@@ -130,8 +134,7 @@ void Catalogue::readAttributes(Connection& connection) {
     Column column{row.integer(0), attributeFrom(row, connection.path()), {}, {}};
     text.add(rowOf(column, row));
     if (textBytes += textBytesOf(column.attribute); textBytes > mostTextBytes) {
-      wrongCatalogue(object, "at most as much text as the file has bytes, " + std::to_string(mostTextBytes),
-                     "more");
+      wrongCatalogue(object, "at most " + std::to_string(mostTextBytes) + " bytes of text", "more");
     }
     if (!indexByName.emplace(column.attribute.name, all.size()).second) {
       wrongCatalogue(object, "every name once", "\"" + column.attribute.name + "\" twice");

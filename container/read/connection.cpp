@@ -322,6 +322,11 @@ Error Connection::failure(const std::string& object, int status) const {
             filePath +
                 ": expected a finished file, found a journal of a change that was broken off beside it; "
                 "a program that may write to the file can undo it"};
+  case SQLITE_TOOBIG:
+    return {ErrorKind::damaged, cannotRead,
+            object + ": expected values of at most " +
+                std::to_string(sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, -1)) +
+                " bytes, found a larger one"};
   case SQLITE_INTERRUPT:
     return {ErrorKind::damaged, cannotRead,
             object + ": expected sound content, found: more entries than the file can hold"};
@@ -329,6 +334,16 @@ Error Connection::failure(const std::string& object, int status) const {
     return {ErrorKind::damaged, cannotRead,
             object + ": expected sound content, found: " + sqlite3_errstr(status)};
   }
+}
+
+ValueLimit::ValueLimit(const Connection& connection, std::uint64_t bytes)
+    : handle(connection.handle()), before(sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, -1)) {
+  sqlite3_limit(handle, SQLITE_LIMIT_LENGTH,
+                static_cast<int>(std::min(bytes, static_cast<std::uint64_t>(before))));
+}
+
+ValueLimit::~ValueLimit() {
+  sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, before);
 }
 
 Statement::Statement(Connection& owner, const char* sql, std::string object)

@@ -72,6 +72,20 @@ class Connection {
   std::unique_ptr<sqlite3, Close> database;
 };
 
+/// While it lives, statements on a connection fail where a value has more bytes than these, before memory is allocated
+/// for it. The connection outlives it.
+class ValueLimit {
+ public:
+  ValueLimit(const Connection& connection, std::uint64_t bytes);
+  ValueLimit(const ValueLimit&) = delete;
+  ValueLimit& operator=(const ValueLimit&) = delete;
+  ~ValueLimit();
+
+ private:
+  sqlite3* handle;
+  int before;
+};
+
 /// A prepared statement; parameters and columns count from 1 and 0 as in SQLite. The connection outlives it.
 /// \errors Error, or std::bad_alloc, from every operation in which SQLite fails
 class Statement {

@@ -76,15 +76,14 @@ bool EncodedBlock::readHeader(BlockReader& reader, const codec::BlockShape& shap
   }
 }
 
-bool EncodedBlock::decodeFrom(BlockReader& reader, std::uint32_t piece, unsigned char* records,
-                              bool straight) {
-  const codec::StoredPiece& stored = opened.pieces[piece];
-  std::byte* const bytes = storedPiece.of(stored.bytes);
-  if (!take(reader, bytes, stored.bytes, stored.position, straight)) {
+bool EncodedBlock::decodeFrom(BlockReader& reader, std::uint32_t piece, std::byte* stored,
+                              std::byte* records, bool straight) {
+  const codec::StoredPiece& place = opened.pieces[piece];
+  if (!take(reader, stored, place.bytes, place.position, straight)) {
     return false;
   }
   try {
-    decoder.decode(opened, piece, {bytes, stored.bytes}, reinterpret_cast<std::byte*>(records));
+    decoder.decode(opened, piece, {stored, place.bytes}, records);
     return true;
   } catch (const codec::EncodingError& error) {
     if (straight) {
@@ -94,19 +93,26 @@ bool EncodedBlock::decodeFrom(BlockReader& reader, std::uint32_t piece, unsigned
   }
 }
 
-void EncodedBlock::decode(BlockReader& reader, std::uint32_t piece, unsigned char* records) {
+void EncodedBlock::decode(BlockReader& reader, std::uint32_t piece, std::byte* stored, std::byte* records) {
   goTo(reader);
-  if (!decodeFrom(reader, piece, records, true)) {
+  if (!decodeFrom(reader, piece, stored, records, true)) {
     reader.readThroughSqlite();
-    decodeFrom(reader, piece, records, false);
+    decodeFrom(reader, piece, stored, records, false);
   }
+}
+
+void EncodedBlock::decode(BlockReader& reader, std::uint32_t piece, unsigned char* records) {
+  decode(reader, piece, storedPiece.of(opened.pieces[piece].bytes), reinterpret_cast<std::byte*>(records));
 }
 
 const unsigned char* EncodedBlock::recordsOf(BlockReader& reader, std::uint32_t piece) {
   if (keptPiece != piece) {
     keptPiece = none;
-    kept = decodedPiece.of(static_cast<std::size_t>(opened.records(piece)) * opened.recordBytes());
-    decode(reader, piece, reinterpret_cast<unsigned char*>(kept));
+    const std::size_t storedBytes = opened.pieces[piece].bytes;
+    const std::size_t bytes = static_cast<std::size_t>(opened.records(piece)) * opened.recordBytes();
+    const bool isShared = opened.hasIntermediate(); // the stored bytes are not needed once records are written
+    kept = decodedPiece.of(isShared ? std::max(bytes, storedBytes) : bytes);
+    decode(reader, piece, isShared ? kept : storedPiece.of(storedBytes), kept);
     keptPiece = piece;
   }
   return reinterpret_cast<const unsigned char*>(kept);

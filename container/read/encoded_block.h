@@ -14,8 +14,8 @@ namespace container {
 
 class BlockReader;
 
-/// The header of one encoded block, and the piece of it that was decoded last. The memory of two pieces at most stays
-/// with it. Not thread-safe: one per BlockReader. Several may read pieces of one block.
+/// The header of one encoded block, and the piece of it that was decoded last. Keeps the memory of two pieces at most,
+/// stored bytes and steps of decoding included. Not thread-safe: one per BlockReader. Several may read pieces of one block.
 class EncodedBlock {
  public:
   /// Goes to a block that the column's index names encoded, and reads its header unless it is the one of the last call.
@@ -33,7 +33,9 @@ class EncodedBlock {
   static constexpr std::uint64_t none = std::numeric_limits<std::uint64_t>::max();
 
   bool readHeader(BlockReader& reader, const codec::BlockShape& shape, bool straight);
-  bool decodeFrom(BlockReader& reader, std::uint32_t piece, unsigned char* records, bool straight);
+  void decode(BlockReader& reader, std::uint32_t piece, std::byte* stored, std::byte* records);
+  bool decodeFrom(BlockReader& reader, std::uint32_t piece, std::byte* stored, std::byte* records,
+                  bool straight);
   void goTo(BlockReader& reader);
 
   codec::PieceDecoder decoder;

@@ -133,6 +133,7 @@ std::vector<ColumnExtents> readExtents(Connection& connection, const BlockLayout
   if (connection.version() == firstVersion) {
     return std::vector<ColumnExtents>(columns.size());
   }
+  const ValueLimit limit(connection, mostMetadataBytes);
   TextChecksum text;
   std::vector<ColumnExtents> extents = ExtentRows(connection, layout, columns).readAll(text);
   Statement row(connection, "SELECT extent_checksum FROM database",

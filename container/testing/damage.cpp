@@ -210,7 +210,8 @@ void checkRequest(const DamageRequest& request) {
   }
   if (request.dropsUnknownTable()) {
     refuse(ErrorKind::wrongUse, request,
-           "expected table database, attribute, block or metadata, found \"" + *request.dropTable + "\"");
+           "expected table database, attribute, block, metadata, block_index or extent, found \"" +
+               *request.dropTable + "\"");
   }
   std::error_code problem;
   if (!std::filesystem::is_regular_file(request.file, problem)) {

@@ -2,14 +2,22 @@
 // A few threads that run tasks in the order of their arrival.
 #include "container/write/worker_threads.h"
 
+#include "container/format/processors.h"
+
 #include <algorithm>
 #include <system_error>
 #include <utility>
 
 namespace container {
+namespace {
 
-WorkerThreads::WorkerThreads(unsigned int count)
-    : mostThreads(count != 0 ? count : std::max(std::thread::hardware_concurrency(), 1U)) {}
+constexpr unsigned int mostAtAll = 64;
+
+} // namespace
+
+WorkerThreads::WorkerThreads(unsigned int count) : mostThreads(count != 0 ? count : usableProcessors()) {
+  mostThreads = std::min<std::size_t>(mostThreads, mostAtAll);
+}
 
 WorkerThreads::~WorkerThreads() {
   {

@@ -18,7 +18,7 @@ namespace container {
 /// Threads that start with the first task. Destruction waits for the tasks that run and drops the others.
 class WorkerThreads {
  public:
-  /// \param count  threads at most; 0 takes one per processor
+  /// \param count  threads at most, and never more than 64; 0 takes one per processor that this thread may run on
   explicit WorkerThreads(unsigned int count);
   WorkerThreads(const WorkerThreads&) = delete;
   WorkerThreads& operator=(const WorkerThreads&) = delete;

@@ -22,6 +22,8 @@
 namespace container {
 namespace {
 
+// Blocks that wait for their encoding. Two per thread: a thread need not wait while another one's block takes longer.
+constexpr std::size_t pendingPerThread = 2;
 constexpr std::uint64_t mostPendingBytes = 256 << 20;
 constexpr std::uint64_t mostBlockBytes = 900'000'000; // SQLite takes values of up to 1,000,000,000 bytes
 
@@ -68,6 +70,20 @@ void checkAttribute(const Attribute& attribute, std::uint32_t blockRows) {
   }
 }
 
+std::uint64_t textBytesOf(const Attribute& attribute) {
+  return attribute.name.size() + attribute.unit.size() + attribute.title.size() +
+         attribute.description.size();
+}
+
+// Readers of version 2 refuse more.
+void requireTextBytes(const WriterSettings& settings, const std::string& object, const char* texts,
+                      std::uint64_t bytes) {
+  if (settings.version != firstVersion && bytes > mostMetadataBytes) {
+    refuse(object, "at most " + std::to_string(mostMetadataBytes) + " bytes of " + texts,
+           std::to_string(bytes));
+  }
+}
+
 const WriterSettings& checked(const std::string& path, const WriterSettings& settings) {
   if (settings.blockRows == 0) {
     refuse(path, "at least one record per block", "0");
@@ -103,6 +119,7 @@ struct Writer::State {
   std::set<std::string> names{};
   std::map<std::string, std::string> items{};
   std::uint64_t itemBytes = 0;
+  std::uint64_t attributeTextBytes = 0;
   std::uint64_t rowCount = 0;
   bool usable = true;
   std::deque<PendingBlock> pending{};
@@ -138,8 +155,8 @@ void Writer::State::insertOldest() {
   insert(block.column, block.number, block.records, block.prepared.get());
 }
 
-// The block that the record at rowCount is in. Encoded blocks go through a queue; they are inserted in order, and
-// wait in memory until then: one per thread, and no more than mostPendingBytes.
+// Takes the block that the record at rowCount is in. Blocks to be encoded go through a queue and are inserted in its
+// order, so that the file does not depend on which thread is done first.
 void Writer::State::takeBlock(std::size_t index, std::span<const unsigned char> records) {
   const OpenColumn& column = columns[index];
   const std::uint64_t number = rowCount / settings.blockRows;
@@ -148,8 +165,8 @@ void Writer::State::takeBlock(std::size_t index, std::span<const unsigned char> 
     insert(index, number, records, prepareBlock(records, column.attribute(), encoding, column.source));
     return;
   }
-  while (!pending.empty() &&
-         (pending.size() > workers.count() || pendingBytes + records.size() > mostPendingBytes)) {
+  while (!pending.empty() && (pending.size() >= pendingPerThread * workers.count() ||
+                              pendingBytes + records.size() > mostPendingBytes)) {
     insertOldest();
   }
   PendingBlock& block = pending.emplace_back();
@@ -227,6 +244,8 @@ std::size_t Writer::addAttribute(const Attribute& attribute, const std::vector<S
            std::to_string(state->rowCount) + " records written");
   }
   checkAttribute(attribute, state->settings.blockRows);
+  const std::uint64_t textBytes = state->attributeTextBytes + textBytesOf(attribute);
+  requireTextBytes(state->settings, "column \"" + attribute.name + "\"", "texts of all attributes", textBytes);
   if (!source.empty() && source.size() != attribute.length) {
     refuse("column \"" + attribute.name + "\"",
            "the scale of " + std::to_string(attribute.length) + " components, or of none",
@@ -235,6 +254,7 @@ std::size_t Writer::addAttribute(const Attribute& attribute, const std::vector<S
   if (!state->names.insert(attribute.name).second) {
     refuse("column \"" + attribute.name + "\"", "a name of its own", "an attribute of that name");
   }
+  state->attributeTextBytes = textBytes;
   OpenColumn& column = state->columns.emplace_back();
   column.written.attribute = attribute;
   for (const SourceScaling& component : source) {
@@ -249,11 +269,7 @@ void Writer::setMetadata(const std::string& name, const std::string& value) {
   if (const auto old = state->items.find(name); old != state->items.end()) {
     bytes -= name.size() + old->second.size();
   }
-  if (state->settings.version != firstVersion && bytes > mostMetadataBytes) {
-    refuse("item \"" + name + "\"",
-           "at most " + std::to_string(mostMetadataBytes) + " bytes of names and values of all items",
-           std::to_string(bytes));
-  }
+  requireTextBytes(state->settings, "item \"" + name + "\"", "names and values of all items", bytes);
   state->items[name] = value;
   state->itemBytes = bytes;
 }

@@ -26,6 +26,7 @@ void PrintTo(const Case& row, std::ostream* out) {
 const std::string wrongTable = "the file is not a database of this kind (table ";
 const std::string wrongCatalogue = "the catalogue of the database is wrong (";
 const std::string damaged = "the database is damaged (";
+const std::string tooLarge = "cannot read the database (";
 const std::string otherChecksum = damaged + "catalogue of scan.rdbx: expected checksum 569117891, found ";
 
 const Case cases[] = {
@@ -68,6 +69,24 @@ const Case cases[] = {
     {"MuchMetadata", "INSERT INTO metadata VALUES ('much', hex(zeroblob(16777216)))",
      wrongCatalogue + "table \"metadata\" of scan.rdbx: expected at most 33554432 bytes of names and values, "
                       "found more)"},
+    {"LargeItem", "INSERT INTO metadata VALUES ('much', hex(zeroblob(17000000)))",
+     tooLarge + "item \"much\" of scan.rdbx: expected values of at most 33554432 bytes, found a larger one)"},
+    {"LargeItemName", "INSERT INTO metadata VALUES (hex(zeroblob(17000000)), '')",
+     tooLarge +
+         "table \"metadata\" of scan.rdbx: expected values of at most 33554432 bytes, found a larger one)"},
+    {"LargeTitle", "UPDATE attribute SET title = hex(zeroblob(17000000)) WHERE id = 2",
+     tooLarge +
+         "table \"attribute\" of scan.rdbx: expected values of at most 33554432 bytes, found a larger one)"},
+    {"LargeTitles", "UPDATE attribute SET title = hex(zeroblob(16000000))",
+     wrongCatalogue +
+         "table \"attribute\" of scan.rdbx: expected at most 33554432 bytes of text, found more)"},
+    {"LargeEncoding", "UPDATE block_index SET encoding = hex(zeroblob(17000000)) WHERE number = 1",
+     tooLarge +
+         "table \"block_index\" of scan.rdbx: expected values of at most 33554432 bytes, found a larger "
+         "one)"},
+    {"LargeMinimum", "UPDATE extent SET minimum = 'x' || hex(zeroblob(17000000)) WHERE number = 1",
+     tooLarge +
+         "table \"extent\" of scan.rdbx: expected values of at most 33554432 bytes, found a larger one)"},
     {"OtherRecords", "UPDATE database SET records = 9",
      wrongCatalogue + "column \"riegl.xyz\" of scan.rdbx, block 2: expected 24 bytes, found 48)"},
     {"ManyRecords", "UPDATE database SET records = 9223372036854775807",
