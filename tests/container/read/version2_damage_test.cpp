@@ -16,7 +16,7 @@ namespace {
 using namespace containertest;
 using container::BlockEncoding;
 
-unsigned long damageCount = 3000;
+unsigned long damageCount = 20000;
 unsigned long seed = 20260101;
 
 /// Everything that a program can learn from a file.
