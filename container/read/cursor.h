@@ -36,6 +36,8 @@ class CONTAINER_API Cursor {
 
   /// Reads up to `count` further records into all bound buffers, each from its start.
   ///
+  /// Encoded blocks are decoded in pieces of about 256 KiB, and each thread keeps the last one only: with several columns
+  /// bound, calls for few records decode the same pieces again. Tens of thousands of records per call avoid that.
   /// \return how many were read, 0 at the end; counts on if nothing is bound
   /// \errors Error for a damaged or unreadable block; the position stays where it was, and the contents of the bound
   ///         buffers are unspecified

@@ -52,8 +52,8 @@ class ReadJobs {
 /// records are reported as read; of an encoded block the pieces that hold the records are, each with its own checksum.
 void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader);
 
-/// Runs all jobs on as many threads as the pool has readers for, which share the pieces of encoded blocks. Rethrows the failure of the lowest job that fails,
-/// whichever thread met it.
+/// Runs all jobs on as many threads as the pool has readers for, which share the pieces of encoded blocks. Rethrows the
+/// failure of the lowest job that fails, whichever thread met it.
 void runAll(ReadJobs jobs, ReaderPool& pool);
 
 } // namespace container

@@ -19,9 +19,9 @@ struct Verification {
   bool isCatalogueProtected = false; ///< whether a checksum covers attributes, items and the list of blocks
 };
 
-/// Reads every block of every attribute, every metadata item and the extents of the file at `path`, and checks type, size
-/// and checksum; decodes encoded blocks. Passes each fault to `report` as (what, details), in the order of attributes and
-/// blocks, then items, then extents, and continues after it.
+/// Reads every block of every attribute, every metadata item and the extents of the file at `path`; checks types, sizes
+/// and checksums, and decodes encoded blocks. Passes each fault to `report` as (what, details), in the order of
+/// attributes and blocks, then items, then extents, and continues after it.
 /// \errors Error if the file cannot be opened or its catalogue contradicts itself
 CONTAINER_API Verification
 verify(const std::string& path,
