@@ -72,7 +72,8 @@ void copy(const Database& database, const RecodeRequest& request) {
   settings.blockRows = request.blockRows.value_or(static_cast<std::uint32_t>(database.blockRows()));
   Writer writer(request.output, settings);
   for (std::size_t i = 0; i < database.attributeCount(); ++i) {
-    writer.addAttribute(database.attribute(i));
+    const Attribute& attribute = database.attribute(i);
+    writer.addAttribute(attribute, database.scaling(attribute.name));
   }
   for (const std::string& name : database.itemNames()) {
     writer.setMetadata(name, database.item(name).value_or(""));

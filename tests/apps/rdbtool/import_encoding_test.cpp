@@ -56,10 +56,15 @@ TEST_F(ImportEncoding, TakesTheIntegersOfTheSource) {
   const std::string direct = imported("direct", {"--encoding", "lz4"});
   const std::string stored = "riegl.xyz [^\n]*\n    stored  lz4[a-z, ]*";
   EXPECT_THAT(support::runTool({"info", direct}).out, ContainsRegex(stored + ", scaled, [0-9]"));
-  // A copy does not know the source.
-  support::runTool({"recode", direct, "-o", folder.path("copy"), "--encoding", "lz4"});
-  EXPECT_THAT(support::runTool({"info", folder.path("copy")}).out,
-              Not(ContainsRegex(stored + ", scaled, [0-9]")));
+}
+
+TEST_F(ImportEncoding, CopiesKeepTheIntegersThatTheirInputHas) {
+  const std::string integers = "riegl.xyz [^\n]*\n    stored  deflate[a-z, ]*, scaled, [0-9]";
+  const std::string copy = folder.path("copy");
+  support::runTool({"recode", imported("lz4", {"--encoding", "lz4"}), "-o", copy, "--encoding", "deflate"});
+  EXPECT_THAT(support::runTool({"info", copy}).out, ContainsRegex(integers));
+  support::runTool({"recode", imported("raw", {"--encoding", "raw"}), "-o", copy, "--encoding", "deflate"});
+  EXPECT_THAT(support::runTool({"info", copy}).out, Not(ContainsRegex(integers)));
 }
 
 TEST_F(ImportEncoding, WithoutChecksumsIsRawAndVersion1) {
