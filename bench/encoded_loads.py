@@ -4,22 +4,25 @@
 """usage: encoded_loads.py BIN_FOLDER [--points FILE.las] [--records N] [--rounds N] [--cold MB_PER_SECOND...]
                         [--folder FOLDER]
 
-BIN_FOLDER holds rdbtool and nimbra-host of the release build. The points are those of a LAS file of format 1 or 3, repeated
-up to the number of records (default: 12,000,000), or of `rdbtool synth scan`. Each repetition keeps a random four fifths
-of the points in their order and moves coordinates, time stamps and intensities, so that no repetition is a copy that an
-encoding could find. One process of `nimbra-host load --all-attributes --json` per encoding and round, in turn; the table
-has medians, and ratios to raw of neighbouring runs. All loads must print the same.
+BIN_FOLDER holds rdbtool and nimbra-host of the release build. The points are those of a LAS file of format 1 or 3,
+repeated up to the number of records (default: 12,000,000), or of `rdbtool synth scan`. Each repetition keeps a random
+four fifths of the points in their order and moves coordinates, time stamps and intensities, so that no repetition is a
+copy that an encoding could find. The databases go to a temporary folder, or to FOLDER, where they stay and are used
+again; --rounds 0 only makes them. Each round runs one process of `nimbra-host load --all-attributes --json` per encoding,
+in alternating order. The table has medians, and ratios to raw of neighbouring runs. All loads must print the same.
 
-Warm: the file is in the page cache, which one load before each time makes sure of. --cold limits reading to so many
-megabytes (10^6 bytes) per second by a control group of its own, in the blkio hierarchy (blkio.throttle.read_bps_device) or
-in a unified one (io.max), and empties the page cache of the file before each run; this needs the superuser and a folder on
-a block device. The line "device" gives what the device reads without a limit."""
+Warm: the files are in the page cache, from the loads that compare them. --cold limits reading to so many megabytes
+(10^6 bytes) per second by a control group of its own, in the blkio hierarchy (blkio.throttle.read_bps_device) or in a
+unified one (io.max), and empties the page cache of the file before each run; this needs the superuser and a folder on a
+block device. The lines "device" give what `cat` reads per second, without and with the limit."""
 
 import argparse
+import contextlib
 import hashlib
 import json
 import os
 import random
+import resource
 import statistics
 import struct
 import subprocess
@@ -96,12 +99,12 @@ def forget(path):
 
 def run(command, limit=None):
     """Runs a process. Returns seconds, processor seconds and output."""
-    before = os.times()
+    before = resource.getrusage(resource.RUSAGE_CHILDREN)
     begin = time.perf_counter()
     done = subprocess.run(command, stdout=subprocess.PIPE, check=True, preexec_fn=limit.enter if limit else None)
     seconds = time.perf_counter() - begin
-    after = os.times()
-    used = after.children_user + after.children_system - before.children_user - before.children_system
+    after = resource.getrusage(resource.RUSAGE_CHILDREN)
+    used = after.ru_utime + after.ru_stime - before.ru_utime - before.ru_stime
     return seconds, used, done.stdout
 
 
@@ -132,13 +135,14 @@ def measure(title, files, rounds, timed):
 
 
 def make_files(options, tool, folder):
-    files = {}
+    files = {encoding: os.path.join(folder, encoding, "points.rdbx") for encoding in ENCODINGS}
+    if all(os.path.exists(path) for path in files.values()):
+        return files
+    points = os.path.join(folder, "points.las")
     if options.points:
-        points = os.path.join(folder, "points.las")
         write_points(options.points, points, options.records)
     for encoding in ENCODINGS:
-        os.mkdir(os.path.join(folder, encoding))
-        files[encoding] = os.path.join(folder, encoding, "points.rdbx")
+        os.makedirs(os.path.join(folder, encoding), exist_ok=True)
         source = ["import", points] if options.points else ["synth", "scan", "--records", str(options.records)]
         seconds = run([tool, *source, "-o", files[encoding], "--encoding", encoding])[0]
         size = os.path.getsize(files[encoding])
@@ -163,8 +167,8 @@ def measure_cold(files, options, host, folder):
     for rate in options.cold:
         limit = Limit(folder, int(rate * MEGABYTE))
         try:
-            seconds = bare(files["lz4"], limit)[0]
-            print(f"device: {os.path.getsize(files['lz4']) / MEGABYTE / seconds:.0f} MB/s under the limit of {rate:g}")
+            seconds = bare(files["raw"], limit)[0]
+            print(f"device: {os.path.getsize(files['raw']) / MEGABYTE / seconds:.0f} MB/s under the limit of {rate:g}")
             measure(f"cold, {rate:g} MB/s", files, max(options.rounds // 3, 1), lambda path: cold(path, limit))
         finally:
             limit.remove()
@@ -180,8 +184,11 @@ def main():
     parser.add_argument("--folder")
     options = parser.parse_args()
     tool, host = (os.path.join(options.bin, name) for name in ("rdbtool", "nimbra-host"))
-    with tempfile.TemporaryDirectory(dir=options.folder) as folder:
+    with contextlib.ExitStack() as stack:
+        folder = options.folder or stack.enter_context(tempfile.TemporaryDirectory())
         files = make_files(options, tool, folder)
+        if options.rounds == 0:
+            return
         if len({digest(host, path) for path in files.values()}) != 1:
             sys.exit("the loads of the three files differ")
         print(f"{'':31} {'median':>12} {'processor':>12} {'to raw':>7} {'(range)':14} {'processor to raw':>7}")
