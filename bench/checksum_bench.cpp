@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The checksum of a block's bytes, fresh from a read, against the library's.
+// The checksum of a block's bytes that a read has just brought into the cache, against libdeflate's.
 #include "container/format/checksum.h"
 
 #include "bench/support/comparison.h"
@@ -11,7 +11,7 @@ namespace {
 
 using container::crc32;
 
-// As many bytes as a load has in the cache at a time, over and over.
+// As many bytes as a load has in the cache at a time, repeatedly.
 bench::Finding checksums() {
   const std::size_t times = bench::records(4000, 10);
   const std::vector<double> values = bench::randomValues<double>(1, 0, 32768);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Decoding, encoding and extents of a block, on one thread, over a memcpy of the bytes that it has decoded: 24 million,
-// so that 24 / path_ms are the decoded gigabytes per second.
+// Decoding, encoding and extents of a block, on one thread, against a memcpy of its decoded bytes. These are 24 million,
+// so 24 / path_ms is the number of decoded gigabytes per second.
 #include "bench/support/comparison.h"
 #include "bench/support/random_values.h"
 #include "container/codec/encoding_choice.h"

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Loads whose columns are converted against loads of the same values stored as they are asked for.
+// Loads whose columns are converted, against loads of the same values stored in the type that a load asks for.
 // A conversion changes the number of bytes, so no other load moves the same bytes on both sides. The baseline is the load
-// without conversion that moves the wider of the two: float64 for all three. Against float32 stored as it is, half the
+// without conversion that moves the wider of the two: float64 for all three. Against float32 stored as float32, half the
 // bytes, float64 loaded as float32 takes 1.73 times as long.
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
@@ -36,7 +36,7 @@ void writeColumn(const std::string& path, const Attribute& spec, std::uint64_t r
   writer.finish();
 }
 
-/// The same values twice: as they are asked for, and in a form that is converted on the way.
+/// The same values twice: in the type that a load asks for, and in a type that the load converts.
 struct Pair {
   support::TempDir directory;
   std::string asAsked = directory.path("as-asked.rdbx");
@@ -116,7 +116,7 @@ bench::Finding doublesAskedAsFloats() {
   return compareLoads(pair, "Amplitude");
 }
 
-/// Raises unless each value of "Amplitude" on the left is the rounded one of "GPSTime" on the right.
+/// Raises unless each value of "Amplitude" on the left is the rounded value of "GPSTime" on the right.
 void requireRounded(const Nimbra::Grid& left, const Nimbra::Grid& right) {
   const auto floats = bench::fragmentsOf(left, "Amplitude");
   const auto doubles = bench::fragmentsOf(right, "GPSTime");

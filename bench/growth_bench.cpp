@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // How the cost of a load grows with records and with columns: a table, each line from a process of its own.
-// 58 columns are the most that one database can bring: of the 61 rows of the import two share an attribute, two time
+// One database can have 58 columns at most: of the 61 rows of the import two share an attribute, two time
 // columns exclude each other, and a colour takes the bytes of another column.
 #include "bench/support/child.h"
 #include "bench/support/comparison.h"
@@ -17,12 +17,12 @@
 
 namespace {
 
-/// 0 columns stands for the everyday scan.
+/// 0 columns stands for the six columns of a typical scan.
 std::vector<bench::Column> columnsFor(std::size_t count) {
   return count == 0 ? bench::scanColumns() : bench::vocabularyColumns(count);
 }
 
-/// In the child: loads once and prints seconds and the peak of its memory.
+/// In the child: loads once and prints the seconds and the peak memory.
 int reportLoad(const std::string& path) {
   const auto start = std::chrono::steady_clock::now();
   Nimbra::Grid grid;
@@ -55,7 +55,7 @@ void printLine(unsigned int rows, std::size_t columnCount, int repetitions) {
   for (int i = 0; i <= repetitions; ++i) {
     const std::vector<double> load = bench::numbers({bench::thisProgram(), "load", path});
     const std::vector<double> read = bench::numbers({bench::thisProgram(), "read", path});
-    if (i > 0) { // the first brings the file into the page cache
+    if (i > 0) { // the first run brings the file into the page cache
       loads.push_back(load.at(0));
       reads.push_back(read.at(0));
     }

@@ -8,12 +8,12 @@
 //
 // With all portable paths (docs/build.md) the load takes 4.74 times the baseline on one client thread. What brought the
 // ratio down, each step measured before it was kept: pages of fresh buffers are dropped instead of zeroed; checksums fold
-// wide registers; the pager keeps six pages, which stay in the second-level cache (1.71 to 1.64); blocks with a checksum
+// wide registers; SQLite keeps six pages, which stay in the second-level cache (1.71 to 1.64); blocks with a checksum
 // are read past SQLite's pages (1.62 to 1.52); a million records per block instead of 125,000 (1.55 to 1.41); checksums
 // move half of the bytes before they fold (1.44 to 1.33); small pages are requested many at a time (1.33 to 1.28).
 // Tried and left out: MADV_COLLAPSE for a huge page that two buffers share, and pieces of 64 or 128 KB between read and
-// checksum instead of 256 KB. A third of the rest is the kernel clearing pages, three tenths its copy out of the page
-// cache, which the baseline pays too; checksums take some 8 %.
+// checksum instead of 256 KB. A third of the remaining time is the kernel clearing pages, three tenths its copy out of the
+// page cache, both of which the baseline has too; checksums take some 8 %.
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "bench/support/fresh_memory.h"

@@ -29,7 +29,7 @@ int reportLoad(const std::string& path, unsigned int rows, std::size_t columnCou
   return 0;
 }
 
-/// In the child: the same buffers, made the plain way.
+/// In the child: the same buffers as vectors filled with zeros.
 int reportZeroFill(std::size_t columnCount) {
   const bench::ProcessMemory before = bench::processMemory();
   std::vector<std::vector<unsigned char>> buffers;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Loading and unloading the library against an empty shared object, each time in a fresh process that has the
-// libraries beneath it already. The target is about the difference of the two times.
+// Loading and unloading the library against an empty shared object, each time in a fresh process that has already loaded
+// the libraries that it needs. The target applies to the difference of the two times.
 // The library stays in a process once it is loaded (-z nodelete), because the framework's tables keep what it has entered:
 // `dlclose` is timed, but frees nothing.
 #include "bench/support/child.h"
@@ -23,7 +23,7 @@ void* openModule(const char* path) {
   return module;
 }
 
-/// In the child: brings the libraries beneath in, then times the module alone and prints milliseconds.
+/// In the child: loads the libraries that the module needs, then times the module alone and prints milliseconds.
 int reportModule(const char* module, const char* symbol) {
   for (const char* const beneath :
        {QT_CORE_FILE, MODEL_FILE, CLIENT_FILE, TRANSFORMATION_FILE, CALENDAR_FILE}) {

@@ -29,7 +29,7 @@ double sumOfStamps(const Nimbra::Grid& grid) {
   return sum;
 }
 
-/// One load a line of input; prints its seconds and the sum of the time stamps.
+/// One load per line of input; prints its seconds and the sum of the time stamps.
 void loadOnRequest(const std::string& path) {
   for (std::string line; std::getline(std::cin, line);) {
     Nimbra::Grid grid;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Copy and end of a strong pointer against std::shared_ptr, in a process with a second thread.
+// Copy and destruction of a strong pointer against std::shared_ptr, in a process with a second thread.
 #include "model/torvel/references/pointer.h"
 
 #include "bench/support/comparison.h"
@@ -16,7 +16,7 @@ class Item : public Torvel::ReferenceBase<Item> {
   Item() : Torvel::ReferenceBase<Item>(this) {}
 };
 
-/// A second thread that only waits: with one thread alone, shared pointers count without atomic steps.
+/// A second thread that only waits: in a process with one thread, shared pointers count without atomic operations.
 class SecondThread {
  public:
   SecondThread() : waiting([this] { wait(); }) {}

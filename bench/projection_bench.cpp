@@ -23,7 +23,7 @@ constexpr const char* degrees = "+proj=latlong";
 constexpr const char* zone33 = "epsg:32633";
 constexpr unsigned int blockPoints = 5000000;
 
-/// Points inside the zone, each another one.
+/// Points inside the zone, all different.
 Points pointsOfTheZone(std::size_t count) {
   Points points(count);
   for (std::size_t i = 0; i < count; ++i) {
@@ -34,7 +34,7 @@ Points pointsOfTheZone(std::size_t count) {
   return points;
 }
 
-/// PROJ without anything in between, on the calling thread.
+/// PROJ called directly, on the calling thread.
 class BareProjection {
  public:
   BareProjection() : context(proj_context_create(), proj_context_destroy), steps(nullptr, proj_destroy) {

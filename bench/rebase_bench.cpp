@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The rebasing of a time column against the bare addition.
+// The rebasing of a time column against a loop that only adds.
 #include <rdb2nimbra/rdb2nimbra.h>
 
 #include "bench/support/comparison.h"

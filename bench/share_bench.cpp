@@ -22,7 +22,7 @@ namespace {
 using Quillon::PhysicalSpace::point;
 using Buffer = std::variant<std::vector<point>, std::vector<double>, std::vector<float>, std::vector<short>>;
 
-/// A column of the everyday scan: 66 bytes per record in all.
+/// A column of a typical scan: 66 bytes per record in all.
 struct Column {
   const char* attribute;
   Buffer (*make)();
@@ -54,7 +54,7 @@ std::vector<Column> columnsFromSeed(std::uint64_t rows) {
   inMemory::Database& database = inMemory::databases()[path];
   for (std::size_t i = 0; i < columns.size(); ++i) {
     const std::size_t bytes = rows * columns[i].recordBytes;
-    // As real numbers below 1000 these are time stamps of one day; as anything else they are just bytes.
+    // Real numbers below 1000 are valid time stamps of one day; for all other columns any bytes will do.
     const std::vector<double> values = bench::randomValues<double>(i, 0, (bytes + 7) / 8);
     columns[i].bytes.resize(bytes);
     std::memcpy(columns[i].bytes.data(), values.data(), bytes);
@@ -66,7 +66,7 @@ std::vector<Column> columnsFromSeed(std::uint64_t rows) {
   return columns;
 }
 
-/// What the load comes to without the library: for each block a set of buffers, filled; and a last set for nothing.
+/// The work of the load without the library: for each block a set of buffers, filled, and a last set that is not filled.
 class BareLoad {
  public:
   BareLoad(const std::vector<Column>& columnsToCopy, std::uint64_t rowCount)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A thousand records of 48 columns: what a load costs that fills next to nothing of its buffers, against writing
-// zeros to buffers of the same sizes.
+// A thousand records of 48 columns: the cost of a load that fills a small part of its buffers, against writing zeros to
+// buffers of the same sizes.
 #include "bench/support/comparison.h"
 #include "bench/support/database.h"
 #include "loader/columns/block_size.h"
@@ -10,7 +10,7 @@
 
 namespace {
 
-/// The buffers of one block, as a plain program makes them: all there, all zero.
+/// The buffers of one block as vectors: all allocated, all zero.
 std::vector<std::vector<unsigned char>> zeroFilledBuffers(const std::vector<bench::Column>& columns) {
   std::vector<std::vector<unsigned char>> buffers;
   for (const bench::Column& column : columns) {

@@ -19,7 +19,7 @@ option(RDB2NIMBRA_FUZZ_ENGINE "Link the fuzz targets with clang's engine (preset
 
 option(RDB2NIMBRA_PORTABLE_ELEMENTS "Make fresh vectors as any standard library can (fresh_elements.h)" OFF)
 
-# What a program needs that includes a header of the project, here and in an installed tree. No warning flags.
+# Usage requirements of a program that includes a header of the project, here and in an installed tree. No warning flags.
 add_library(rdb2nimbra_headers INTERFACE)
 rdb2nimbra_public(rdb2nimbra_headers headers)
 target_compile_features(rdb2nimbra_headers INTERFACE cxx_std_20)
@@ -57,7 +57,7 @@ if(RDB2NIMBRA_SANITIZE)
   add_link_options(-fsanitize=${RDB2NIMBRA_SANITIZE})
 endif()
 if(RDB2NIMBRA_FUZZ_ENGINE)
-  # What the engine steers by; the engine itself is linked to the fuzz targets only.
+  # Coverage counters that guide the engine; the engine itself is linked to the fuzz targets only.
   add_compile_options(-fsanitize=fuzzer-no-link)
   add_link_options(-fsanitize=fuzzer-no-link)
 endif()

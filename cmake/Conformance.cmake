@@ -18,6 +18,8 @@ if(RDB2NIMBRA_INSTALL)
   string(PREPEND conformance_folder "\${CMAKE_CURRENT_FUNCTION_LIST_DIR}/")
   configure_file(${PROJECT_SOURCE_DIR}/cmake/rdb2nimbra-conformance.cmake.in
     ${PROJECT_BINARY_DIR}/rdb2nimbra-conformance.cmake @ONLY)
-  install(FILES ${PROJECT_BINARY_DIR}/rdb2nimbra-conformance.cmake DESTINATION ${conformance_package})
-  install(DIRECTORY ${PROJECT_SOURCE_DIR}/conformance DESTINATION ${CMAKE_INSTALL_DATADIR}/rdb2nimbra)
+  install(FILES ${PROJECT_BINARY_DIR}/rdb2nimbra-conformance.cmake DESTINATION ${conformance_package}
+    COMPONENT development)
+  install(DIRECTORY ${PROJECT_SOURCE_DIR}/conformance DESTINATION ${CMAKE_INSTALL_DATADIR}/rdb2nimbra
+    COMPONENT development)
 endif()

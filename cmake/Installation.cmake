@@ -29,6 +29,13 @@ foreach(header IN LISTS headers)
   if(EXISTS ${file}.in) # made at configuration
     set(file ${PROJECT_BINARY_DIR}/${header})
   endif()
+  if(header STREQUAL "include/rdb2nimbra/client.h" AND CLIENT IN_LIST RDB2NIMBRA_REPLACED)
+    # The installed header names the chosen client itself, so that a consumer needs no definition.
+    file(READ ${file} text)
+    string(REPLACE "platform/client/rdb.h" "${RDB2NIMBRA_CLIENT_HEADER}" text "${text}")
+    set(file ${PROJECT_BINARY_DIR}/installed/client.h)
+    file(CONFIGURE OUTPUT ${file} CONTENT "${text}" @ONLY)
+  endif()
   install(FILES ${file} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/rdb2nimbra/${folder})
 endforeach()
 

@@ -55,33 +55,37 @@ set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS runtime)
 set(CPACK_COMPONENT_TOOLS_DEPENDS runtime)
 
+# A description begins with a line of its own for each package, not with that of the project.
+set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")
 set(summary "loads laser-scanner databases onto a visualisation grid")
 set(about "rdb2nimbra reads point clouds, shots with waveforms and trajectories of laser
- scanners, block by block and without a copy, onto a grid of typed arrays. It
- settles the time scale, projects positions and reads lever-arm files.
- .")
+scanners, block by block and without a copy, onto a grid of typed arrays. It
+settles the time scale, projects positions and reads lever-arm files.
+")
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_NAME librdb2nimbra${PROJECT_VERSION_MAJOR})
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_DEBIAN_RUNTIME_PACKAGE_CONTROL_EXTRA ${debian}/triggers)
-set(CPACK_DEBIAN_RUNTIME_PACKAGE_SHLIBDEPS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS ON)
 set(CPACK_DEBIAN_PACKAGE_GENERATE_SHLIBS_POLICY "=")
+set(CPACK_POST_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/WithoutLdconfigScripts.cmake)
+install(FILES ${debian}/librdb2nimbra.lintian-overrides RENAME librdb2nimbra${PROJECT_VERSION_MAJOR}
+  DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/lintian/overrides COMPONENT runtime)
 set(CPACK_DEBIAN_RUNTIME_DESCRIPTION "${summary}
- ${about}
- This package contains the shared libraries.")
+${about}
+This package contains the shared libraries.")
 
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_NAME librdb2nimbra-dev)
 set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SECTION libdevel)
 set(CPACK_DEBIAN_DEVELOPMENT_DESCRIPTION "${summary} (headers)
- ${about}
- This package contains the headers, the CMake package and the pkg-config files.")
+${about}
+This package contains the headers, the CMake package and the pkg-config files.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME rdb2nimbra-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
 set(CPACK_DEBIAN_TOOLS_DESCRIPTION "${summary} (programs)
- ${about}
- This package contains rdbtool, which makes, imports, describes and verifies
- databases, and nimbra-host, which loads them and shows the grid.")
+${about}
+This package contains rdbtool, which makes, imports, describes and verifies
+databases, and nimbra-host, which loads them and shows the grid.")
 
 # The source package has what git tracks; a build folder or an editor's file inside the sources is left out.
 set(CPACK_SOURCE_GENERATOR TXZ)

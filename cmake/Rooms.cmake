@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Sources of a room once more, for a library or a test that compiles them against another platform.
+# The list of a room's sources, for a library or a test that compiles them against another platform.
 
 # rdb2nimbra_room_sources(<result> <room>...): the sources of rooms such as loader/timebase, as whole paths.
 function(rdb2nimbra_room_sources result)

@@ -22,8 +22,8 @@ set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${build_tree}/bin)
 set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${library_folder})
 set(CMAKE_ARCHIVE_OUTPUT_DIRECTORY ${library_folder})
 
-# Libraries find each other in their own folder, programs find them from theirs. Libraries of others that stand outside
-# the system's folders are found where they were linked; a replacement that an enclosing project builds, in its folder.
+# Libraries find each other in their own folder, programs find them from theirs. Other projects' libraries outside the
+# system's folders are found where they were linked; a replacement that an enclosing project builds, in its folder.
 set(CMAKE_BUILD_WITH_INSTALL_RPATH ON)
 set(CMAKE_INSTALL_RPATH_USE_LINK_PATH ON)
 set(program_path "$ORIGIN/${built_step}")
@@ -31,11 +31,15 @@ if(NOT installed_step STREQUAL built_step)
   list(APPEND program_path "$ORIGIN/${installed_step}")
 endif()
 
-# rdb2nimbra_set_run_paths(<folder>): sets the run path of every target that was made in a folder and below it.
+# rdb2nimbra_set_run_paths(<folder>): sets the run path of every target that was made in a folder and below it, and adds
+# the target's file to the global property RDB2NIMBRA_RUN_PATH_FILES.
 function(rdb2nimbra_set_run_paths folder)
   get_property(targets DIRECTORY ${folder} PROPERTY BUILDSYSTEM_TARGETS)
   foreach(target IN LISTS targets)
     get_target_property(kind ${target} TYPE)
+    if(kind MATCHES "^(EXECUTABLE|(SHARED|MODULE)_LIBRARY)$")
+      set_property(GLOBAL APPEND PROPERTY RDB2NIMBRA_RUN_PATH_FILES $<TARGET_FILE:${target}>)
+    endif()
     if(kind STREQUAL "EXECUTABLE")
       set_target_properties(${target} PROPERTIES INSTALL_RPATH "${program_path};${RDB2NIMBRA_REPLACEMENT_FOLDERS}")
     elseif(kind MATCHES "^(SHARED|MODULE)_LIBRARY$")

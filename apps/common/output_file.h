@@ -2,10 +2,11 @@
 // An output file of a program: complete under its name, or not there at all.
 #pragma once
 
+#include "container/write/replacing_file.h"
+
 #include <stdexcept>
 #include <string>
 #include <string_view>
-#include <sys/types.h>
 
 namespace apps {
 
@@ -20,9 +21,7 @@ class OutputError : public std::runtime_error {
 /// \errors OutputError for a directory, a device, a pipe, a socket, an empty path
 void requireReplaceable(const std::string& path);
 
-/// Writes a temporary file `NAME.PID-NUMBER.partial` in the folder of the output and renames it when it is complete.
-/// Until then the output's own name is untouched, whatever happens to the program. Symbolic links are followed. A
-/// file that is replaced passes on its permissions, and its owner and group where the system allows it.
+/// Writes a temporary file and renames it when it is complete, as container::ReplacingFile specifies.
 ///
 /// \threads one thread per object
 class OutputFile {
@@ -32,10 +31,6 @@ class OutputFile {
   /// \param path  the output: a new file, or a regular file that may be written
   /// \errors      OutputError
   explicit OutputFile(const std::string& path);
-  OutputFile(const OutputFile&) = delete;
-  OutputFile& operator=(const OutputFile&) = delete;
-  /// Removes the temporary file unless it has been put in place.
-  ~OutputFile();
 
   /// Appends bytes. They go to the system at once, so write large pieces.
   /// \errors OutputError, for a full disk among others
@@ -47,11 +42,8 @@ class OutputFile {
   void putInPlace();
 
  private:
-  void create(mode_t permissions);
-  void inheritFrom(const std::string& older);
-
-  std::string givenPath, finalPath, temporaryPath;
-  int descriptor = -1;
+  std::string givenPath;
+  container::ReplacingFile file;
 };
 
 } // namespace apps

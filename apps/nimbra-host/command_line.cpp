@@ -42,7 +42,7 @@ std::optional<ShownValues> shownValues(const std::string& text) {
   return most ? std::optional(ShownValues{*most}) : std::nullopt;
 }
 
-/// Reads WIDTHxHEIGHT into a request. \returns whether both are within 1 to the largest side
+/// Reads WIDTHxHEIGHT into a request. \return whether both are within 1 to the largest side
 bool takeSize(const std::string& text, PictureRequest& picture) {
   const std::size_t cross = std::min(text.find('x'), text.size());
   const auto width = apps::wholeNumber<int>(std::string_view(text).substr(0, cross));

@@ -91,7 +91,7 @@ bool visitFirstMatch(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor
 /// Calls `visit` with the first elements of a chunk, as a std::span<const T> of its element type.
 ///
 /// \param most  largest number of elements in the span
-/// \returns false, with no call, for an element type that is not one of the twelve known ones
+/// \return false, with no call, for an element type that is not one of the twelve known ones
 template <class Visitor>
 bool visitElements(const Torvel::ChunkBase& chunk, std::uint64_t most, Visitor&& visit) {
   return detail::visitFirstMatch(chunk, most, visit, static_cast<const Nimbra::ElementTypes*>(nullptr));

@@ -10,7 +10,7 @@ namespace nimbrahost {
 
 /// Writes the object and a line end. Values are written as they are read, so memory does not grow with their number.
 /// \param picture  null if none was requested
-/// \returns whether the stream has accepted everything
+/// \return whether the stream has accepted everything
 bool writeJsonReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
                      const ShownValues& shown, const PictureOutcome* picture);
 

@@ -2,15 +2,14 @@
 // Quoting of texts for JSON.
 #include "apps/nimbra-host/json_value.h"
 
-#include "apps/common/printable_text.h"
+#include "apps/common/json_text.h"
 
 #include <nlohmann/json.hpp>
 
 namespace nimbrahost {
 
 void appendJsonText(std::string& json, std::string_view text) {
-  json += apps::printableJson(
-      nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace));
+  json += apps::jsonText(text);
 }
 
 } // namespace nimbrahost

@@ -24,7 +24,7 @@ bool isShots(const std::string& file);
 LoadOutcome runLoad(const LoadRequest& request);
 
 /// Whether the file can be opened for reading.
-/// \returns an empty text, or the error text of the system
+/// \return an empty text, or the error text of the system
 std::string whyUnreadable(const std::string& file);
 
 } // namespace nimbrahost

@@ -16,10 +16,10 @@ class OutputBuffer {
   std::string& text() { return pending; }
 
   /// Writes the text if enough has been collected. Call it every few hundred characters.
-  /// \returns false when the stream has failed and further text would be lost
+  /// \return false when the stream has failed and further text would be lost
   bool spill() { return pending.size() < pieceBytes ? stream.good() : flush(); }
 
-  /// Writes everything. \returns whether the stream has accepted it
+  /// Writes everything. \return whether the stream has accepted it
   bool flush() {
     stream.write(pending.data(), static_cast<std::streamsize>(pending.size()));
     pending.clear();

@@ -12,7 +12,7 @@ namespace nimbrahost {
 
 /// Writes the report.
 /// \param picture  null if none was requested
-/// \returns whether the stream has accepted everything
+/// \return whether the stream has accepted everything
 bool writePeopleReport(OutputBuffer& output, const LoadRequest& request, const LoadOutcome& outcome,
                        const ShownValues& shown, const PictureOutcome* picture);
 

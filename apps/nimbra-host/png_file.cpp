@@ -76,7 +76,7 @@ struct Encoder {
   png_infop info;
 };
 
-/// \returns false where libpng has given up. A long jump ends here, so nothing in here may have a destructor.
+/// \return false where libpng has given up. A long jump ends here, so nothing in here may have a destructor.
 bool encode(png_structp png, png_infop info, const Raster& raster) {
   if (setjmp(png_jmpbuf(png)) != 0) {
     return false;

@@ -272,7 +272,7 @@ int answerFailure(std::ostream& err) {
   }
 }
 
-/// Runs the command that the arguments name. \returns the exit status
+/// Runs the command that the arguments name. \return the exit status
 int answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
   Session session{out, err};
   CLI::App app("Makes, imports, recodes, describes, verifies and damages databases.", program);

@@ -95,7 +95,7 @@ Reflections Landscape::meet(const Vector3& from, const Vector3& direction, std::
     return met;
   }
   const double crown = treeHeight(east, north);
-  const unsigned layers = crown > 0 ? 1 + static_cast<unsigned>(chance & 3u) % 3 : 0;
+  const unsigned layers = crown > 0 ? 1 + static_cast<unsigned>(chance & 3U) % 3 : 0;
   for (unsigned layer = 0; layer < layers; ++layer) {
     const double share = 1 - (layer + unitInterval(mixBits(chance + layer)) * 0.6) / 3.2;
     add(range - crown * share * perMetreDown, Surface::vegetation);

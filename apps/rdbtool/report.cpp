@@ -2,6 +2,7 @@
 // The output of `info` and `verify`: the description of a database, and the findings of a check.
 #include "apps/rdbtool/report.h"
 
+#include "apps/common/json_text.h"
 #include "apps/common/number_text.h"
 #include "apps/common/printable_text.h"
 #include "apps/rdbtool/input_file.h"
@@ -32,7 +33,7 @@ using Bound = std::optional<double> ComponentExtent::*;
 constexpr int nameWidth = 36;
 
 std::string quoted(const std::string& text) {
-  return apps::printableJson(Json(text).dump(-1, ' ', false, Json::error_handler_t::replace));
+  return apps::jsonText(text);
 }
 
 bool isCatalogueProtected(const Database& database) {
@@ -141,7 +142,7 @@ void describeAsJson(const std::string& path, const Database& database, std::ostr
   for (const std::string& name : database.itemNames()) {
     description["metadata"].push_back({{"name", name}, {"bytes", database.item(name).value_or("").size()}});
   }
-  out << apps::printableJson(description.dump(2, ' ', false, Json::error_handler_t::replace)) << "\n";
+  out << apps::jsonText(description, 2) << "\n";
 }
 
 /// " (12.34 per record)", or nothing without records.

@@ -74,7 +74,7 @@ void addShotItems(Json& items) {
   items["riegl.exponential_decomposition"] = exponentialDecomposition();
 }
 
-/// Removes `key` from every object in `value`. \returns whether there was one
+/// Removes `key` from every object in `value`. \return whether there was one
 bool removeKey(Json& value, const std::string& key) {
   bool removed = value.is_object() && value.erase(key) > 0;
   for (Json& element : value) {

@@ -10,9 +10,9 @@
 #include "arrays/nimbra/multi_array.h"
 #include "arrays/nimbra/save_registry.h"
 #include "model/nimbra/mem_base.h"
-#include "model/torvel/core/counters.h"
 #include "model/torvel/references/chunk.h"
 
+#include <atomic>
 #include <cstdint>
 #include <string>
 #include <typeinfo>
@@ -168,7 +168,7 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
   MemArray(const TypedChunkPointer& memory, const MultiIndex<N>& extents, const Creator& origin)
       : MemBase(elementRecord<T>(), origin), ReferencingMemArray<N, T>(memory, extents, origin) {
     if (registered) {
-      Torvel::addLossy(MemBase::RegisteredTypes, 1);
+      countArray();
     }
   }
 
@@ -186,6 +186,12 @@ class TORVEL_API MemArray final : public ReferencingMemArray<N, T> {
   ~MemArray() override = default;
 
  private:
+  // A load and a store, not one step: the count is for diagnostics, and an increase that is lost is accepted.
+  static void countArray() {
+    const std::atomic_ref<int> count(MemBase::RegisteredTypes);
+    count.store(count.load(std::memory_order_relaxed) + 1, std::memory_order_relaxed);
+  }
+
   // A function of its own: GCC 12 leaks the memory of a chunk whose constructor raises in the arguments of a
   // delegating constructor.
   static TypedChunkPointer freshChunk(const MultiIndex<N>& extents) {

@@ -10,7 +10,7 @@ namespace inMemory {
 
 /// One column: records of `length` elements of the type with the number `type`.
 struct Column {
-  const unsigned char* bytes = nullptr; ///< stays with whoever made the database
+  const unsigned char* bytes = nullptr; ///< not owned
   unsigned type = 0;
   unsigned length = 1;
 };
@@ -21,7 +21,7 @@ struct Database {
   std::map<std::string, std::string> items{}; ///< metadata
 };
 
-/// By the path that opens them. Filled before the first load; a database that is there never goes.
+/// By the path that opens them. Filled before the first load; no database is ever removed.
 inline std::map<std::string, Database>& databases() {
   static std::map<std::string, Database> all;
   return all;

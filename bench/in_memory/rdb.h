@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A database client whose databases are memory: `next` is a memcpy where a column is asked for as it is stored. It leaves
-// a load nothing but the library's share. It has the operations of `riegl::rdb` that the library uses and no others.
+// A database client whose databases are in memory: `next` is a memcpy where a column is stored in the type that is asked
+// for, so that the time of a load is the library's share. It has the operations of `riegl::rdb` that the library uses and no others.
 #pragma once
 
 #include "bench/in_memory/database.h"

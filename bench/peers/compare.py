@@ -1,10 +1,10 @@
 #!/usr/bin/env python3
 # SPDX-License-Identifier: BSD-3-Clause
 # Reads the same columns with the library's host, with VTK's XML reader and with numpy.fromfile, and prints ratios.
-# docs/benchmarks.md tells how to read them. Nothing is installed: a peer that is not there is named and left out.
+# docs/benchmarks.md says how to read them. Nothing is installed; a missing peer is named and skipped.
 """usage: compare.py BIN_FOLDER [RECORDS [REPETITIONS]]
 
-BIN_FOLDER holds the programs of the release build. peer_columns among them does the library's part. The peers need
+BIN_FOLDER holds the programs of the release build. One of them, peer_columns, runs the library. The peers need
 the Debian packages python3-numpy and python3-vtk9."""
 
 import os
@@ -15,7 +15,7 @@ import sys
 import tempfile
 import time
 
-# The columns of the comparison: 36 bytes a record.
+# The columns of the comparison: 36 bytes per record.
 COLUMNS = [("xyz", "f8", 3), ("time", "f8", 1), ("intensity", "u2", 1), ("returns", "u1", 1), ("number", "u1", 1)]
 VTK_TYPES = {"f8": "Float64", "u2": "UInt16", "u1": "UInt8"}
 BYTES = {"f8": 8, "u2": 2, "u1": 1}
@@ -120,7 +120,7 @@ def main():
             try:
                 read, total = make()
             except ImportError:
-                print(f"{peer}: left out, it needs the Debian package {package}")
+                print(f"{peer}: skipped, it needs the Debian package {package}")
                 continue
             if make is vtk_reader:
                 write_vtp(vtp, bare, records)

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// This program once more, as a process of its own: for what only a fresh process can tell.
+// Starts this program again as a process of its own, for measurements that need a fresh process.
 #pragma once
 
 #include <cstdint>
@@ -8,7 +8,7 @@
 
 namespace bench {
 
-/// Memory of this process, from the system's books.
+/// Memory of this process, from /proc.
 struct ProcessMemory {
   std::uint64_t residentBytes = 0;
   std::uint64_t peakBytes = 0;
@@ -18,10 +18,10 @@ ProcessMemory processMemory();
 /// Path of the running program.
 std::string thisProgram();
 
-/// Runs a program, its standard output going into a text. \errors std::runtime_error unless it ends with status 0
+/// Runs a program and returns its standard output. \errors std::runtime_error unless it ends with status 0
 std::string output(const std::vector<std::string>& command);
 
-/// The numbers that a program prints, parted by white space.
+/// The numbers that a program prints, separated by white space.
 std::vector<double> numbers(const std::vector<std::string>& command);
 
 } // namespace bench

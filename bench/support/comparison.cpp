@@ -42,7 +42,7 @@ double least(const std::vector<double>& values) {
   return *std::min_element(values.begin(), values.end());
 }
 
-/// Takes this program's own options out of the command line.
+/// Removes this program's own options from the command line.
 void readOptions(int& argc, char** argv) {
   constexpr const char* repetitionsOption = "--repetitions=";
   int kept = 1;

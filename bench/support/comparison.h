@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Times a code path and its baseline alternately, and reports the ratio of the medians.
-// Docs/benchmarks.md tells how to read the output.
+// docs/benchmarks.md says how to read the output.
 #pragma once
 
 #include <benchmark/benchmark.h>
@@ -18,13 +18,13 @@ struct Side {
   std::function<void()> prepare = [] {};
 };
 
-/// What one run took: by the clock, and of all processors together (0 where that isn't known).
+/// Duration of one run: by the clock, and of all processors together (0 where that isn't known).
 struct Spent {
   double clockMs = 0;
   double processorMs = 0;
 };
 
-/// What a comparison found, in milliseconds of the clock. Least and greatest are ratios of neighbouring runs. On a
+/// Result of a comparison, in milliseconds of the clock. Least and greatest are ratios of neighbouring runs. On a
 /// machine that does other work too, the ratios of the best runs and of processor times say more than the medians.
 struct Finding {
   double pathMs = 0;
@@ -42,16 +42,16 @@ struct Finding {
 /// run of each that does not count.
 Finding compare(const Side& path, const Side& baseline);
 
-/// The same for sides that take their own time; for instance that of another process.
+/// The same for sides that measure their own time, for instance that of another process.
 Finding compareMeasured(const std::function<Spent()>& path, const std::function<Spent()>& baseline);
 
 /// The middle of some values, at least one; of an even number, the mean of the two middle ones.
 double median(std::vector<double> values);
 
-/// Runs something and takes its time, that of processes which it starts and waits for included.
+/// Runs something and measures its time, including that of processes which it starts and waits for.
 Spent spentBy(const std::function<void()>& work);
 
-/// Raises std::runtime_error where the two sides of a comparison don't give the same result.
+/// Raises std::runtime_error if the two sides of a comparison give different results.
 void require(bool equal, const std::string& what);
 
 /// Records to work on: the number that a figure is meant for, or few in a smoke test.
@@ -63,7 +63,7 @@ unsigned int records(unsigned int full, unsigned int fewer);
 void addComparison(const std::string& name, std::function<Finding()> measure);
 
 /// Runs the benchmarks that were added. On the command line: `--small`, `--repetitions=N`, and the framework's own
-/// options. \returns the exit status: 1 where a benchmark failed
+/// options. \return the exit status: 1 where a benchmark failed
 int runComparisons(int argc, char** argv);
 
 } // namespace bench

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases from seeds and looks at what the load has put on the grid.
+// Makes databases from seeds and checks what a load has put on the grid.
 #include "bench/support/database.h"
 
 #include <rdb2nimbra/rdb2nimbra.h>
@@ -25,7 +25,7 @@ namespace {
 
 constexpr std::uint64_t rowsAtOnce = 125000;
 
-/// A file of bare columns; its place in the file is told with each write.
+/// A file of bare columns; each write names its place in the file.
 class BareFile {
  public:
   explicit BareFile(const std::string& path)
@@ -209,7 +209,7 @@ bool holds(const Nimbra::Grid& grid, const Column& column, const unsigned char* 
 
 void requireLoaded(const Nimbra::Grid& grid, const std::vector<Column>& columns, std::uint64_t rows) {
   for (std::size_t i = 0; i < columns.size(); ++i) {
-    // The intersections of hydrography keep the first `rows` of their values, not all three a record.
+    // The intersections of hydrography keep the first `rows` of their values, not all three per record.
     const bool cut = columns[i].attribute.find("hydro_intersection") != std::string::npos;
     Column kept = columns[i];
     kept.length = cut ? 1 : kept.length;

@@ -26,12 +26,12 @@ struct Column {
   std::size_t recordBytes() const { return length * container::byteSize(type); }
 };
 
-/// The six columns of an everyday scan, 66 bytes per record: both positions, time stamp, amplitude, reflectance and
+/// The six columns of a typical scan, 66 bytes per record: both positions, time stamp, amplitude, reflectance and
 /// deviation.
 std::vector<Column> scanColumns();
 
-/// `count` columns out of the vocabulary of the load, in its order; at most 58, since the two time columns exclude
-/// each other. They take a load with all attributes.
+/// The first `count` columns that a load knows, in its order; at most 58, since the two time columns exclude each other.
+/// Only a load with all attributes brings them all.
 std::vector<Column> vocabularyColumns(std::size_t count);
 
 std::size_t recordBytes(const std::vector<Column>& columns);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Memory as a careful program would take it for a large read, untouched and on huge pages, and that read.
+// Fresh memory on huge pages, and reads of a file into it: the fastest way that the benchmarks compare a load with.
 #pragma once
 
 #include <algorithm>

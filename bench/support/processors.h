@@ -8,7 +8,7 @@
 
 namespace bench {
 
-/// While it lives, this thread and those that it starts run on the processor it runs on now.
+/// Binds this thread, and those that it starts, to the current processor while the object lives.
 class OneProcessor {
  public:
   OneProcessor() {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The outermost frame of a benchmark that prints a table of its own.
+// The main function of a benchmark that prints a table of its own.
 #pragma once
 
 #include <cstdio>

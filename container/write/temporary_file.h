@@ -2,6 +2,8 @@
 // A file that is removed again unless it is put in place. Internal to the container.
 #pragma once
 
+#include "container/write/replacing_file.h"
+
 #include <string>
 
 namespace container {
@@ -12,19 +14,17 @@ class TemporaryFile {
   /// \param path  the final place of the file; symbolic links are followed
   /// \errors Error if `path` cannot be replaced, or no file can be made in its directory
   explicit TemporaryFile(const std::string& path);
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile();
 
   /// Where the file is until then; empty once it is in place.
-  const std::string& path() const { return temporaryPath; }
+  const std::string& path() const { return file.path(); }
   /// Forces the content to disk and renames the file to its final name, atomically replacing the old file, whose
-  /// permissions it takes, and whose owner and group where the system allows that.
+  /// permissions it takes, and whose owner and group where the system allows it.
   /// \errors Error if the system refuses; the old file is untouched then
   void putInPlace();
 
  private:
-  std::string finalPath, temporaryPath;
+  std::string shownPath;
+  ReplacingFile file;
 };
 
 } // namespace container

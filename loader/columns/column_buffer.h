@@ -8,6 +8,7 @@
 #include "arrays/nimbra/element_records.h"
 #include "arrays/nimbra/mem_array.h"
 #include "loader/columns/named_field.h"
+#include "loader/columns/unused_pages.h"
 #include "model/nimbra/grid.h"
 #include "model/torvel/objects/cache.h"
 #include "model/torvel/references/chunk.h"
@@ -75,7 +76,7 @@ class Z4Data : public Torvel::ReferenceBase<Z4Data<T>> {
       return;
     }
     values->resize(count);
-    Torvel::releaseUnusedPages(*values);
+    releaseUnusedPagesOf(*chunk);
     if (callback) {
       callback(Torvel::StrongPtr<Torvel::ChunkBase, Torvel::ChunkBase>(chunk), name, isUTC);
     }

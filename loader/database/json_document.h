@@ -24,7 +24,8 @@ inline std::string toStdText(const QString& text) {
 }
 
 /// Parses a metadata text, including its line ends and NUL bytes; invalid bytes become U+FFFD first. Of a key
-/// that occurs twice in one object, Qt keeps the last value, and leaks memory if the first was an object.
+/// that occurs twice in one object, Qt keeps the last value, and leaks memory if the first was an object or an
+/// array.
 ///
 /// \param json   UTF-8; a text too long for Qt's lengths is refused like one that is not JSON
 /// \param error  may be null; receives the parser's error

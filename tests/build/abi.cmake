@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds the ABI of LIBRARY against the committed BASELINE: additions pass, removals and changes do not.
+# Compares the ABI of LIBRARY with the committed BASELINE: additions pass, removals and changes do not.
 # cmake -DPYTHON= -DWRITE= -DABIDIFF= -DLIBRARY= -DBASELINE= -DFOLDER= -P abi.cmake
 get_filename_component(name ${BASELINE} NAME)
 if(NOT EXISTS ${BASELINE})

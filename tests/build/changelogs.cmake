@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds both changelogs against the project's version: cmake -DROOT= -DVERSION= -P changelogs.cmake
+# Compares both changelogs with the project's version: cmake -DROOT= -DVERSION= -P changelogs.cmake
 cmake_minimum_required(VERSION 3.25)
 file(STRINGS ${ROOT}/CHANGELOG.md headings REGEX "^## ")
 set(wanted FALSE)

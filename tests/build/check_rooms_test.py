@@ -88,6 +88,20 @@ class CheckRooms(unittest.TestCase):
         self.refuses({"loader/extras/more.h": ""},
                      "loader/extras/more.h: the folder loader/extras is in no row of the table of rooms")
 
+    def test_include_of_a_template_of_a_header_is_refused(self):
+        self.refuses({**GRID, "names/names.h.in": '#include "model/nimbra/grid.h"\n'},
+                     "names/names.h.in: room names may not include model/nimbra/grid.h, which is in room model/nimbra")
+
+    def test_include_of_a_rare_suffix_is_refused(self):
+        self.refuses({**GRID, "names/table.inc": '#include "model/nimbra/grid.h"\n'},
+                     "names/table.inc: room names may not include model/nimbra/grid.h, which is in room model/nimbra")
+
+    def test_include_of_a_macro_is_refused_but_for_headers_of_replacements(self):
+        text = '#define GRID "model/nimbra/grid.h"\n#include GRID\n'
+        self.refuses({**GRID, "names/names.h": text},
+                     "names/names.h: expected an include of a file, found the macro GRID")
+        self.assertEqual(answer({"include/rdb2nimbra/client.h": "#include RDB2NIMBRA_CLIENT_HEADER\n"}), (0, ""))
+
     def test_edge_of_one_header_is_refused_elsewhere(self):
         self.refuses({"platform/calendar/calendar.h": "",
                       "loader/timebase/date.cpp": '#include "platform/calendar/calendar.h"\n'},

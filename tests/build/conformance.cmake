@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Installs the build and checks a client of somebody else's with the installed promises, by the package and by hand:
+# Installs the build and checks another project's client with the installed promises, by the package and by hand:
 #   cmake -DBUILD=<build folder> -DROOT=<sources> -DFOLDER=<own folder> -DCOMPILER=.. -DGENERATOR=..
 #     -DCONFIGURATION=.. -P conformance.cmake
 cmake_minimum_required(VERSION 3.25)
@@ -7,7 +7,7 @@ include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
 file(REMOVE_RECURSE ${FOLDER})
 run("cmake --install" ${CMAKE_COMMAND} --install ${BUILD} --prefix ${FOLDER}/first --config ${CONFIGURATION})
-# A tree that has been moved works as well, and no path of this build may help it.
+# The installed tree is moved, so that no path of this build can help it.
 file(RENAME ${FOLDER}/first ${FOLDER}/prefix)
 
 # The in-memory client, in a place of its own.

@@ -1,15 +1,22 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Builds a program of somebody else's in each way that CMake has, and runs it:
-#   cmake -DHOW=<package|subdirectory|fetchcontent> -DARGUMENTS=<of the consumer's configure step, between commas>
+#   cmake -DHOW=<package|subdirectory|fetchcontent|replacement> -DARGUMENTS=<of the consumer's configure step, between commas>
 #     -DCONSUMER=<sources> -DFOLDER=<own folder> -DTOOL=<rdbtool> -DCOMPILER=.. -DGENERATOR=.. -DCONFIGURATION=..
-#     -DFLAGS=.. -P consumer.cmake
+#     -DFLAGS=.. [-DREADELF=..] -P consumer.cmake
+# Ways that build the libraries share a folder, and each of them uses the objects of the one before.
 cmake_minimum_required(VERSION 3.25)
 include(${CMAKE_CURRENT_LIST_DIR}/run.cmake)
 
-file(REMOVE_RECURSE ${FOLDER})
 string(REPLACE "," ";" arguments "${ARGUMENTS}")
+if(HOW STREQUAL "package")
+  file(REMOVE_RECURSE ${FOLDER})
+else()
+  # The libraries are built once more, so without optimisation, as fast as can be.
+  set(CONFIGURATION "")
+  string(APPEND FLAGS " -O0")
+endif()
 set(configure ${CMAKE_COMMAND} -S ${CONSUMER} -G ${GENERATOR} -DHOW=${HOW} ${arguments}
-  -DCMAKE_CXX_COMPILER=${COMPILER} -DCMAKE_CXX_FLAGS=${FLAGS} -DCMAKE_BUILD_TYPE=${CONFIGURATION}
+  -DCMAKE_CXX_COMPILER=${COMPILER} "-DCMAKE_CXX_FLAGS=${FLAGS}" -DCMAKE_BUILD_TYPE=${CONFIGURATION}
   -DCMAKE_EXPORT_COMPILE_COMMANDS=ON)
 run("The consumer's configure step" ${configure} -B ${FOLDER}/build)
 run("The consumer's build" ${CMAKE_COMMAND} --build ${FOLDER}/build --target consumer container -j 2)
@@ -58,5 +65,21 @@ endfunction()
 if(HOW STREQUAL "package")
   refuses("rdb2nimbra has no component \"viewer\"; expected one of " -DCOMPONENTS=client+viewer)
   refuses("compatible with requested version \"2\"" -DVERSION=2)
+  file(REMOVE_RECURSE ${FOLDER})
 endif()
-file(REMOVE_RECURSE ${FOLDER})
+
+# The library finds a part that the enclosing project builds in another folder, beside its own folder and in no other.
+if(HOW STREQUAL "replacement")
+  set(library ${FOLDER}/build/_deps/rdb2nimbra-build/lib/librdb2nimbra.so)
+  set(own ${FOLDER}/build/own)
+  run("readelf" ${READELF} -dW ${library})
+  string(FIND "${output}" "[$ORIGIN:${own}]" at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "${library}: expected the run path [$ORIGIN:${own}], found\n${output}")
+  endif()
+  run("ldd" ldd ${library})
+  string(FIND "${output}" "libown_calendar.so => ${own}/libown_calendar.so " at)
+  if(at EQUAL -1)
+    message(FATAL_ERROR "${library}: expected to find libown_calendar.so in ${own}, found\n${output}")
+  endif()
+endif()

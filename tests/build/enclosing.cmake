@@ -8,6 +8,6 @@ run("Configuring an enclosing project" ${CMAKE_COMMAND} -S ${ROOT}/tests/enclosi
   -DROOT=${ROOT} -DCMAKE_CXX_COMPILER=${COMPILER})
 string(REGEX MATCH "([0-9]+) targets, each with the project's prefix" line "${output}")
 if(NOT CMAKE_MATCH_1 GREATER 50)
-  message(FATAL_ERROR "Expected more than 50 targets to be looked at, found \"${line}\":\n${output}")
+  message(FATAL_ERROR "Expected more than 50 checked targets, found \"${line}\":\n${output}")
 endif()
 file(REMOVE_RECURSE ${FOLDER})

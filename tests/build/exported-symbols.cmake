@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds what a library exports against a list: cmake -DNM=.. -DLIBRARY=.. -DLIST=.. -P exported-symbols.cmake
+# Compares the exported symbols of a library with a list: cmake -DNM=.. -DLIBRARY=.. -DLIST=.. -P exported-symbols.cmake
 # Weak and unique symbols are templates and type identities of the framework, one for all modules of a process;
 # everything else, code or data, has to be listed. The library's own namespace exports nothing weak.
 cmake_minimum_required(VERSION 3.25)

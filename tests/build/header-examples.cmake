@@ -4,7 +4,7 @@
 #     -P header-examples.cmake
 cmake_minimum_required(VERSION 3.25)
 file(READ ${ROOT}/${HEADER} text)
-# What a list of CMake cannot hold is written otherwise until the source is complete.
+# Characters that have a meaning in a list of CMake are replaced until the source is complete.
 string(REPLACE ";" "@SEMICOLON@" text "${text}")
 string(REPLACE "[" "@OPEN@" text "${text}")
 string(REPLACE "]" "@CLOSE@" text "${text}")

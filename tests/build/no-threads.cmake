@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds that a library starts no thread of its own: cmake -DNM=.. -DLIBRARY=.. -P no-threads.cmake
+# Checks that a library starts no thread: cmake -DNM=.. -DLIBRARY=.. -P no-threads.cmake
 cmake_minimum_required(VERSION 3.25)
 execute_process(COMMAND ${NM} -DC --undefined-only ${LIBRARY} OUTPUT_VARIABLE symbols COMMAND_ERROR_IS_FATAL ANY)
 string(REGEX MATCHALL "[^\n]*(pthread_create|thrd_create|_M_start_thread|QThread|QtConcurrent)[^\n]*" starters "${symbols}")

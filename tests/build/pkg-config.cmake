@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Builds a program of somebody else's from an installed tree with pkg-config and nothing else, and runs it:
+# Builds another project's program from an installed tree with pkg-config and nothing else, and runs it:
 #   cmake -DPREFIX=<installed tree> -DLIBRARIES=<its folder of libraries> -DCONSUMER=<sources> -DFOLDER=<own folder>
 #     -DPKG_CONFIG=.. -DCOMPILER=.. -DFLAGS=.. -DVERSION=.. -P pkg-config.cmake
 cmake_minimum_required(VERSION 3.25)

@@ -1,9 +1,9 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds the installed headers against what the compiler reads from them, and keeps closed libraries out of them:
+# Compares the list of installed headers with those that the compiler reads, none of which may be of a private library:
 #   cmake -DCOMPILER=.. -DROOT=.. -DLIST=.. -DGENERATED=<folder of generated headers> -P public-headers.cmake
 cmake_minimum_required(VERSION 3.25)
 file(STRINGS ${LIST} listed)
-# What a program includes by itself; everything else is installed because one of these reaches it.
+# The headers that a program includes directly; the others are installed because one of these includes them.
 set(fronts include/rdb2nimbra/rdb2nimbra.h include/rdb2nimbra/version.h container/write/writer.h container/read/cursor.h container/read/verify.h
   container/format/element_traits.h container/format/error.h
   arrays/quillon/physical_space.h arrays/nimbra/mem_array.h)
@@ -47,4 +47,4 @@ if(NOT problems STREQUAL "")
   message(FATAL_ERROR "Public headers:\n${problems}")
 endif()
 list(LENGTH read count)
-message(STATUS "${count} public headers, none of a closed library")
+message(STATUS "${count} public headers, none of a private library")

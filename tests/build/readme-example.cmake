@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds the example of the README against the file that the build compiles: cmake -DROOT=<sources> -P readme-example.cmake
+# Compares the example of the README with the file that the build compiles: cmake -DROOT=<sources> -P readme-example.cmake
 cmake_minimum_required(VERSION 3.25)
 file(READ ${ROOT}/README.md readme)
 file(READ ${ROOT}/examples/load_scan.cpp example)

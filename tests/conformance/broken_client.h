@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A client with one flaw of choice, each of which breaks rules of the interface; its databases are in-memory ones.
+// A client with one selectable flaw, which breaks rules of the interface. Its databases are in memory.
 #pragma once
 
 #include "tests/conformance/broken_query.h"

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The flaw of the broken client, and conversions that break a rule each.
+// The selected flaw of the broken client, and conversions that each break a rule.
 #pragma once
 
 #include "bench/in_memory/database.h"
@@ -15,7 +15,7 @@
 
 namespace broken {
 
-/// The name of the flaw; empty for a client without one. At first that of the environment variable
+/// The name of the flaw; empty for a client without one. Initially the value of the environment variable
 /// RDB_CONFORMANCE_FLAW.
 inline std::string& flaw() {
   static std::string name = std::getenv("RDB_CONFORMANCE_FLAW") != nullptr // NOLINT(concurrency-mt-unsafe)

@@ -41,7 +41,7 @@ Names brokenBy(const std::string& flaw, const Names& checked = allNames()) {
 struct Flaw {
   std::string name;
   Names promises;
-  /// Of a flaw that uses memory which is not its own the consequences are certain for its promises only.
+  /// A flaw that uses memory out of bounds may break any other promise too, so only its own promises are checked.
   bool certainForItsPromisesOnly = false;
 
   friend void PrintTo(const Flaw& flaw, std::ostream* stream) { *stream << flaw.name; }

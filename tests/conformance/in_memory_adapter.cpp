@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases of the client whose databases are memory.
+// Makes databases of the in-memory client.
 #include "conformance/client.h"
 #include "conformance/contents.h"
 

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds docs/integration.md against the promises and against the adapter that the build compiles:
+# Compares docs/integration.md with the promises and with the adapter that the build compiles:
 #   cmake -DPROGRAM=<rdb-conformance> -DROOT=<sources> -P page.cmake
 cmake_minimum_required(VERSION 3.25)
 file(READ ${ROOT}/docs/integration.md page)

@@ -1,5 +1,5 @@
 # SPDX-License-Identifier: BSD-3-Clause
-# Holds what rdb-conformance prints, writes and returns for clients with flaws against what it should:
+# Compares what rdb-conformance prints, writes and returns for clients with flaws with what is expected:
 #   cmake -DPROGRAM=<rdb-conformance-broken> -DFOLDER=<own folder> -P program.cmake
 cmake_minimum_required(VERSION 3.25)
 file(REMOVE_RECURSE ${FOLDER})

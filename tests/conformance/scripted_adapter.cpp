@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases of the scripted client: one block that `next` takes pieces of.
+// Makes databases of the scripted client: one block, which calls of `next` read in pieces.
 #include "conformance/contents.h"
 #include "tests/scripted/script.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Loads a database and prints the names of its fields with their element counts, and the first amplitude as the
-// number that it is: consumer FILE
+// Loads a database and prints the names of its fields with their element counts, and the first amplitude as a
+// number: consumer FILE
 #include <rdb2nimbra/rdb2nimbra.h>
 #include <rdb2nimbra/version.h>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What every fuzz target shares: its entry, its claims, and silence.
+// What every fuzz target shares: the entry point, claims about the result, and silenced output.
 #pragma once
 
 #include "model/torvel/core/speak_ptr.h"
@@ -14,8 +14,8 @@
 /// Called with one input after the other; aborts where a claim does not hold.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count);
 
-/// Qt 5.15 itself loses an object that stands under a name that occurs twice; that must not end an exploration.
-/// Leaks of this project's own code are found as ever.
+/// Qt 5.15 leaks an object whose name occurs twice in a document; that must not end an exploration.
+/// Leaks of this project's own code are still reported.
 extern "C" __attribute__((used, visibility("default"))) inline const char* __lsan_default_suppressions() {
   return "leak:libQt5Core\n";
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the fuzz targets of the imports have in common: a whole database comes of any bytes, or a refusal and no file.
+// What the fuzz targets of the imports share: any bytes give a complete database, or an error and no file.
 #pragma once
 
 #include "apps/rdbtool/import.h"
@@ -12,7 +12,7 @@
 
 namespace fuzz {
 
-/// Imports the bytes as a file and holds the outcome to its promise.
+/// Imports the bytes as a file and checks the outcome.
 /// \param import  called with the request and a stream for its notes
 template <class Import>
 int importAnyBytes(const std::uint8_t* bytes, std::size_t count, Import import) {

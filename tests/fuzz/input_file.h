@@ -10,13 +10,13 @@
 
 namespace fuzz {
 
-/// The process's own folder; it goes when the process ends as it should.
+/// A folder of this process, removed when the process ends normally.
 inline const support::TempDir& folder() {
   static const support::TempDir made;
   return made;
 }
 
-/// Writes the input to one and the same path and hands that back.
+/// Writes the input to a file and returns its path, which is the same in every call.
 inline std::string inputFile(const std::uint8_t* bytes, std::size_t count) {
   std::string path = folder().path("input");
   std::ofstream(path, std::ios::binary) << silentText(bytes, count);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Any text as a lever-arm file: both vectors come of it, or neither.
+// Any text as a lever-arm file: it gives both vectors or none.
 #include "loader/trajectory/lever_arm.h"
 
 #include "model/torvel/references/chunk.h"

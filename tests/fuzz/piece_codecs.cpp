@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A byte of codec and two of size, then stored bytes: decoders write exactly that size, and what is compressed comes back.
+// A byte of codec and two of size, then stored bytes: decoders write exactly that many bytes, and compressed bytes
+// decode to the original.
 #include "container/codec/compression.h"
 #include "tests/fuzz/fuzz_target.h"
 
@@ -15,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
   const auto codec = static_cast<Codec>(bytes[0] % 3);
   const std::size_t plainBytes = bytes[1] | std::size_t{bytes[2]} << 8;
   const std::span input(reinterpret_cast<const std::byte*>(bytes) + 3, count - 3);
-  const auto plain = std::make_unique<std::byte[]>(plainBytes); // whose end a sanitizer watches
+  const auto plain = std::make_unique<std::byte[]>(plainBytes); // whose bounds a sanitizer checks
   Decompressor decompressor;
   if (decompressor.decompress(codec, input, plain.get(), plainBytes)) {
     fuzz::require(plainBytes <= mostDecodedBytes(codec, input.size()),

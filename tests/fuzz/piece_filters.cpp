@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A byte each of filter, width and length, then records: both orders of filter and inverse give them back.
+// A byte each of filter, width and length, then records: filter and inverse, in either order, restore them.
 #include "container/codec/filters.h"
 #include "tests/fuzz/fuzz_target.h"
 

@@ -10,7 +10,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t cou
   try {
     const Riegl::TimeBaseDate date = Riegl::parseDate(fuzz::silentText(bytes, count));
     const bool refused = date.day == -1 && date.month == -1 && date.year == -1;
-    fuzz::require(!refused || !date.isUTC, "a text that is refused tells no time system");
+    fuzz::require(!refused || !date.isUTC, "a refused text gives no time system");
   } catch (const std::invalid_argument& error) {
     fuzz::require(std::string(error.what()) == "stoi", "only a number can raise");
   } catch (const std::out_of_range& error) {

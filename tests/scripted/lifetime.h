@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What the scripted client's objects are made of: a record of their end, and the database that they read.
+// Parts of the scripted client's objects: the log of their destruction, and the database that they read.
 #pragma once
 
 #include "tests/scripted/script.h"
@@ -10,7 +10,7 @@
 
 namespace scripted {
 
-/// Logs the end of an object when its last copy goes.
+/// Logs the destruction of an object when its last copy is destroyed.
 class Lifetime {
  public:
   explicit Lifetime(std::string objectName) : name(std::move(objectName)) { ++script().liveObjects; }
@@ -34,7 +34,7 @@ inline Token begin(const std::string& name) {
   return std::make_shared<Lifetime>(name);
 }
 
-/// What an open database reads: a kept one, or the script of the thread.
+/// The content that an open database reads: a kept database, or the script of the thread.
 class Opened {
  public:
   Opened() = default;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // A database client without a database: it answers from a script, records every call, and raises at call k.
-// It has the operations of `riegl::rdb` that the library uses and no others, so that nothing else can creep in.
+// It has the operations of `riegl::rdb` that the library uses and no others: a use of any other does not compile.
 #pragma once
 
 #include "tests/scripted/lifetime.h"

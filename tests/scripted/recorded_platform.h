@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// A transformation and a calendar that write what they are called with into the scripted client's record.
+// A transformation and a calendar that record their arguments in the scripted client's record of calls.
 #pragma once
 
 #include "arrays/quillon/physical_space.h"

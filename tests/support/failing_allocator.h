@@ -4,11 +4,11 @@
 
 namespace support {
 
-/// Starts to count this thread's allocations. The one after the first `successes` fails; a negative number
+/// Starts counting this thread's allocations. The one after the first `successes` fails; a negative number
 /// lets none fail.
 void beginAllocations(long successes);
 
-/// Stops to count allocations and to let them fail.
+/// Stops counting allocations and failing them.
 void endAllocations();
 
 /// Number of allocations of this thread between the two calls.

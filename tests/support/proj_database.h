@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// PROJ's installed database, and copies of it that a test can tell from it.
+// PROJ's installed database, and modified copies of it.
 #pragma once
 
 #include "tests/support/changed_variable.h"

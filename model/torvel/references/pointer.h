@@ -63,15 +63,14 @@ class DynPtr {
     record = other.record;
   }
 
-  /// Takes the object of another pointer as T. A null pointer of another type there may be the result of a
-  /// failed cast, which says nothing about T: the live object is then cast anew. Called after the hold is
-  /// taken, because the cast reads the object: a strong hold keeps it alive meanwhile. A weak pointer that is
-  /// made from a weak one of another type relies on the caller to keep the object alive during the call.
+  /// Takes the object of another pointer as T. A null pointer there may be the result of a failed cast, which
+  /// says nothing about T: the live object is then cast anew. Called after the hold is taken, because the
+  /// cast reads the object; a strong hold keeps it alive meanwhile, a weak one relies on the caller.
   template <class U>
   void takeObject(const DynPtr<U, B>& other) {
     if constexpr (std::is_convertible_v<U*, T*>) {
       cached = other.get();
-      if (std::is_same_v<T, U> || cached != nullptr) [[likely]] {
+      if (cached != nullptr) [[likely]] {
         return;
       }
     }

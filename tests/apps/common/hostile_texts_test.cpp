@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Texts of files and users that would control a terminal: none of them leaves either program as it is.
+// Texts from files and users that would control a terminal: both programs escape them before they print them.
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/database.h"
 #include "tests/support/temp_dir.h"
@@ -45,7 +45,7 @@ class HostileTexts : public testing::Test {
   support::Run run(const char* program, const std::vector<std::string>& arguments) const {
     return support::runProgram(program, arguments, data.root().string());
   }
-  /// Runs a program and checks all that it prints. \returns both outputs
+  /// Runs a program and checks all that it prints. \return both outputs
   std::string printed(const char* program, const std::vector<std::string>& arguments) const {
     const support::Run result = run(program, arguments);
     EXPECT_FALSE(controlsTerminals(result.out)) << testing::PrintToString(arguments) << result.out;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Outputs of both programs where the disk, the memory or the target refuses them: a clear error and the old file.
+// Outputs of both programs when the disk is full, memory runs out or the target is refused: a clear error, and the
+// old file is kept.
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/file_content.h"
 #include "tests/support/permissions.h"
@@ -67,6 +68,14 @@ TEST_F(Outputs, APictureKeepsThePermissionsOfTheOldOne) {
   EXPECT_EQ(fs::status(picture).permissions(), fs::perms(0640));
 }
 
+TEST_F(Outputs, ADatabaseKeepsThePermissionsOfTheOldOne) {
+  const std::string path = givenOld("a.rdbx");
+  fs::permissions(path, fs::perms(0640));
+  EXPECT_EQ(tool("synth scan --records 10 -o " + path).status, 0);
+  EXPECT_EQ(tool("verify " + path).status, 0);
+  EXPECT_EQ(fs::status(path).permissions(), fs::perms(0640));
+}
+
 TEST_F(Outputs, APictureIsNoPipeAndNoDevice) {
   const std::string pipe = folder.path("pipe");
   ASSERT_EQ(::mkfifo(pipe.c_str(), 0600), 0);
@@ -89,6 +98,18 @@ TEST_F(Outputs, AProtectedPictureIsNotReplaced) {
                                            ": expected a file that may be written, "
                                            "found: Permission denied\n"));
   EXPECT_EQ(support::contentOf(picture), "old");
+}
+
+TEST_F(Outputs, AProtectedDatabaseIsNotReplaced) {
+  if (!support::bindStartedProgramsByPermissions()) {
+    GTEST_SKIP() << "SKIPPED: permissions do not bind the superuser, and that right cannot be dropped here";
+  }
+  const std::string path = givenOld("a.rdbx");
+  fs::permissions(path, fs::perms(0400));
+  EXPECT_EQ(tool("synth scan --records 10 -o " + path).err,
+            "rdbtool: cannot write the database: " + path +
+                ": expected a file that may be written, found: Permission denied\n");
+  EXPECT_EQ(support::contentOf(path), "old");
 }
 
 TEST_F(Outputs, APictureDoesNotReplaceItsInputUnderAnotherPath) {

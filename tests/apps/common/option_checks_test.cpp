@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Which texts options take, what the others are refused with, and numbers as text.
+// Which option values are accepted, the error text for the others, and numbers as text.
 #include "apps/common/option_checks.h"
 
 #include "apps/common/number_text.h"

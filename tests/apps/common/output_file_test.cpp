@@ -30,7 +30,7 @@ class Output : public testing::Test {
     file.write("new");
     file.putInPlace();
   }
-  /// The text that an output is refused with; empty where it is not.
+  /// The error text of a refused output; empty if it is accepted.
   static std::string refusalOf(const std::string& path) {
     try {
       writeTo(path);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What reaches a terminal of texts that files and users supply.
+// How texts from files and users are shown on a terminal.
 #include "apps/common/printable_text.h"
 
 #include <gtest/gtest.h>

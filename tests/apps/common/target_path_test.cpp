@@ -2,6 +2,7 @@
 // Paths that lead to the same file, whether it exists or not.
 #include "apps/common/target_path.h"
 
+#include "container/write/replacing_file.h"
 #include "tests/support/temp_dir.h"
 
 #include <fstream>
@@ -64,10 +65,10 @@ TEST_F(TargetPath, RelativeAndAbsolutePathsMeet) {
 
 TEST_F(TargetPath, LinksAreFollowedToTheEnd) {
   std::error_code problem;
-  EXPECT_EQ(fs::path(apps::followLinks(folder.path("chain"), problem)).lexically_normal(),
+  EXPECT_EQ(fs::path(container::followLinks(folder.path("chain"), problem)).lexically_normal(),
             folder.path("absent"));
   EXPECT_FALSE(problem);
-  apps::followLinks(folder.path("circle"), problem);
+  container::followLinks(folder.path("circle"), problem);
   EXPECT_EQ(problem, std::errc::too_many_symbolic_link_levels);
 }
 

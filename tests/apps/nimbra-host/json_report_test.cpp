@@ -160,7 +160,7 @@ TEST(JsonReport, ArrayOfSeveralRanksIsListedInStorageOrder) {
   EXPECT_THAT(jsonOf(load), HasSubstr("\"count\": 4, \"values\": [1,2,3,4]"));
 }
 
-TEST(JsonReport, FailuresAreTold) {
+TEST(JsonReport, FailuresAreReported) {
   HandMade load;
   load.outcome.result = "it \"broke\"";
   load.outcome.exception = nimbrahost::Raised{"std::invalid_argument", "stod"};
@@ -203,7 +203,7 @@ TEST(JsonReport, WaveformShowsItsFourCarriers) {
                 "  \"waveformField\": {\"attributes\": []},\n  \"tRefField\": {\"attributes\": []}}}\n"));
 }
 
-TEST(JsonReport, PictureIsTold) {
+TEST(JsonReport, PictureIsReported) {
   const nimbrahost::PictureOutcome picture{
       .file = "a.png", .pointCount = 3, .unitsPerPixel = 0.5, .error = ""};
   EXPECT_THAT(jsonOf(HandMade(), 0, &picture),

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Pins that the host's trajectory load leaves PROJ_LIB as it was, so that other users of PROJ find their data.
 #include "apps/nimbra-host/load.h"
-#include "model/torvel/objects/environment.h"
 #include "tests/loader/trajectory/flight.h"
 #include "tests/support/changed_variable.h"
 
@@ -54,7 +53,7 @@ TEST_F(HostLoad, LetsAnotherUserOfProjFindItsData) {
   loadFlight(32633);
   EXPECT_TRUE(projFindsItsData());
   // What a load of a host that restores nothing leaves behind:
-  const support::ChangedVariable left("PROJ_LIB", Torvel::getExecutableDir());
+  const support::ChangedVariable left("PROJ_LIB", directory.root().string());
   EXPECT_FALSE(projFindsItsData());
 }
 

@@ -159,7 +159,7 @@ TEST(PeopleReport, WaveformShowsWhatWasReadAndItsFourCarriers) {
                         "  Waveform field: 0 attributes\n  Time reference field: 0 attributes\n"));
 }
 
-TEST(PeopleReport, WaveformThatWasNotReadIsToldWithItsReason) {
+TEST(PeopleReport, WaveformThatWasNotReadIsShownWithItsReason) {
   HandMade load;
   load.outcome.waveform = readWaveform("Error: Key not found");
   EXPECT_THAT(textOf(load), HasSubstr("\nWaveform processing\n  failed: Error: Key not found\n"));

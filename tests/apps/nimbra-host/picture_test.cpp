@@ -166,7 +166,7 @@ TEST_F(Picture, EveryPointOfALargeSurveyIsInside) {
   EXPECT_EQ(outcome.pointCount, 600001U);
 }
 
-TEST_F(Picture, FileThatCannotBeWrittenIsTold) {
+TEST_F(Picture, FileThatCannotBeWrittenIsReported) {
   request.file = directory.path("missing/a.png");
   EXPECT_THAT(drawPicture(*HandMade().outcome.grid, request).error,
               testing::StartsWith("cannot write " + request.file + ": "));

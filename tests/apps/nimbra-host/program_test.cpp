@@ -85,7 +85,7 @@ TEST_F(Program, WrongUseIsStatusTwo) {
   }
 }
 
-TEST_F(Program, TellsWhatAnOptionTakes) {
+TEST_F(Program, NamesWhatAnOptionAccepts) {
   for (const auto& [option, text] : std::map<std::string, std::string>{
            {"--values some", "--values: expected a number of elements or all, found some"},
            {"--epsg 032633", "--epsg: expected a whole number, found 032633"},
@@ -219,7 +219,7 @@ TEST_F(Program, LeverArmStandsOnTheGrid) {
             nlohmann::json::parse(R"({"name": "LeverArm", "type": "double", "values": [0.1,0.2,0.3]})"));
 }
 
-TEST_F(Program, ExceptionOfALoadIsTold) {
+TEST_F(Program, ExceptionOfALoadIsReported) {
   const std::string arm = givenText("arm.txt", "leverarm:one:0:0\n");
   const ProgramRun run =
       runProgram("load --json --epsg 32633 --lever-arm " + arm + " " + givenTrajectory(100));

@@ -81,7 +81,7 @@ void PrintTo(const Left& row, std::ostream* out) {
 
 class LasExtraLeft : public LasExtraBytes, public testing::WithParamInterface<Left> {};
 
-TEST_P(LasExtraLeft, IsSaidAloudAndTheRestIsImported) {
+TEST_P(LasExtraLeft, IsReportedAndTheRestIsImported) {
   const DatabaseRows rows = importedWith({GetParam().field});
   EXPECT_THAT(run.err, HasSubstr(GetParam().text));
   EXPECT_EQ(rows.names().size(), 8U);

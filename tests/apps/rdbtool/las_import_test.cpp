@@ -122,7 +122,7 @@ TEST_P(LasForm, ClassificationFlagsAreNoPartOfTheClass) {
   EXPECT_THAT(imported(file.with(point)).column("riegl.class"), ElementsAre(9));
 }
 
-TEST_P(LasForm, PartsThatAreLeftAreSaidAloud) {
+TEST_P(LasForm, PartsThatAreNotImportedAreReported) {
   const unsigned format = GetParam().format;
   imported(twoPoints());
   const bool waveform = format == 4 || format == 5 || format == 9 || format == 10;

@@ -95,13 +95,13 @@ TEST_F(LasTime, TheAdjustedBitMeansNothingBeforeVersion12) {
   EXPECT_THAT(imported().column("riegl.timestamp"), ElementsAre(259210.5));
 }
 
-TEST_F(LasTime, StampsOutsideTheWeekAreKeptAndSaidAloud) {
+TEST_F(LasTime, StampsOutsideTheWeekAreKeptAndReported) {
   givenStamps({604800.0});
   EXPECT_THAT(imported().column("riegl.timestamp"), ElementsAre(604800.0));
   EXPECT_THAT(run.err, HasSubstr("expected GPS seconds of the week, found stamps outside 0 to 604800"));
 }
 
-TEST_F(LasTime, AdjustedStampsThatAreNoNumbersAreKeptAndSaidAloud) {
+TEST_F(LasTime, AdjustedStampsThatAreNoNumbersAreKeptAndReported) {
   givenStamps({std::numeric_limits<double>::quiet_NaN()});
   file.globalEncoding = 1;
   EXPECT_TRUE(std::isnan(imported().column("riegl.timestamp")[0]));

@@ -126,7 +126,7 @@ TEST_F(Sbet, ValuesThatAreNoAnglesAreRefusedWithTheirRecord) {
   }
 }
 
-TEST_F(Sbet, AStampOutsideTheWeekIsToldInFull) {
+TEST_F(Sbet, AStampOutsideTheWeekIsReportedInFull) {
   EXPECT_THAT(importing({recordAt(604800.25, 0, 0)}).err,
               HasSubstr("expected GPS seconds of the week, found a first stamp of 604800.25; the stamps are "
                         "kept as they are"));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Scan, shots and trajectory of one seed are one flight.
+// Scan, shots and trajectory made from one seed describe the same flight.
 #include "tests/apps/rdbtool/database_rows.h"
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/temp_dir.h"
@@ -60,7 +60,7 @@ TEST_F(Flight, ShotsPointAtTheirEchoes) {
     ASSERT_EQ(count[echo], static_cast<double>(echoCount[shot])) << shot;
     for (std::size_t axis = 0; axis < 3; ++axis) {
       const double along = origin[3 * shot + axis] + direction[3 * shot + axis] * range[echo];
-      ASSERT_NEAR(place[3 * echo + axis], along, 0.4) << shot; // the grid's scale is left out here
+      ASSERT_NEAR(place[3 * echo + axis], along, 0.4) << shot; // the grid's scale is ignored here
     }
   }
 }
@@ -80,7 +80,7 @@ std::array<double, 3> projected(double longitude, double latitude, double height
 }
 
 TEST_F(Flight, TheTrajectoryPassesThroughTheShotOrigins) {
-  for (std::size_t shot = 0; shot < ticks.size(); shot += 10) { // 2000 shots and 200 records a second
+  for (std::size_t shot = 0; shot < ticks.size(); shot += 10) { // 2000 shots and 200 records per second
     const std::size_t record = shot / 10;
     ASSERT_NEAR(pathStamp[record], static_cast<double>(ticks[shot]) * 4e-12, 1e-9);
     const auto here = projected(pose[0][record], pose[1][record], pose[2][record]);

@@ -61,7 +61,7 @@ INSTANTIATE_TEST_SUITE_P(
         Row{"int", elementRecord<int>(), 1, 4, 0, 0, "int", 4, "void", 0},
         Row{"unsigned int", elementRecord<unsigned int>(), 1, 4, 0, 0, "unsigned int", 4, "void", 0}));
 
-TEST(ElementRecord, FieldsStandInTheToldOrder) {
+TEST(ElementRecord, FieldsKeepTheFixedOrder) {
   const auto [components, elementBytes, vectorFlagA, vectorFlagB, componentBytes, typeName, componentName,
               chartName, dimensions] = elementRecord<Quillon::ColourRGBA>();
   EXPECT_EQ(

@@ -9,7 +9,7 @@ using namespace everyarray;
 
 namespace {
 
-TEST(EveryArray, TellsRankAndExtents) {
+TEST(EveryArray, ReturnsRankAndExtents) {
   forEveryArray([](const Kind& kind, const MemBase::Pointer& array, const ChunkPointer&) {
     EXPECT_EQ(array->rank(), kind.rank);
     const DynamicSize dimensions = array->dimensions();
@@ -35,7 +35,7 @@ TEST(EveryArray, SharesItsChunkWithoutACopy) {
   });
 }
 
-TEST(EveryArray, TellsItsElementType) {
+TEST(EveryArray, ReturnsItsElementType) {
   forEveryArray([](const Kind& kind, const MemBase::Pointer& array, const ChunkPointer&) {
     EXPECT_EQ(array->elementType(), *kind.type);
     EXPECT_EQ(array->typeIndex().typeName, Torvel::Typename(*kind.type));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins the rule from an index to an element, and the number of elements of a view.
+// Pins which element an index selects, and the number of elements of a view.
 #include "arrays/nimbra/multi_array.h"
 
 #include <cstddef>
@@ -90,7 +90,7 @@ INSTANTIATE_TEST_SUITE_P(Views, AvailableElements,
                                          ViewCase{"empty", {0, 1, 0, 0, 0}, 0}),
                          [](const auto& row) { return row.param.name; });
 
-TEST(Hyperslab, ParametersStandInTheToldOrder) {
+TEST(Hyperslab, ParametersKeepTheFixedOrder) {
   using Nimbra::HyperslabParameters;
   EXPECT_EQ(offsetof(HyperslabParameters, count), 0U);
   EXPECT_EQ(offsetof(HyperslabParameters, stride), 8U);

@@ -240,7 +240,7 @@ TEST(MemArrays, NewOnesRememberTheCreatorThatIsPassed) {
   }
 }
 
-TEST(MemArrays, PartsStandInTheToldOrder) {
+TEST(MemArrays, PartsKeepTheFixedOrder) {
   MemArray<1, double> array(1, nullptr);
   const Referencing& working = array;
   const std::vector<const void*> places{static_cast<const Nimbra::MemArrayBase<1>*>(&working),

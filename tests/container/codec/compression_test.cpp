@@ -32,7 +32,7 @@ Bytes bytesFrom(std::initializer_list<int> numbers) {
   return bytes;
 }
 
-// Into memory of exactly the size, whose end a sanitizer or valgrind watches.
+// Decodes into a block of exactly that size, so that a sanitizer or valgrind reports a write behind it.
 bool decompresses(Codec codec, const Bytes& stored, std::size_t bytes, const Bytes& expected) {
   const auto plain = std::make_unique<std::byte[]>(bytes);
   return Decompressor().decompress(codec, stored, plain.get(), bytes) &&
@@ -145,7 +145,7 @@ struct WrongLevel {
   const char* text;
 };
 
-TEST(Compression, RefusesLevelsThatTheCodecHasNot) {
+TEST(Compression, RefusesLevelsThatTheCodecDoesNotHave) {
   for (const WrongLevel& row : {
            WrongLevel{Codec::zlib, 0, "zlib: expected a level from 1 to 12, found 0"},
            WrongLevel{Codec::zlib, 13, "zlib: expected a level from 1 to 12, found 13"},

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// What is chosen for values whose nature is known.
+// The encoding that is chosen for values of a known structure.
 #include "container/codec/encoding_choice.h"
 
 #include "tests/container/codec/blocks.h"
@@ -24,7 +24,7 @@ std::optional<EncodingOptions> chosen(const Bytes& records, const BlockShape& sh
   return chooseEncoding(records.data(), shape, {codec, 6, hint});
 }
 
-// A path: neighbours are close, and the whole is not.
+// A path: neighbouring values differ little, distant ones differ much.
 std::vector<double> path(std::size_t count, double unit) {
   std::mt19937 random(4);
   std::vector<double> values;

@@ -97,7 +97,7 @@ TEST_P(EveryFilter, IsUndoneForARunOfRecords) {
   }
 }
 
-// Blocks of memory whose ends a sanitizer or valgrind watches, at odd addresses.
+// Blocks at odd addresses, whose bounds a sanitizer or valgrind checks.
 TEST_P(EveryFilter, NeedsNoAlignmentAndTouchesNothingElse) {
   const RecordShape shape{GetParam().valueBytes, 3, 1001};
   const Bytes records = blocks::randomBytes(shape.bytes());

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The header of pieces: every field forged, every length cut off, and no memory for what cannot be.
+// The header of pieces: every field forged, every length cut off, and no allocation for impossible sizes.
 #include "container/codec/encoding_error.h"
 #include "container/codec/pieces.h"
 #include "container/format/part_checksum.h"
@@ -229,7 +229,7 @@ TEST_P(ForgedField, CostsNoMemory) {
 INSTANTIATE_TEST_SUITE_P(Fields, ForgedField, testing::ValuesIn(forgedFields()),
                          [](const auto& row) { return std::string(row.param.name); });
 
-// What the codec can just give passes; the pieces are looked at when they are decoded.
+// The largest size that the codec can give passes; the pieces are checked when they are decoded.
 TEST(PieceHeader, TakesSizesUpToWhatTheCodecCanGive) {
   const Bytes zlib = classes(Codec::zlib);
   Bytes one = with(with(zlib, 0, 1U), 4, 20000U);

@@ -34,7 +34,7 @@ class EncodedBlock {
     return {block.data() + header.pieces[piece].position, header.pieces[piece].bytes};
   }
 
-  // Into memory of exactly the size, whose end a sanitizer or valgrind watches.
+  // Decodes into a block of exactly that size, so that a sanitizer or valgrind reports a write behind it.
   Bytes range(std::uint64_t first, std::uint64_t count) {
     const std::size_t bytes = count * header.recordBytes();
     const auto records = std::make_unique<std::byte[]>(bytes);
@@ -137,7 +137,7 @@ TEST(Pieces, GiveBackScaledValues) {
   expectScaled<float>(1, 6001);
 }
 
-TEST(Pieces, TakeAQuarterOfAMebibyteEachUnlessToldOtherwise) {
+TEST(Pieces, TakeAQuarterOfAMebibyteEachByDefault) {
   const BlockShape points{{NumberKind::real, 8}, 3, 30000};
   EncodedBlock block(Bytes(points.records * 24), points, {});
   EXPECT_EQ(block.header.recordsPerPiece, 10922U);
@@ -175,7 +175,7 @@ TEST(Pieces, OfARangeAreTheOnlyOnesAskedFor) {
   }
 }
 
-TEST(Pieces, OfRecordsThatTheBlockHasNotAreRefused) {
+TEST(Pieces, OfRecordsBehindTheBlockAreRefused) {
   const BlockShape shape{{NumberKind::signedInteger, 4}, 1, 10};
   EncodedBlock block(Bytes(40), shape, {});
   EXPECT_THROW(block.range(0, 11), std::out_of_range);
@@ -202,7 +202,7 @@ TEST(Pieces, OfAnotherSizeAreRefused) {
   EXPECT_EQ(block.refusal(1, block.stored(1).first(3)), "piece 1: expected 4 bytes, found 3");
 }
 
-// Whoever forges a piece forges its checksum too.
+/// The refusal of a forged piece with a matching checksum.
 std::string refusalOfGarbage(Codec codec) {
   const BlockShape shape{{NumberKind::unsignedInteger, 1}, 1, 400};
   EncodedBlock block(blocks::smoothBytes(400), shape, {Filter::shuffle, codec, 9, {}, 400});

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Scaled values: two roundings, and bit for bit or not at all.
+// Scaled values: two roundings, and a refusal unless every value comes back bit for bit.
 #include "container/codec/scaled.h"
 
 #include "tests/container/codec/blocks.h"

@@ -67,7 +67,7 @@ TEST(CatalogueText, WritesIntegersInDecimal) {
   EXPECT_EQ(line(BlockRow{1, 2, "pieces", 4294967295, 0}), "block 1 2 6:pieces 4294967295 0\n");
 }
 
-TEST(CatalogueText, TellsEmptyTextsFromAbsentOnes) {
+TEST(CatalogueText, DistinguishesEmptyTextsFromAbsentOnes) {
   EXPECT_EQ(line(AttributeRow{7, "", "int8", 1, 1, 0, "", {}, ""}),
             "attribute 7 0: 4:int8 1 3ff0000000000000 0000000000000000 0: - 0:\n");
 }

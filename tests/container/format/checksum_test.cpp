@@ -90,7 +90,7 @@ TEST(Checksum, GoesOnWhereAnEarlierCallEnded) {
   }
 }
 
-// Bytes that are moved, that receive, and that are read through a mask: each bit counts in every position.
+// At every position: some bytes are folded onto others, some receive a fold, some are read through a mask.
 TEST(Checksum, ChangesWithEveryBytesBits) {
   Bytes bytes = randomBytes(66000);
   const std::uint32_t before = crc32(0, bytes.data(), bytes.size());

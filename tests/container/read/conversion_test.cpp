@@ -136,7 +136,7 @@ struct Case {
   std::string text;
 };
 
-// The rule once more, by hand: what a reader of the table can check in the head.
+// The rule once more, by hand: values that a reader of the table can check without a computer.
 const Case cases[] = {
     {0.5, ElementType::uint8, "0"},
     {1.5, ElementType::uint8, "2"},

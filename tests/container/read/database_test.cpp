@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Opening a database: its catalogue, its metadata, and odd paths.
+// Opening a database: its catalogue, its metadata, and unusual paths.
 #include "tests/container/database_file.h"
 
 #include <filesystem>

@@ -72,7 +72,7 @@ TEST_F(BesideTheFile, NamedPipeIsReportedWithoutWaiting) {
   }
 }
 
-TEST_F(BesideTheFile, JournalOfABrokenOffChangeIsReported) {
+TEST_F(BesideTheFile, JournalOfAnInterruptedChangeIsReported) {
   writeBytes(path + "-journal", std::vector<char>(1024, 'x'));
   EXPECT_EQ(errorOfOpening(),
             "cannot open the database (" + name +

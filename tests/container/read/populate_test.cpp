@@ -14,7 +14,7 @@ using container::populate;
 
 const auto pageBytes = static_cast<std::size_t>(sysconf(_SC_PAGESIZE));
 
-/// Fresh pages, none of them there yet.
+/// Fresh pages, none of them resident yet.
 class FreshPages {
  public:
   explicit FreshPages(std::size_t pages)

@@ -77,6 +77,38 @@ TEST_F(Writing, RefusesADirectoryAsFile) {
             "cannot write the database (.: expected a new or a regular file, found: a directory)");
 }
 
+TEST_F(Writing, PassesOnThePermissionsOfTheOldFile) {
+  writeBytes(path, {'o', 'l', 'd'});
+  std::filesystem::permissions(path, std::filesystem::perms(0640));
+  writeSample(path);
+  EXPECT_EQ(Database(path).recordCount(), 10U);
+  EXPECT_EQ(std::filesystem::status(path).permissions(), std::filesystem::perms(0640));
+}
+
+TEST_F(Writing, TakesTheLongestNameOfAFileSystem) {
+  const std::string longest = directory.path(std::string(255, 'n'));
+  writeSample(longest);
+  EXPECT_EQ(Database(longest).recordCount(), 10U);
+}
+
+TEST_F(Writing, RefusesAPipe) {
+  ASSERT_EQ(::mkfifo(path.c_str(), 0600), 0);
+  EXPECT_EQ(errorOf(directory, [&] { Writer{path}; }),
+            "cannot write the database (scan.rdbx: expected a new or a regular file, found: a pipe)");
+}
+
+TEST_F(Writing, RefusesAPathThatNamesNoFile) {
+  const std::string what = "cannot write the database (";
+  EXPECT_EQ(errorOf(directory, [] { Writer(""); }),
+            what + "\"\": expected the path of a file, found: an empty text)");
+  const std::string refusal = what + std::string(path, directory.root().string().size() + 1);
+  EXPECT_EQ(errorOf(directory, [&] { Writer(path + std::string("\0b", 2)); }),
+            refusal + ": expected the path of a file, found: a zero byte in it)");
+  std::filesystem::create_symlink("scan.rdbx", path);
+  EXPECT_EQ(errorOf(directory, [&] { Writer{path}; }),
+            refusal + ": expected a path that can be followed, found: Too many levels of symbolic links)");
+}
+
 TEST_F(Writing, RefusesSpecsThatCannotBeRead) {
   const std::string what = "the database cannot be written so (column \"a\": expected ";
   EXPECT_EQ(errorOfSpec({""}),
@@ -155,7 +187,7 @@ TEST_F(Writing, MakesTheDocumentedLayout) {
 
 TEST_F(Writing, MakesTheDocumentedTables) {
   writeSample(path);
-  // As other programs that write such files find them documented, but for the blanks.
+  // The tables of docs/database-format.md, which other programs follow; white space aside.
   execute(path, "CREATE TEMP TABLE expect(holds INTEGER CHECK (holds));"
                 "INSERT INTO expect SELECT group_concat(replace(replace(sql, ' ', ''), char(10), ''), ';') = "
                 "'CREATETABLEdatabase(recordsINTEGERNOTNULL,block_rowsINTEGERNOTNULL);"

@@ -14,7 +14,7 @@ namespace {
 
 using support::field;
 
-/// Makes the protected operation public that the buffers of the imports call.
+/// Makes public the protected operation that the buffers of the imports call.
 template <class T>
 class Buffer final : public Riegl::Z4Data<T> {
  public:

@@ -31,7 +31,7 @@ std::string loadWith(long successes, Nimbra::Grid& grid) {
   return result;
 }
 
-/// The first load makes what the process allocates once.
+/// The first load makes the allocations that happen once per process.
 long allocationsOfALoad() {
   for (int load = 0; load < 2; ++load) {
     Nimbra::Grid grid;

@@ -179,6 +179,21 @@ TEST_F(PointCloudFile, GivesColourTheBytesOfTheDirection) {
   EXPECT_EQ(std::vector<unsigned char>(bytes, bytes + 6), (std::vector<unsigned char>{0, 1, 2, 3, 4, 5}));
 }
 
+TEST_F(PointCloudFile, LosesTheDirectionWhereThereAreColours) {
+  const auto one = [](std::uint64_t, unsigned int) { return 1.0; };
+  const auto direction = column("riegl.direction_medium", ElementType::float32, 3, one);
+  const auto firstValue = [this] {
+    return support::values<Quillon::PhysicalSpace::vector>(field(grid, "DirectionMedium"),
+                                                           "Fragment_0")[0][0];
+  };
+  givenDatabase(2, {direction});
+  ASSERT_EQ(load(), "");
+  EXPECT_EQ(firstValue(), 1.0);
+  givenDatabase(2, {column("riegl.rgba", ElementType::uint8, 4, one), direction});
+  ASSERT_EQ(load(), "");
+  EXPECT_NE(firstValue(), 1.0);
+}
+
 TEST_F(PointCloudFile, WritesNothingToTheConsoleOrTheStreams) {
   const support::ConsoleLines console;
   givenDatabase(2, {numbered("riegl.timestamp", ElementType::float64)});

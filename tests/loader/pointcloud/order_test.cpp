@@ -134,6 +134,15 @@ TEST_F(PointCloudLoad, SecondOneIntoTheSameGridPutsANewFieldOfPositionsIntoTheSc
   EXPECT_NE(field(grid, "Positions", scanner).get(), first.get());
 }
 
+TEST_F(PointCloudLoad, SecondOneIntoTheSameGridDropsTheScannersPositionsOfTheFirst) {
+  givenColumns({"riegl.xyz_socs"});
+  script.blocks = {3, 3};
+  ASSERT_EQ(load(), "");
+  script.blocks = {2};
+  ASSERT_EQ(load(), "");
+  EXPECT_EQ(support::fragmentNames(field(grid, "Positions", scanner)), Texts{"Fragment_0"});
+}
+
 TEST_F(PointCloudLoad, DoesNotReadItsReservedNumber) {
   givenColumns({"riegl.class"});
   script.blocks = {2};

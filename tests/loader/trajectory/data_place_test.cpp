@@ -85,7 +85,7 @@ TEST_F(InstalledLoad, ReplacesTheUsersFolderByItsOwn) {
 }
 
 TEST_F(InstalledLoad, ReportsThePlacesWhereNoDatabaseIsFound) {
-  // A copy of PROJ's library, from whose folder no data are to be seen.
+  // A copy of PROJ's library in a folder from which it finds no data.
   fs::create_directory(directory.root() / "proj");
   fs::copy(fs::canonical(PROJ_LIBRARY), directory.root() / "proj" / PROJ_LIBRARY_NAME);
   EXPECT_EQ(

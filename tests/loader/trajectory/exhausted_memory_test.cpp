@@ -31,7 +31,7 @@ class ExhaustedMemory : public ScriptedLoad {
     return result;
   }
 
-  /// The first load makes what the process allocates once.
+  /// The first load makes the allocations that happen once per process.
   long allocationsOfALoad() {
     EXPECT_EQ(loadWith(-1), "");
     EXPECT_EQ(loadWith(-1), "");

@@ -111,7 +111,7 @@ TEST_F(Fields, HoldWhatTheCacheKeepsForThem) {
   EXPECT_NE(field->array("Fragment_0").get(), array.get());
 }
 
-TEST_F(Fields, LetTheirMemoryGoWhenTheyEnd) {
+TEST_F(Fields, ReleaseTheirMemoryWhenTheyAreDestroyed) {
   const std::int64_t before = Torvel::ChunkBase::TotalMemsize;
   Field::Pointer other(new Field(nullptr));
   other->setPersistentData(new MemArray<1, double>(1000, nullptr), other->makeFragmentID("a"),
@@ -143,7 +143,7 @@ TEST_F(Fields, HaveAttributesAndAnAge) {
   EXPECT_EQ(field->lastChange(), Torvel::Ageable::GlobalTime);
 }
 
-TEST(FieldClasses, DeriveAsTheModelTells) {
+TEST(FieldClasses, HaveTheFixedBases) {
   using Family =
       Nimbra::Ownable<Nimbra::CreativeArrayBase, Nimbra::CreativeArrayBaseContainerBase>::Container;
   static_assert(std::is_base_of_v<Family, Field>);
@@ -157,7 +157,7 @@ TEST(FieldClasses, DeriveAsTheModelTells) {
   EXPECT_EQ(static_cast<void*>(&field), static_cast<void*>(static_cast<Family*>(&field)));
 }
 
-TEST(FieldClasses, BasesOfAFieldStandInTheToldOrder) {
+TEST(FieldClasses, BasesOfAFieldKeepTheFixedOrder) {
   Field field(nullptr);
   const std::vector<const void*> places{
       static_cast<Field::Family*>(&field),

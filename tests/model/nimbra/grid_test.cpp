@@ -39,7 +39,7 @@ TEST(Grids, RepresentationsStandInOrderOfCreation) {
   EXPECT_THAT(representationNames(grid), ElementsAre("ScannerCoordinateSystem", "StandardCartesianChart3D"));
 }
 
-TEST(Grids, RepresentationThatExistsIsHandedBack) {
+TEST(Grids, ExistingRepresentationIsReturned) {
   Grid grid;
   Representation& made = grid.makeCartesianRepresentation(3, "chart", 0);
   EXPECT_EQ(&grid.makeCartesianRepresentation(3, "chart", 0), &made);
@@ -65,7 +65,7 @@ TEST(Grids, DefaultPlaceIsTheStandardChart) {
             field.get());
 }
 
-TEST(Grids, DefaultPlaceHandsBackTheFieldThatExists) {
+TEST(Grids, DefaultPlaceReturnsTheExistingField) {
   Grid grid;
   const Field::Pointer field = fieldIn(grid["Amplitude"]);
   EXPECT_EQ(fieldIn(grid["Amplitude"]).get(), field.get());
@@ -106,7 +106,7 @@ TEST_F(Representations, FieldsStandInOrderOfCreation) {
   EXPECT_THAT(fieldNames(grid, "chart"), ElementsAre("Positions", "GPSTime", "Amplitude"));
 }
 
-TEST_F(Representations, FieldThatExistsIsHandedBack) {
+TEST_F(Representations, ExistingFieldIsReturned) {
   const Field::Pointer first = fieldIn(namedField(chart, "Positions"));
   EXPECT_EQ(fieldIn(namedField(chart, "Positions")).get(), first.get());
   EXPECT_EQ(chart.fields().size(), 1U);

@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(ClientError, VirtualsStandInTheToldOrder) {
+TEST(ClientError, VirtualsKeepTheFixedOrder) {
   using support::slotOf;
   EXPECT_EQ(slotOf(&riegl::rdb::Error::what), 2); // the destructors take two slots
   EXPECT_EQ(slotOf(&riegl::rdb::Error::code), 3);

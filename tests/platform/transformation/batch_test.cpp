@@ -82,7 +82,7 @@ TEST_P(Batch, AroundTheSizeOfAPieceHasTheBitsOfOneCall) {
   }
 }
 
-TEST_P(Batch, TellsZeroFromMinusZeroAndRepeatsNotANumber) {
+TEST_P(Batch, DistinguishesZeroFromMinusZeroAndRepeatsNotANumber) {
   const double none = std::numeric_limits<double>::quiet_NaN();
   Points points(70000, Point(0.0, 0.0, 0.0));
   std::fill_n(points.begin() + 300, 1000, Point(-0.0, 0.0, -0.0));

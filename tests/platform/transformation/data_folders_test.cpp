@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins the folders that stand for a value of PROJ_LIB, for loaded code and for an installation of PROJ.
+// Pins the folders that are searched for a value of PROJ_LIB, for loaded code and for an installation of PROJ.
 #include "platform/transformation/data_folders.h"
 
 #include "model/torvel/objects/environment.h"

@@ -17,7 +17,7 @@ using Points = std::vector<Point>;
 
 inline const std::string degrees = "+proj=latlong";
 
-/// PROJ_LIB as a load leaves it: the program's folder, where no data of PROJ's are.
+/// PROJ_LIB as a load leaves it: the program's folder, which has no data of PROJ.
 class AsALoadLeavesIt : public testing::Test {
  protected:
   void SetUp() override { Torvel::setEnv("PROJ_LIB", Torvel::getExecutableDir(), true); }

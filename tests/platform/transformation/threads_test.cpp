@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins that threads transform side by side without a word between them; meant for the thread sanitizer too.
+// Pins that threads transform at the same time without synchronisation; also for the thread sanitizer.
 #include "tests/platform/transformation/projection.h"
 
 #include <thread>

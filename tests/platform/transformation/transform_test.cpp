@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Pins what a transformation makes of single points: order, unit, height, and points that can't be taken.
+// Pins the transformation of single points: order, unit, height, and points that cannot be transformed.
 #include "tests/platform/transformation/projection.h"
 #include "tests/support/proj_database.h"
 
@@ -18,7 +18,8 @@ using Transformation = AsALoadLeavesIt;
 
 TEST_F(Transformation, NeedsNoProjDbBesideTheProgram) {
   const support::ChangedVariable other("PROJ_DATA", "/nowhere");
-  EXPECT_FALSE(std::filesystem::exists(Torvel::getExecutableDir() + "/proj.db"));
+  EXPECT_FALSE(std::filesystem::exists(Torvel::getExecutableDir() + "/proj.db"))
+      << "nothing of the build puts it there; remove one that an older build has left";
   EXPECT_TRUE(std::isfinite(inSystem("epsg:32633", {Point(16, 48, 300)})[0][0]));
 }
 
@@ -87,7 +88,7 @@ const double infinite = std::numeric_limits<double>::infinity();
 
 class GarbagePoint : public AsALoadLeavesIt, public testing::WithParamInterface<Garbage> {};
 
-TEST_P(GarbagePoint, EndsNothingAndSpoilsNoOther) {
+TEST_P(GarbagePoint, EndsNoBatchAndChangesNoOtherPoint) {
   const Point good(16, 48, 300);
   const Point bad(GetParam().x, GetParam().y, GetParam().z);
   for (const char* code : {"epsg:32633", "epsg:4978", "epsg:3857"}) {

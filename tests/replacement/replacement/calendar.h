@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The header that a replaced calendar is known by.
+// The header of the replacement calendar.
 #pragma once
 
 namespace Ondrel {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The header that a replaced database client is known by.
+// The header of the replacement database client.
 #pragma once
 
 #include "tests/scripted/rdb.h"

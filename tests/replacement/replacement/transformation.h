@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// The header that a replaced transformation is known by.
+// The header of the replacement transformation.
 #pragma once
 
 #include "arrays/quillon/physical_space.h"

@@ -59,7 +59,7 @@ TEST(AttributesOfAnObject, AreReplacedInTheirPlace) {
   EXPECT_EQ(attributes.getAttribute("first").get(), newer.get());
 }
 
-TEST(AttributesOfAnObject, ReplacedChunkIsLetGo) {
+TEST(AttributesOfAnObject, ReplacedChunkIsReleased) {
   Attributes attributes;
   attributes.setAttribute("name", bytes(1));
   const Torvel::WeakPtr<ChunkBase, ChunkBase> old(attributes.getAttribute("name"));

@@ -54,7 +54,7 @@ TEST(ConsoleOutput, GoesToStandardErrorWithoutASink) {
   Torvel::setLineSink(before);
 }
 
-TEST(ConsoleOutput, SinkThatWasSetBeforeIsHandedBack) {
+TEST(ConsoleOutput, SinkThatWasSetBeforeIsReturned) {
   int calls = 0;
   const Torvel::LineSink before = Torvel::setLineSink([&](const std::string&) { ++calls; });
   const Torvel::LineSink mine = Torvel::setLineSink(before);

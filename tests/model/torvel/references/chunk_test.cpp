@@ -54,7 +54,7 @@ using ChunkTypes = testing::Types<double, float, int, unsigned int, short, unsig
                                   unsigned long long, std::string, point, Vector3, ColourRGBA>;
 TYPED_TEST_SUITE(EveryChunk, ChunkTypes);
 
-TYPED_TEST(EveryChunk, TellsItsElements) {
+TYPED_TEST(EveryChunk, ReturnsItsElements) {
   const Pointer chunk(new Chunk<TypeParam>(7));
   const ChunkBase& asRead = *chunk;
   EXPECT_EQ(chunk->elementCount(), 7U);

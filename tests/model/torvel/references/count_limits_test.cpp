@@ -97,7 +97,7 @@ INSTANTIATE_TEST_SUITE_P(
         Step{"LowerBothAtTheLast", lowerBoth, {1, maximum}, {1, maximum}, 0}),
     [](const auto& step) { return std::string(step.param.name); });
 
-/// Puts counts at their limit in the place of a record's, and the true ones at the end.
+/// Sets the counts of a record to their limit, and restores the true ones at the end.
 class CountsAtTheLimit {
  public:
   CountsAtTheLimit(Record& counts, Counts limit, Counts atEnd) : record(counts), last(atEnd) { set(limit); }

@@ -262,7 +262,7 @@ class Plain : public Torvel::ReferenceBase<Plain> {
   Plain() : Torvel::ReferenceBase<Plain>(this) {}
 };
 
-TEST(ReferenceCounts, EmptyHookIsTellable) {
+TEST(ReferenceCounts, EmptyHookIsRecognised) {
   EXPECT_FALSE(Plain().hasPreDestruction());
   EXPECT_TRUE(Item().hasPreDestruction());
 }

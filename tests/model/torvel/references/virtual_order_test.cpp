@@ -32,7 +32,7 @@ TEST(VirtualOrder, HookIsTheFirstVirtualOfEveryFamily) {
   EXPECT_EQ(slotOf(&Torvel::InterfaceBase::preDestruction), 0);
 }
 
-TEST(VirtualOrder, ChunkTellsThenMakes) {
+TEST(VirtualOrder, ChunkDescribesThenMakes) {
   EXPECT_EQ(slotOf(&Chunk<double>::elementCount), 3);
   EXPECT_EQ(slotOf(&Chunk<double>::elementBytes), 4);
   EXPECT_EQ(slotOf(changing<Chunk<double>, void*>(&Chunk<double>::data)), 5);
