@@ -22,7 +22,7 @@ struct EncodingWish {
 /// \param records  the records of `shape`, any alignment
 /// \param shape    of the block
 /// \return  what encodeBlock() takes; nothing where no way saves 2 % of the bytes: such a block is best stored as it is
-/// \errors  std::invalid_argument for a level that the codec has not, or a hint of another number of components
+/// \errors  std::invalid_argument for a level that the codec does not have, or a hint of another number of components
 /// \threads safe
 std::optional<EncodingOptions> chooseEncoding(const std::byte* records, const BlockShape& shape,
                                               const EncodingWish& wish);

@@ -51,7 +51,7 @@ void PieceDecoder::decode(const PieceHeader& header, std::uint32_t piece, std::s
   const RecordShape shape = header.filteredShape(piece);
   const bool isFinal = header.filter == Filter::none && !header.isScaled();
   const std::byte* filtered = stored.data();
-  if (header.codec != Codec::none || isFinal) {
+  if (header.hasIntermediate() || isFinal) {
     std::byte* plain = isFinal ? records : filteredPiece.of(shape.bytes());
     if (!decompressor.decompress(header.codec, stored, plain, shape.bytes())) {
       throw EncodingError(nameOf(piece),

@@ -32,7 +32,8 @@ class PieceDecoder {
   /// \param header   as parseHeader() returned it
   /// \param piece    0 to header.pieces.size() - 1
   /// \param stored   the bytes of that piece
-  /// \param records  receives header.records(piece) records, any alignment
+  /// \param records  receives header.records(piece) records, any alignment; may be the memory of `stored` where
+  ///                 header.hasIntermediate(), else must not overlap it
   /// \errors  EncodingError where `stored` has another size or checksum than the header states, or is no such piece;
   ///          `records` then holds anything
   void decode(const PieceHeader& header, std::uint32_t piece, std::span<const std::byte> stored,

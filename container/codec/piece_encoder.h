@@ -24,8 +24,8 @@ struct EncodingOptions {
 /// \param records  the records of `shape`, little-endian, without gaps, any alignment
 /// \param shape    of the block
 /// \return  header and pieces
-/// \errors  std::invalid_argument: a level that the codec has not, scaling of another number of components, scaling that
-///          does not give every value back bit for bit, pieces that are too large
+/// \errors  std::invalid_argument: a level that the codec does not have, scaling of another number of components, scaling
+///          that does not give every value back bit for bit, pieces that are too large
 /// \threads safe
 std::vector<std::byte> encodeBlock(const std::byte* records, const BlockShape& shape,
                                    const EncodingOptions& options);

@@ -40,6 +40,8 @@ struct PieceHeader {
       0; ///< the CRC-32 of the whole block, joined from those of the header and the pieces
 
   bool isScaled() const { return !scaling.empty(); }
+  /// Whether a piece is decompressed to memory of its own before it becomes records.
+  bool hasIntermediate() const { return codec != Codec::none && (filter != Filter::none || isScaled()); }
   std::uint64_t firstRecord(std::uint64_t piece) const { return piece * recordsPerPiece; }
   std::uint64_t records(std::uint64_t piece) const;
   /// Values in a piece as its filter sees them: of the stored type, or 32-bit integers where they are scaled.

@@ -13,8 +13,9 @@
 // bit 31 belongs to x^0 and bit 0 to x^31.
 #include "container/format/part_checksum.h"
 
+#include "container/format/checksum.h"
+
 #include <array>
-#include <libdeflate.h>
 
 namespace container {
 namespace {
@@ -50,8 +51,7 @@ constexpr std::array<std::uint32_t, 64> powersOfX = [] {
 } // namespace
 
 std::uint32_t continuedChecksum(std::uint32_t previous, const void* data, std::size_t bytes) {
-  // With no bytes, the library would start anew.
-  return bytes == 0 ? previous : libdeflate_crc32(previous, data, bytes);
+  return crc32(previous, data, bytes);
 }
 
 std::uint32_t joinedChecksum(std::uint32_t first, std::uint32_t second, std::uint64_t secondBytes) {

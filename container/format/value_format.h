@@ -2,8 +2,11 @@
 // How the bits of a stored value are read: kind of number and bytes.
 #pragma once
 
+#include "container/format/element_traits.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <type_traits>
 
 namespace container {
 
@@ -14,5 +17,14 @@ struct ValueFormat {
   NumberKind kind = NumberKind::real;
   std::size_t bytes = 8;
 };
+
+/// The format of the values of an element type.
+inline ValueFormat valueFormat(ElementType type) {
+  return visitElement(type, []<class Element>(std::type_identity<Element>) -> ValueFormat {
+    const NumberKind integer =
+        std::is_signed_v<Element> ? NumberKind::signedInteger : NumberKind::unsignedInteger;
+    return {std::is_floating_point_v<Element> ? NumberKind::real : integer, sizeof(Element)};
+  });
+}
 
 } // namespace container

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "container/format/block_layout.h"
+#include "container/format/catalogue_text.h"
 #include "container/read/column.h"
 #include "container/read/connection.h"
 
@@ -15,5 +16,15 @@ namespace container {
 /// \errors Error unless there is exactly one row for each block of the layout
 std::vector<std::int64_t> blockRowIds(Connection& connection, const Column& column,
                                       const BlockLayout& layout);
+
+/// Reads table `block_index` of a file of version 2 into `columns`, beside the keys of table `block`. Reads no row of
+/// `block` itself: its keys are in the index of its primary key.
+///
+/// \param columns  by rising id; each receives the rows of its blocks
+/// \param text     receives the line of each row
+/// \errors Error unless both tables have exactly one row for each block of the layout, of a size that can hold its
+///         records and that the file can hold
+void readBlockIndex(Connection& connection, const BlockLayout& layout, std::vector<Column>& columns,
+                    TextChecksum& text);
 
 } // namespace container

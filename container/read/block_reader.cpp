@@ -48,6 +48,7 @@ void BlockReader::damaged(const std::string& expected, const std::string& found)
 
 void BlockReader::open(const Column& column, const BlockLayout& layout, std::uint64_t number) {
   isPastSqlite = false;
+  openColumn = nullptr;
   object = "column \"" + column.attribute.name + "\" of " + link.path() + ", block " + std::to_string(number);
   const std::int64_t rowId = column.blockRowIds[number];
   head.reset();
@@ -64,7 +65,9 @@ void BlockReader::open(const Column& column, const BlockLayout& layout, std::uin
   if (type != "blob") {
     damaged("a blob", type == "null" ? "null" : "a value of type " + type);
   }
-  const std::uint64_t bytes = layout.rows(number) * column.attribute.recordBytes();
+  const bool isIndexed = !column.index.empty();
+  const std::uint64_t bytes =
+      isIndexed ? column.index[number].bytes : layout.rows(number) * column.attribute.recordBytes();
   if (static_cast<std::uint64_t>(head.integer(4)) != bytes) {
     damaged(std::to_string(bytes) + " bytes", head.text(4));
   }
@@ -79,8 +82,14 @@ void BlockReader::open(const Column& column, const BlockLayout& layout, std::uin
     }
     expectedChecksum = static_cast<std::uint32_t>(value);
   }
+  if (isIndexed && expectedChecksum != column.index[number].checksum) {
+    damaged("checksum " + std::to_string(column.index[number].checksum) + " as in the block index",
+            expectedChecksum ? std::to_string(*expectedChecksum) : "null");
+  }
   head.reset();
   openBlob(rowId);
+  openColumn = &column;
+  openNumber = number;
   openRowId = rowId;
   openBytes = bytes;
 }
@@ -102,6 +111,11 @@ bool BlockReader::readPastSqlite() {
   return isPastSqlite;
 }
 
+bool BlockReader::readStraight(void* to, std::size_t bytes, std::size_t offset) {
+  isPastSqlite = isPastSqlite && pages.seek(offset) && pages.read(static_cast<unsigned char*>(to), bytes);
+  return isPastSqlite;
+}
+
 void BlockReader::read(void* to, std::size_t bytes, std::size_t offset) {
   if (isPastSqlite && pages.read(static_cast<unsigned char*>(to), bytes)) {
     return;
@@ -113,6 +127,10 @@ void BlockReader::read(void* to, std::size_t bytes, std::size_t offset) {
     blob = nullptr;
     throw link.failure(object, status);
   }
+}
+
+void BlockReader::refuse(const std::string& finding) const {
+  throw Error(ErrorKind::damaged, "the database is damaged", object + ": " + finding);
 }
 
 void BlockReader::requireChecksum(std::uint32_t found) const {

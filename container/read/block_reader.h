@@ -5,6 +5,7 @@
 #include "container/format/block_layout.h"
 #include "container/read/column.h"
 #include "container/read/connection.h"
+#include "container/read/encoded_block.h"
 #include "container/read/overflow_pages.h"
 
 #include <cstddef>
@@ -33,6 +34,10 @@ class BlockReader {
   /// \param number  below the layout's count of blocks
   /// \errors Error that names column, block, expectation and finding
   void open(const Column& column, const BlockLayout& layout, std::uint64_t number);
+  /// Whether the open block is that one.
+  bool isAt(const Column& column, std::uint64_t number) const {
+    return openColumn == &column && openNumber == number && blob != nullptr;
+  }
   /// The checksum that the open block carries.
   const std::optional<std::uint32_t>& checksum() const { return expectedChecksum; }
   /// Until the next `open` or `readThroughSqlite`, reads of the open block bypass SQLite's page cache where they can;
@@ -40,11 +45,22 @@ class BlockReader {
   /// them. \return false, and no change, for a block without a checksum or one that cannot be read this way
   bool readPastSqlite();
   void readThroughSqlite() { isPastSqlite = false; }
+  /// Reads `bytes` bytes of the open block from `offset` on past SQLite. They may be others than the block's, as the
+  /// place of bytes that do not follow the last ones read is a guess: a checksum of their own has to confirm them.
+  /// \return false if that is not possible; reads then go through SQLite
+  bool readStraight(void* to, std::size_t bytes, std::size_t offset);
   /// Reads `bytes` bytes of the open block from `offset` on; they must lie in it. \errors Error if SQLite fails
   void read(void* to, std::size_t bytes, std::size_t offset);
   /// Raises the Error for a damaged block unless `found` is its checksum, or it has none.
   void requireChecksum(std::uint32_t found) const;
 
+  /// The bytes of the open block as it is stored.
+  std::uint64_t bytes() const { return openBytes; }
+  /// Raises the Error for a damaged block: `finding` tells what was expected and what was found.
+  [[noreturn]] void refuse(const std::string& finding) const;
+
+  /// What is kept of an encoded block from one read of it to the next.
+  EncodedBlock encoded;
   /// Buffers for values between file and caller, reused from block to block.
   std::vector<unsigned char> stored, converted;
 
@@ -58,6 +74,8 @@ class BlockReader {
   bool isPastSqlite = false;
   sqlite3_blob* blob = nullptr;
   std::optional<std::uint32_t> expectedChecksum;
+  const Column* openColumn = nullptr;
+  std::uint64_t openNumber = 0;
   std::int64_t openRowId = 0;
   std::uint64_t openBytes = 0;
   std::string object;

@@ -3,9 +3,12 @@
 #include "container/read/catalogue.h"
 
 #include "container/read/block_index.h"
+#include "container/read/metadata.h"
 #include "container/read/row_checks.h"
 
 #include <limits>
+#include <optional>
+#include <string_view>
 #include <utility>
 
 namespace container {
@@ -43,14 +46,58 @@ Attribute attributeFrom(const Statement& row, const std::string& path) {
   return attribute;
 }
 
+// The texts belong to the column; NULL and no text differ in the catalogue's text.
+AttributeRow rowOf(const Column& column, const Statement& row) {
+  const Attribute& attribute = column.attribute;
+  const auto unlessNull = [&](int field, const std::string& text) {
+    return row.type(field) == SQLITE_NULL ? std::nullopt : std::optional<std::string_view>(text);
+  };
+  return {column.id,
+          attribute.name,
+          name(attribute.type),
+          attribute.length,
+          attribute.scale,
+          attribute.offset,
+          unlessNull(6, attribute.unit),
+          unlessNull(7, attribute.title),
+          unlessNull(8, attribute.description)};
+}
+
 } // namespace
 
 Catalogue::Catalogue(Connection& connection) {
+  const bool isProtected = connection.version() != firstVersion;
+  const ValueLimit limit(connection,
+                         isProtected ? mostMetadataBytes : std::numeric_limits<std::uint64_t>::max());
   readLayout(connection);
   readAttributes(connection);
+  if (all.empty() && division.records != 0) {
+    wrongCatalogue(tableOf(connection, "database"), "no records without attributes",
+                   std::to_string(division.records) + " records");
+  }
+  if (isProtected) {
+    readProtectedTables(connection);
+    return;
+  }
   checkSize(connection);
   for (Column& column : all) {
     column.blockRowIds = blockRowIds(connection, column, division);
+  }
+}
+
+// The rest of the catalogue's text, and its checksum.
+void Catalogue::readProtectedTables(Connection& connection) {
+  addMetadata(connection, text);
+  readBlockIndex(connection, division, all, text);
+  const std::string object = tableOf(connection, "database");
+  Statement row(connection, "SELECT catalogue_checksum FROM database", object);
+  constexpr auto greatest = std::numeric_limits<std::uint32_t>::max();
+  row.step();
+  const std::int64_t expected = requireInteger(row, 0, object, "a checksum of the catalogue", 0, greatest);
+  if (const std::uint32_t found = text.value(); found != expected) {
+    throw Error(ErrorKind::damaged, "the database is damaged",
+                "catalogue of " + connection.path() + ": expected checksum " + std::to_string(expected) +
+                    ", found " + std::to_string(found));
   }
 }
 
@@ -65,6 +112,7 @@ void Catalogue::readLayout(Connection& connection) {
   const auto blockRows =
       requireInteger(row, 1, object, "records per block", 1, std::numeric_limits<std::uint32_t>::max());
   division = {static_cast<std::uint64_t>(records), static_cast<std::uint64_t>(blockRows)};
+  text.add(DatabaseRow{records, blockRows});
   if (row.step()) {
     wrongCatalogue(object, "one row", "more");
   }
@@ -76,16 +124,17 @@ void Catalogue::readAttributes(Connection& connection) {
                 "SELECT id, name, type, length, scale, \"offset\", unit, title, description FROM attribute "
                 "NOT INDEXED", // in the order of the table: sorting would hold every text in memory
                 object);
-  const std::uint64_t mostTextBytes = connection.identity().bytes;
+  const std::uint64_t mostTextBytes =
+      connection.version() == firstVersion ? connection.identity().bytes : mostMetadataBytes;
   std::uint64_t textBytes = 0;
   while (row.step()) {
     if (row.type(0) != SQLITE_INTEGER || (!all.empty() && row.integer(0) <= all.back().id)) {
       wrongCatalogue(object, "ids that rise from row to row", shownValue(row, 0));
     }
-    Column column{row.integer(0), attributeFrom(row, connection.path()), {}};
+    Column column{row.integer(0), attributeFrom(row, connection.path()), {}, {}};
+    text.add(rowOf(column, row));
     if (textBytes += textBytesOf(column.attribute); textBytes > mostTextBytes) {
-      wrongCatalogue(object, "at most as much text as the file has bytes, " + std::to_string(mostTextBytes),
-                     "more");
+      wrongCatalogue(object, "at most " + std::to_string(mostTextBytes) + " bytes of text", "more");
     }
     if (!indexByName.emplace(column.attribute.name, all.size()).second) {
       wrongCatalogue(object, "every name once", "\"" + column.attribute.name + "\" twice");
@@ -96,10 +145,6 @@ void Catalogue::readAttributes(Connection& connection) {
 
 void Catalogue::checkSize(const Connection& connection) const {
   const std::string object = tableOf(connection, "database");
-  const std::string records = std::to_string(division.records) + " records";
-  if (all.empty() && division.records != 0) {
-    wrongCatalogue(object, "no records without attributes", records);
-  }
   const std::uint64_t fileBytes = connection.identity().bytes;
   std::uint64_t recordBytes = 0;
   for (const Column& column : all) {
@@ -110,7 +155,7 @@ void Catalogue::checkSize(const Connection& connection) const {
                    "at most " + std::to_string(fileBytes / recordBytes) + " records of " +
                        std::to_string(recordBytes) + " bytes in a file of " + std::to_string(fileBytes) +
                        " bytes",
-                   records);
+                   std::to_string(division.records) + " records");
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "container/format/block_layout.h"
+#include "container/format/catalogue_text.h"
 #include "container/read/column.h"
 #include "container/read/connection.h"
 
@@ -13,7 +14,8 @@
 
 namespace container {
 
-/// What the tables say of a database, checked against the size of the file and the rows of the blocks.
+/// What the tables say of a database, checked against the size of the file and the rows of the blocks, and in version 2
+/// against the checksum of the catalogue.
 class Catalogue {
  public:
   /// \errors Error for tables that contradict themselves, each other or the size of the file
@@ -28,11 +30,13 @@ class Catalogue {
  private:
   void readLayout(Connection& connection);
   void readAttributes(Connection& connection);
+  void readProtectedTables(Connection& connection);
   void checkSize(const Connection& connection) const;
 
   BlockLayout division;
   std::vector<Column> all;
   std::unordered_map<std::string, std::size_t> indexByName;
+  TextChecksum text{catalogueHeading};
 };
 
 } // namespace container

@@ -2,7 +2,6 @@
 // Opens a database file of unknown origin: every check before the first row is read.
 #include "container/read/connection.h"
 
-#include "container/format/file_format.h"
 #include "container/format/sqlite_file.h"
 
 #include <algorithm>
@@ -160,19 +159,19 @@ std::array<unsigned char, 100> Connection::readHeader() const {
   return header;
 }
 
-void Connection::checkHeader() const {
+void Connection::checkHeader() {
   const auto header = readHeader();
   if (const auto found = static_cast<std::uint32_t>(bigEndian(&header[68], 4)); found != applicationId) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
                 filePath + ": expected application id 0x" + hexadecimal(applicationId, 8) + ", found 0x" +
                     hexadecimal(found, 8));
   }
-  const auto version = static_cast<std::int32_t>(bigEndian(&header[60], 4));
-  if (version != formatVersion) {
+  formatVersion = static_cast<std::int32_t>(bigEndian(&header[60], 4));
+  if (formatVersion < firstVersion || formatVersion > newestVersion) {
     throw Error(ErrorKind::wrongFormat, otherFormat,
-                filePath + ": expected format version " + std::to_string(formatVersion) + ", found version " +
-                    std::to_string(version) +
-                    (version > formatVersion ? "; a newer program is needed to read it" : ""));
+                filePath + ": expected format version " + std::to_string(firstVersion) + " or " +
+                    std::to_string(newestVersion) + ", found version " + std::to_string(formatVersion) +
+                    (formatVersion > newestVersion ? "; a newer program is needed to read it" : ""));
   }
   // SQLite reads the missing part of a truncated last page as zeros.
   const std::uint64_t bytes = bigEndian(&header[28], 4) * pageBytesIn(header.data());
@@ -219,32 +218,62 @@ void Connection::harden() {
 
 void Connection::checkSchema() {
   for (const TableColumns& wanted : tables) {
-    const std::string object = tableText(wanted.table, filePath);
-    Statement entry(*this, "SELECT type, rootpage FROM sqlite_schema WHERE name = ?1", object);
-    entry.bind(1, std::string(wanted.table));
-    if (!entry.step()) {
-      throw Error(ErrorKind::wrongFormat, otherFormat, object + ": expected a table, found none");
+    requireTable(wanted);
+  }
+  // A file of version 1 has nothing of version 2, or a damaged version would turn the checksums off.
+  for (const TableColumns& other : tablesOfVersion2) {
+    if (formatVersion == firstVersion) {
+      refuseTable(other);
+    } else {
+      requireTable(other);
     }
-    if (entry.text(0) != "table" || entry.integer(1) <= 0) {
+  }
+}
+
+bool Connection::hasColumn(const TableColumns& wanted, const char* column, const std::string& object) {
+  const int status = sqlite3_table_column_metadata(handle(), "main", wanted.table, column, nullptr, nullptr,
+                                                   nullptr, nullptr, nullptr);
+  if (status != SQLITE_OK && status != SQLITE_ERROR) {
+    throw failure(object, status);
+  }
+  return status == SQLITE_OK;
+}
+
+void Connection::requireTable(const TableColumns& wanted) {
+  const std::string object = tableText(wanted.table, filePath);
+  Statement entry(*this, "SELECT type, rootpage FROM sqlite_schema WHERE name = ?1", object);
+  entry.bind(1, std::string(wanted.table));
+  if (!entry.step()) {
+    throw Error(ErrorKind::wrongFormat, otherFormat, object + ": expected a table, found none");
+  }
+  if (entry.text(0) != "table" || entry.integer(1) <= 0) {
+    throw Error(ErrorKind::wrongFormat, otherFormat,
+                object + ": expected a table, found a " +
+                    (entry.text(0) == "table" ? "virtual table" : entry.text(0)));
+  }
+  for (const char* column : wanted.columns) {
+    if (column != nullptr && !hasColumn(wanted, column, object)) {
       throw Error(ErrorKind::wrongFormat, otherFormat,
-                  object + ": expected a table, found a " +
-                      (entry.text(0) == "table" ? "virtual table" : entry.text(0)));
+                  object + ": expected a column \"" + column + "\", found none");
     }
-    for (const char* column : wanted.columns) {
-      if (column == nullptr) {
-        break;
-      }
-      const int status = sqlite3_table_column_metadata(handle(), "main", wanted.table, column, nullptr,
-                                                       nullptr, nullptr, nullptr, nullptr);
-      if (status == SQLITE_ERROR) {
-        throw Error(ErrorKind::wrongFormat, otherFormat,
-                    object + ": expected a column \"" + column + "\", found none");
-      }
-      if (status != SQLITE_OK) {
-        throw failure(object, status);
-      }
+  }
+  refuseMadeUpValues(wanted.table, object);
+}
+
+void Connection::refuseTable(const TableColumns& unwanted) {
+  const std::string object = tableText(unwanted.table, filePath);
+  const bool isShared = unwanted.table == std::string(tables[0].table);
+  for (const char* column : unwanted.columns) {
+    if (isShared && column != nullptr && hasColumn(unwanted, column, object)) {
+      throw Error(ErrorKind::wrongFormat, otherFormat,
+                  object + ": expected no column \"" + column + "\" in format version 1, found one");
     }
-    refuseMadeUpValues(wanted.table, object);
+  }
+  Statement entry(*this, "SELECT type FROM sqlite_schema WHERE name = ?1 COLLATE NOCASE", object);
+  entry.bind(1, std::string(unwanted.table));
+  if (!isShared && entry.step()) {
+    throw Error(ErrorKind::wrongFormat, otherFormat,
+                object + ": expected no such table in format version 1, found a " + entry.text(0));
   }
 }
 
@@ -293,6 +322,11 @@ Error Connection::failure(const std::string& object, int status) const {
             filePath +
                 ": expected a finished file, found a journal of a change that was broken off beside it; "
                 "a program that may write to the file can undo it"};
+  case SQLITE_TOOBIG:
+    return {ErrorKind::damaged, cannotRead,
+            object + ": expected values of at most " +
+                std::to_string(sqlite3_limit(handle(), SQLITE_LIMIT_LENGTH, -1)) +
+                " bytes, found a larger one"};
   case SQLITE_INTERRUPT:
     return {ErrorKind::damaged, cannotRead,
             object + ": expected sound content, found: more entries than the file can hold"};
@@ -300,6 +334,16 @@ Error Connection::failure(const std::string& object, int status) const {
     return {ErrorKind::damaged, cannotRead,
             object + ": expected sound content, found: " + sqlite3_errstr(status)};
   }
+}
+
+ValueLimit::ValueLimit(const Connection& connection, std::uint64_t bytes)
+    : handle(connection.handle()), before(sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, -1)) {
+  sqlite3_limit(handle, SQLITE_LIMIT_LENGTH,
+                static_cast<int>(std::min(bytes, static_cast<std::uint64_t>(before))));
+}
+
+ValueLimit::~ValueLimit() {
+  sqlite3_limit(handle, SQLITE_LIMIT_LENGTH, before);
 }
 
 Statement::Statement(Connection& owner, const char* sql, std::string object)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "container/format/error.h"
+#include "container/format/file_format.h"
 
 #include <array>
 #include <cstdint>
@@ -37,6 +38,8 @@ class Connection {
   sqlite3* handle() const { return database.get(); }
   /// The path as it was given.
   const std::string& path() const { return filePath; }
+  /// The version of the format: firstVersion to newestVersion.
+  std::int32_t version() const { return formatVersion; }
   /// The file that the path led to before it was opened.
   const FileIdentity& identity() const { return file; }
   /// Resets the count of steps that ends a statement that would never end on a damaged file.
@@ -52,17 +55,35 @@ class Connection {
   void openFile(const std::string& name, int flags);
   void lookBeside();
   std::array<unsigned char, 100> readHeader() const;
-  void checkHeader() const;
+  void checkHeader();
   void harden();
   void checkSchema();
+  bool hasColumn(const TableColumns& wanted, const char* column, const std::string& object);
+  void requireTable(const TableColumns& wanted);
+  void refuseTable(const TableColumns& unwanted);
   void refuseMadeUpValues(const char* table, const std::string& object);
   bool hasMemoryForContent() const;
 
   std::string filePath;
   FileIdentity file;
+  std::int32_t formatVersion = 0;
   std::uint64_t steps = 0;
   std::uint64_t mostSteps = 0;
   std::unique_ptr<sqlite3, Close> database;
+};
+
+/// While it lives, statements on a connection fail where a value has more bytes than these, before memory is allocated
+/// for it. The connection outlives it.
+class ValueLimit {
+ public:
+  ValueLimit(const Connection& connection, std::uint64_t bytes);
+  ValueLimit(const ValueLimit&) = delete;
+  ValueLimit& operator=(const ValueLimit&) = delete;
+  ~ValueLimit();
+
+ private:
+  sqlite3* handle;
+  int before;
 };
 
 /// A prepared statement; parameters and columns count from 1 and 0 as in SQLite. The connection outlives it.

@@ -16,6 +16,12 @@ struct Cursor::State {
   std::uint64_t position = 0;
   std::vector<Target> targets{}; // in the order of the first binds
 
+  void bind(const Column& column, Target target) {
+    Target& place = targetFor(column);
+    target.verified = place.column == nullptr ? noBlock : place.verified;
+    place = target;
+  }
+
   Target& targetFor(const Column& column) {
     const auto found = std::find_if(targets.begin(), targets.end(),
                                     [&](const Target& target) { return target.column == &column; });
@@ -30,7 +36,7 @@ namespace {
               "column \"" + name + "\": expected " + expected + ", found " + found);
 }
 
-Target targetOf(const Column& column, ElementType type, void* buffer, int stride) {
+Target targetOf(const Column& column, ElementType type, bool asStored, void* buffer, int stride) {
   const Attribute& attribute = column.attribute;
   if (buffer == nullptr) {
     refuseBind(attribute.name, "a buffer", "a null pointer");
@@ -44,7 +50,7 @@ Target targetOf(const Column& column, ElementType type, void* buffer, int stride
                std::to_string(stride));
   }
   target.stride = stride == 0 ? target.recordBytes : static_cast<std::size_t>(stride);
-  if (type != attribute.type || !attribute.isStoredAsIs()) {
+  if (type != attribute.type || !(asStored || attribute.isStoredAsIs())) {
     target.conversion = conversionFor(attribute.type, type, attribute.isStoredAsIs());
   }
   return target;
@@ -58,10 +64,12 @@ Cursor::~Cursor() = default;
 
 void Cursor::bind(const std::string& name, ElementType type, void* buffer, int stride) {
   const Column& column = state->file->requireColumn(name);
-  Target target = targetOf(column, type, buffer, stride);
-  Target& place = state->targetFor(column);
-  target.verified = place.column == nullptr ? noBlock : place.verified;
-  place = target;
+  state->bind(column, targetOf(column, type, false, buffer, stride));
+}
+
+void Cursor::bindStored(const std::string& name, void* buffer, int stride) {
+  const Column& column = state->file->requireColumn(name);
+  state->bind(column, targetOf(column, column.attribute.type, true, buffer, stride));
 }
 
 std::uint64_t Cursor::next(std::uint64_t count) {

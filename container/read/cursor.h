@@ -30,8 +30,14 @@ class CONTAINER_API Cursor {
   /// \errors Error for an unknown name, a null buffer and a stride below the size of a record
   void bind(const std::string& name, ElementType type, void* buffer, int stride = 0);
 
+  /// The same for values as they are stored: of the attribute's own type, without scale and offset.
+  /// \errors as bind()
+  void bindStored(const std::string& name, void* buffer, int stride = 0);
+
   /// Reads up to `count` further records into all bound buffers, each from its start.
   ///
+  /// Encoded blocks are decoded in pieces of about 256 KiB, and each thread keeps the last one only: with several columns
+  /// bound, calls for few records decode the same pieces again. Tens of thousands of records per call avoid that.
   /// \return how many were read, 0 at the end; counts on if nothing is bound
   /// \errors Error for a damaged or unreadable block; the position stays where it was, and the contents of the bound
   ///         buffers are unspecified

@@ -4,6 +4,7 @@
 
 #include "container/format/api.h"
 #include "container/format/attribute.h"
+#include "container/format/extent.h"
 
 #include <cstddef>
 #include <cstdint>
@@ -15,6 +16,13 @@
 namespace container {
 
 struct OpenFile;
+
+/// How the blocks of one attribute are stored.
+struct StoredColumn {
+  std::uint64_t blocks = 0;
+  std::uint64_t encodedBlocks = 0; ///< the others are raw
+  std::uint64_t bytes = 0;         ///< of all blocks, as they are stored
+};
 
 /// A database file, opened read-only. Copies share the file, which stays open until the last copy and the last
 /// Cursor on it are gone; nobody can change its content meanwhile.
@@ -42,6 +50,22 @@ class CONTAINER_API Database {
   const Attribute* find(const std::string& name) const;
   /// The attribute of that name. \errors Error if there is none
   const Attribute& require(const std::string& name) const;
+
+  /// The version of the file's format, 1 or 2. Only version 2 has a checksum of its attributes, items and blocks.
+  int version() const;
+  /// How an attribute's blocks are stored. \errors Error if there is none of that name
+  StoredColumn storage(const std::string& name) const;
+  /// How one block is stored, such as "raw", "deflate, shuffle" or "lz4, delta and shuffle, scaled". Reads the head of
+  /// an encoded block. \errors Error for an unknown attribute or block, and for a damaged head
+  std::string encoding(const std::string& name, std::uint64_t block) const;
+
+  /// The least and greatest values of each block of an attribute, after scale and offset, as the file states them; no
+  /// block is read.
+  /// \return  by block, then by component; empty where a block has none, and altogether where no block has any
+  /// \errors  Error if there is no attribute of that name, or the extents are damaged, which the first call checks
+  std::vector<std::vector<ComponentExtent>> blockExtents(const std::string& name) const;
+  /// The same of all blocks together: one per component, or none where a block has none. \errors as blockExtents()
+  std::vector<ComponentExtent> extents(const std::string& name) const;
 
   /// The text of a metadata item, or nothing. \errors Error for an item that holds no text
   std::optional<std::string> item(const std::string& name) const;

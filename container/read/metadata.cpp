@@ -2,6 +2,8 @@
 // The metadata table of an open database.
 #include "container/read/metadata.h"
 
+#include "container/read/row_checks.h"
+
 #include <utility>
 
 namespace container {
@@ -44,6 +46,29 @@ std::vector<std::string> metadataNames(Connection& connection) {
     names.push_back(std::move(name));
   }
   return names;
+}
+
+void addMetadata(Connection& connection, TextChecksum& text) {
+  // Names come from the index and values by name, as they do in later reads: a damaged index shows here. Sorting would
+  // hold all names in memory.
+  Statement row(connection, "SELECT name FROM metadata INDEXED BY sqlite_autoindex_metadata_1",
+                "table \"metadata\" of " + connection.path());
+  std::uint64_t bytes = 0;
+  std::optional<std::string> last;
+  while (row.step()) {
+    std::string name = requireText(row, 0, row.object(), "name");
+    if (last && name <= *last) {
+      damaged(row.object(), "names that rise from row to row", "\"" + name + "\"");
+    }
+    const std::string value = metadataItem(connection, name).value_or("");
+    bytes += name.size() + value.size();
+    if (bytes > mostMetadataBytes) {
+      wrongCatalogue(row.object(),
+                     "at most " + std::to_string(mostMetadataBytes) + " bytes of names and values", "more");
+    }
+    text.add(MetadataRow{name, value});
+    last = std::move(name);
+  }
 }
 
 } // namespace container

@@ -7,8 +7,8 @@ namespace container {
 OpenFile::OpenFile(const std::string& path, unsigned int threadCount)
     : readers(path, threadCount), catalogue(connection()) {
   const BlockLayout& layout = catalogue.layout();
-  if (layout.records == 0) {
-    return;
+  if (layout.records == 0 || connection().version() != firstVersion) {
+    return; // a checksum covers the catalogue of later versions
   }
   // A wrong count of records shows in the sizes of blocks; the first and the last of a column are enough, and cost
   // two pages.
@@ -18,6 +18,13 @@ OpenFile::OpenFile(const std::string& path, unsigned int threadCount)
       readers.first().open(column, layout, layout.blockCount() - 1);
     }
   }
+}
+
+const ColumnExtents& OpenFile::extentsOf(const Column& column) {
+  if (!extents) {
+    extents = readExtents(connection(), catalogue.layout(), catalogue.columns());
+  }
+  return (*extents)[static_cast<std::size_t>(&column - catalogue.columns().data())];
 }
 
 const Column& OpenFile::requireColumn(const std::string& name) {

@@ -3,9 +3,12 @@
 #pragma once
 
 #include "container/read/catalogue.h"
+#include "container/read/extents.h"
 #include "container/read/reader_pool.h"
 
+#include <optional>
 #include <string>
+#include <vector>
 
 namespace container {
 
@@ -19,8 +22,12 @@ struct OpenFile {
   /// The column of that name. \errors Error if there is none
   const Column& requireColumn(const std::string& name);
 
+  /// The extents of a column's blocks, read at the first call. \errors as readExtents()
+  const ColumnExtents& extentsOf(const Column& column);
+
   ReaderPool readers;
   Catalogue catalogue;
+  std::optional<std::vector<ColumnExtents>> extents;
 };
 
 } // namespace container

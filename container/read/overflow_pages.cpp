@@ -234,7 +234,7 @@ bool OverflowPages::descend(std::int64_t rowId, TreePage& leaf) {
 }
 
 bool OverflowPages::find(std::int64_t rowId, std::uint64_t bytes) {
-  bytesLeft = 0;
+  blobBytes = bytesLeft = 0;
   if (usableBytes == 0 || bytes > lockByte || sqlite3_txn_state(connection, "main") != SQLITE_TXN_READ) {
     return false;
   }
@@ -260,12 +260,40 @@ bool OverflowPages::enterCell(const TreePage& leaf, const Cell& cell, std::uint6
       !take(leaf.number, cell.offset + headBytes + local, pointer.data(), pointer.size())) {
     return false;
   }
-  bytesLeft = bytes;
+  blobBytes = bytesLeft = bytes;
   localPage = leaf.number;
-  localOffset = cell.offset + headBytes + *before;
-  localLeft = local - *before;
-  chainPage = bigEndian(pointer.data(), pointer.size());
+  localOffset = startOffset = cell.offset + headBytes + *before;
+  localLeft = startLeft = local - *before;
+  chainPage = startChain = bigEndian(pointer.data(), pointer.size());
   chainOffset = 0;
+  return true;
+}
+
+bool OverflowPages::seek(std::uint64_t offset) {
+  if (offset > blobBytes) {
+    return false;
+  }
+  if (offset == blobBytes - bytesLeft) {
+    return true;
+  }
+  bytesLeft = blobBytes - offset;
+  localOffset = startOffset + std::min(offset, startLeft);
+  localLeft = startLeft - std::min(offset, startLeft);
+  const std::uint64_t inChain = offset - std::min(offset, startLeft);
+  const std::uint64_t payload = usableBytes - pointerBytes;
+  const std::uint64_t lockPage = lockByte / pageBytes + 1;
+  chainPage = startChain + inChain / payload;
+  chainPage += startChain < lockPage && chainPage >= lockPage ? 1 : 0;
+  chainOffset = 0;
+  if (inChain % payload == 0) {
+    return true;
+  }
+  std::array<unsigned char, pointerBytes> pointer{};
+  if (!take(chainPage, 0, pointer.data(), pointer.size())) {
+    return false;
+  }
+  nextPage = bigEndian(pointer.data(), pointer.size());
+  chainOffset = pointerBytes + inChain % payload;
   return true;
 }
 

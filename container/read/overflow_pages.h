@@ -27,6 +27,11 @@ class OverflowPages {
   /// \param bytes  that the blob must have
   /// \return false if the row is not like that, lies in its tree page alone, or no read transaction is open
   bool find(std::int64_t rowId, std::uint64_t bytes);
+  /// Goes to byte `offset` of the blob that was found. Unless that is where the last read ended, it is a guess: that the
+  /// pages of the chain follow one another in the file, as a writer leaves them that writes one blob after the other.
+  /// What is read from there on has to be confirmed by a checksum of its own.
+  /// \return false if there is no such byte or page
+  bool seek(std::uint64_t offset);
   /// Reads the next bytes of the blob; writes nothing outside [to, to + bytes).
   /// \return false if they cannot be read; the content of `to` is unspecified then, and `find` has to be called again
   bool read(unsigned char* to, std::size_t bytes);
@@ -82,7 +87,8 @@ class OverflowPages {
   std::int64_t upTo = std::numeric_limits<std::int64_t>::min();
 
   // Position of the next byte: first in the leaf, then in the chain.
-  std::uint64_t bytesLeft = 0;
+  std::uint64_t blobBytes = 0, bytesLeft = 0;
+  std::uint64_t startOffset = 0, startLeft = 0, startChain = 0; ///< of the blob's first byte
   std::uint64_t localPage = 0, localOffset = 0, localLeft = 0;
   std::uint64_t chainPage = 0, chainOffset = 0, nextPage = 0;
 };

@@ -9,6 +9,7 @@
 #include <atomic>
 #include <cstring>
 #include <exception>
+#include <limits>
 #include <mutex>
 #include <thread>
 
@@ -17,6 +18,9 @@ namespace {
 
 // Below this, starting a thread costs more than it gains.
 constexpr std::uint64_t leastBytesForThreads = std::uint64_t{8} * 1024 * 1024;
+
+// With more jobs per thread, all threads finish at about the same time without sharing blocks.
+constexpr std::uint64_t mostDividedJobs = 32;
 
 /// Reads a block's bytes in order and keeps their checksum.
 class BlockPass {
@@ -61,46 +65,26 @@ void deliverStoredBytes(BlockPass& pass, unsigned char* to, std::size_t bytes) {
   }
 }
 
-void scatter(const unsigned char* from, const Target& target, unsigned char* to, std::size_t rows) {
-  for (std::size_t row = 0; row < rows; ++row) {
-    std::memcpy(to + row * target.stride, from + row * target.recordBytes, target.recordBytes);
-  }
-}
-
 void deliverRecords(BlockPass& pass, BlockReader& reader, const Target& target, unsigned char* to,
                     std::uint64_t rows) {
   const auto storedBytes = static_cast<std::size_t>(target.column->attribute.recordBytes());
   const std::size_t rowsAtOnce = std::clamp<std::size_t>(chunkBytes / storedBytes, 1, rows);
-  const bool tight = target.stride == target.recordBytes;
-  const Attribute& attribute = target.column->attribute;
   reader.stored.resize(std::max(reader.stored.size(), rowsAtOnce * storedBytes));
-  if (!tight && target.conversion != nullptr) {
-    reader.converted.resize(std::max(reader.converted.size(), rowsAtOnce * target.recordBytes));
-  }
   for (std::uint64_t done = 0; done < rows; done += rowsAtOnce) {
     const std::size_t part = std::min<std::size_t>(rowsAtOnce, rows - done);
-    unsigned char* const destination = to + done * target.stride;
     pass.read(reader.stored.data(), part * storedBytes);
-    const unsigned char* records = reader.stored.data();
-    if (target.conversion != nullptr) {
-      unsigned char* const result = tight ? destination : reader.converted.data();
-      target.conversion(records, result, part * attribute.length, attribute.scale, attribute.offset);
-      records = result;
-    }
-    if (!tight) {
-      scatter(records, target, destination, part);
-    }
+    deliver(reader.stored.data(), target, to + done * target.stride, part, reader.converted);
   }
 }
 
 /// Copies a job's records to their buffer. \return the checksum of the whole block if it `verifies`
-std::uint32_t deliver(const ReadJob& job, const BlockLayout& layout, BlockReader& reader, bool verifies) {
+std::uint32_t copyRecords(const ReadJob& job, const BlockLayout& layout, BlockReader& reader, bool verifies) {
   const Target& target = *job.target;
   const auto storedBytes = static_cast<std::size_t>(target.column->attribute.recordBytes());
   BlockPass pass(reader, verifies);
   pass.skipTo(job.firstRow * storedBytes);
   unsigned char* const to = target.buffer + job.firstRecord * target.stride;
-  if (target.conversion == nullptr && target.stride == storedBytes) {
+  if (target.takesStoredBytes()) {
     deliverStoredBytes(pass, to, job.rows * storedBytes);
   } else {
     deliverRecords(pass, reader, target, to, job.rows);
@@ -109,6 +93,44 @@ std::uint32_t deliver(const ReadJob& job, const BlockLayout& layout, BlockReader
     pass.skipTo(layout.rows(job.block) * storedBytes);
   }
   return pass.found();
+}
+
+// Records [first, last) of a piece.
+void deliverFromPiece(BlockReader& reader, const Target& target, std::uint32_t piece, std::uint64_t first,
+                      std::uint64_t last, unsigned char* to) {
+  const codec::PieceHeader& header = reader.encoded.header();
+  const unsigned char* const records = reader.encoded.recordsOf(reader, piece);
+  const std::size_t rowsAtOnce = std::max<std::size_t>(chunkBytes / header.recordBytes(), 1);
+  for (std::uint64_t row = first; row < last; row += rowsAtOnce) {
+    const auto part = static_cast<std::size_t>(std::min<std::uint64_t>(rowsAtOnce, last - row));
+    deliver(records + row * header.recordBytes(), target, to + (row - first) * target.stride, part,
+            reader.converted);
+  }
+}
+
+// Pieces that are asked for whole, and as they are, are decoded straight into the buffer.
+void runPieces(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
+  const Target& target = *job.target;
+  EncodedBlock& block = reader.encoded;
+  block.open(reader, *target.column, layout, job.block);
+  const codec::PieceHeader& header = block.header();
+  const std::uint64_t end = job.firstRow + job.rows;
+  const std::uint64_t firstPiece = job.firstRow / header.recordsPerPiece;
+  const std::uint64_t count = (end - 1) / header.recordsPerPiece + 1 - firstPiece;
+  const std::uint64_t lastPiece = firstPiece + count * (job.part + 1) / job.parts;
+  for (std::uint64_t piece = firstPiece + count * job.part / job.parts; piece < lastPiece; ++piece) {
+    const std::uint64_t start = header.firstRecord(piece);
+    const std::uint64_t first = std::max(job.firstRow, start);
+    const std::uint64_t last = std::min(end, start + header.records(piece));
+    unsigned char* const to = target.buffer + (job.firstRecord + first - job.firstRow) * target.stride;
+    const auto number = static_cast<std::uint32_t>(piece);
+    if (target.takesStoredBytes() && last - first == header.records(piece)) {
+      populate(to, static_cast<std::size_t>(last - first) * target.stride);
+      block.decode(reader, number, to);
+    } else {
+      deliverFromPiece(reader, target, number, first - start, last - start, to);
+    }
+  }
 }
 
 /// Keeps the failure of the lowest job that failed.
@@ -142,11 +164,29 @@ ReadJobs::ReadJobs(const BlockLayout& division, const std::vector<Target>& colum
       blocks(count == 0 ? 0 : (end - 1) / division.blockRows - firstBlock + 1) {}
 
 ReadJob ReadJobs::operator[](std::uint64_t index) const {
+  const std::uint64_t part = index % parts;
+  index /= parts;
   const std::uint64_t block = firstBlock + index / targets.size();
   const std::uint64_t first = std::max(begin, layout.firstRow(block));
   const std::uint64_t last = std::min(end, layout.firstRow(block) + layout.rows(block));
-  return {&targets[index % targets.size()], block, first - layout.firstRow(block), last - first,
-          first - begin};
+  return {&targets[index % targets.size()],
+          block,
+          first - layout.firstRow(block),
+          last - first,
+          first - begin,
+          part,
+          parts};
+}
+
+bool ReadJobs::hasEncodedBlocks() const {
+  return std::any_of(targets.begin(), targets.end(), [this](const Target& target) {
+    for (std::uint64_t block = firstBlock; block < firstBlock + blocks; ++block) {
+      if (target.column->isEncoded(block)) {
+        return true;
+      }
+    }
+    return false;
+  });
 }
 
 std::uint64_t ReadJobs::storedBytes() const {
@@ -158,23 +198,35 @@ std::uint64_t ReadJobs::storedBytes() const {
 }
 
 void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
+  if (job.target->column->isEncoded(job.block)) {
+    runPieces(job, layout, reader);
+    return;
+  }
+  if (job.part != 0) {
+    return; // the first part reads the whole block
+  }
   reader.open(*job.target->column, layout, job.block);
   const bool verifies = reader.checksum().has_value() && job.block != job.target->verified;
   if (verifies && reader.readPastSqlite()) {
-    if (deliver(job, layout, reader, verifies) == reader.checksum()) {
+    if (copyRecords(job, layout, reader, verifies) == reader.checksum()) {
       return;
     }
     reader.readThroughSqlite(); // its result is final
   }
-  const std::uint32_t found = deliver(job, layout, reader, verifies);
+  const std::uint32_t found = copyRecords(job, layout, reader, verifies);
   if (verifies) {
     reader.requireChecksum(found);
   }
 }
 
-void runAll(const ReadJobs& jobs, ReaderPool& pool) {
-  const std::uint64_t wanted = jobs.storedBytes() < leastBytesForThreads ? 1 : jobs.size();
+void runAll(ReadJobs jobs, ReaderPool& pool) {
+  constexpr std::uint64_t any = std::numeric_limits<std::uint32_t>::max();
+  const bool isShared = jobs.hasEncodedBlocks();
+  const std::uint64_t wanted = jobs.storedBytes() < leastBytesForThreads ? 1 : isShared ? any : jobs.size();
   const auto& readers = pool.readersFor(static_cast<std::size_t>(wanted));
+  if (isShared && jobs.size() < mostDividedJobs * readers.size()) {
+    jobs.divide(readers.size());
+  }
   std::atomic<std::uint64_t> taken = 0;
   std::atomic<bool> failed = false;
   FirstFailure failure;
@@ -190,7 +242,7 @@ void runAll(const ReadJobs& jobs, ReaderPool& pool) {
     }
   };
   std::vector<std::thread> helpers;
-  const std::size_t threads = std::min<std::size_t>(readers.size(), wanted);
+  const auto threads = static_cast<std::size_t>(std::min<std::uint64_t>(readers.size(), wanted));
   helpers.reserve(threads);
   try {
     while (helpers.size() + 1 < threads) {

@@ -2,27 +2,13 @@
 // The readers of one file, one per thread.
 #include "container/read/reader_pool.h"
 
-#include <algorithm>
-#include <thread>
-#include <utility>
+#include "container/format/processors.h"
 
-#ifdef __linux__
-#include <sched.h>
-#endif
+#include <algorithm>
+#include <utility>
 
 namespace container {
 namespace {
-
-// Those that this thread may run on; the machine's where the system does not report them.
-unsigned int usableProcessors() {
-#ifdef CPU_COUNT
-  cpu_set_t usable;
-  if (sched_getaffinity(0, sizeof usable, &usable) == 0) {
-    return static_cast<unsigned int>(CPU_COUNT(&usable));
-  }
-#endif
-  return std::thread::hardware_concurrency();
-}
 
 std::size_t threadsFor(unsigned int threadCount) {
   constexpr unsigned int most = 64;

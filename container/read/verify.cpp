@@ -11,9 +11,22 @@
 namespace container {
 namespace {
 
+void verifyPieces(BlockReader& reader, const Column& column, const BlockLayout& layout,
+                  std::uint64_t number) {
+  reader.encoded.open(reader, column, layout, number);
+  for (std::uint32_t piece = 0; piece < reader.encoded.header().pieces.size(); ++piece) {
+    reader.encoded.recordsOf(reader, piece);
+  }
+}
+
 void verifyBlock(OpenFile& file, const Column& column, std::uint64_t number, Verification& seen) {
   const BlockLayout& layout = file.catalogue.layout();
   BlockReader& reader = file.readers.first();
+  if (column.isEncoded(number)) {
+    verifyPieces(reader, column, layout, number);
+    seen.bytes += column.index[number].bytes;
+    return;
+  }
   reader.open(column, layout, number);
   reader.stored.resize(chunkBytes);
   const auto bytes = static_cast<std::size_t>(layout.rows(number) * column.attribute.recordBytes());
@@ -34,6 +47,7 @@ Verification verify(const std::string& path,
                     const std::function<void(const std::string& what, const std::string& details)>& report) {
   OpenFile file(path, 1);
   Verification seen;
+  seen.isCatalogueProtected = file.connection().version() != firstVersion;
   const auto guarded = [&](auto&& check) {
     try {
       check();
@@ -53,6 +67,7 @@ Verification verify(const std::string& path,
       guarded([&] { metadataItem(file.connection(), name); });
     }
   });
+  guarded([&] { readExtents(file.connection(), file.catalogue.layout(), file.catalogue.columns()); });
   return seen;
 }
 

@@ -15,12 +15,13 @@ struct Verification {
   std::uint64_t blocks = 0;          ///< blocks looked at
   std::uint64_t bytes = 0;           ///< bytes of sound blocks
   std::uint64_t withoutChecksum = 0; ///< sound blocks that carry no checksum
-  std::uint64_t findings = 0;        ///< damaged blocks and items
+  std::uint64_t findings = 0;        ///< damaged blocks, items and extents
+  bool isCatalogueProtected = false; ///< whether a checksum covers attributes, items and the list of blocks
 };
 
-/// Reads every block of every attribute and every metadata item of the file at `path`, and checks type, size and
-/// checksum. Passes each fault to `report` as (what, details), in the order of attributes and blocks, then items, and
-/// continues after it.
+/// Reads every block of every attribute, every metadata item and the extents of the file at `path`; checks types, sizes
+/// and checksums, and decodes encoded blocks. Passes each fault to `report` as (what, details), in the order of
+/// attributes and blocks, then items, then extents, and continues after it.
 /// \errors Error if the file cannot be opened or its catalogue contradicts itself
 CONTAINER_API Verification
 verify(const std::string& path,

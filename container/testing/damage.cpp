@@ -210,7 +210,8 @@ void checkRequest(const DamageRequest& request) {
   }
   if (request.dropsUnknownTable()) {
     refuse(ErrorKind::wrongUse, request,
-           "expected table database, attribute, block or metadata, found \"" + *request.dropTable + "\"");
+           "expected table database, attribute, block, metadata, block_index or extent, found \"" +
+               *request.dropTable + "\"");
   }
   std::error_code problem;
   if (!std::filesystem::is_regular_file(request.file, problem)) {
@@ -238,7 +239,8 @@ bool DamageRequest::needsAttribute() const {
 
 bool DamageRequest::dropsUnknownTable() const {
   const auto isNamed = [this](const TableColumns& known) { return known.table == *dropTable; };
-  return dropTable && std::none_of(tables.begin(), tables.end(), isNamed);
+  return dropTable && std::none_of(tables.begin(), tables.end(), isNamed) &&
+         std::none_of(tablesOfVersion2.begin(), tablesOfVersion2.end(), isNamed);
 }
 
 void damage(const DamageRequest& request) {

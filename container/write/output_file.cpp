@@ -15,7 +15,7 @@ int bindText(sqlite3_stmt* statement, int parameter, const std::string& text) {
 
 } // namespace
 
-OutputFile::OutputFile(const std::string& path) : shownPath(path), file(path) {
+OutputFile::OutputFile(const std::string& path, std::int32_t version) : shownPath(path), file(path) {
   sqlite3* opened = nullptr;
   const int status =
       sqlite3_open_v2(plainPath(file.path()).c_str(), &opened,
@@ -27,9 +27,16 @@ OutputFile::OutputFile(const std::string& path) : shownPath(path), file(path) {
           "PRAGMA locking_mode=EXCLUSIVE; PRAGMA temp_store=MEMORY; PRAGMA cache_size=256;"
           "PRAGMA secure_delete=OFF; BEGIN;");
   execute("PRAGMA application_id=" + std::to_string(applicationId) + ";" +
-          "PRAGMA user_version=" + std::to_string(formatVersion) + ";");
-  execute(schema);
+          "PRAGMA user_version=" + std::to_string(version) + ";");
+  execute(version == firstVersion ? schemaOfVersion1 : schemaOfVersion2);
+  execute(schemaOfAllVersions);
   blockRow = prepare("INSERT INTO block (attribute, number, checksum, data) VALUES (?1, ?2, ?3, ?4)");
+  if (version != firstVersion) {
+    indexRow = prepare(
+        "INSERT INTO block_index (attribute, number, encoding, checksum, bytes) VALUES (?1, ?2, ?3, ?4, ?5)");
+    extentRow = prepare("INSERT INTO extent (attribute, number, component, minimum, maximum, missing) "
+                        "VALUES (?1, ?2, ?3, ?4, ?5, ?6)");
+  }
 }
 
 void OutputFile::check(int status) const {
@@ -85,16 +92,52 @@ void OutputFile::insertItem(const std::string& name, const std::string& value) {
   check(sqlite3_step(row.get()));
 }
 
-void OutputFile::insertLayout(std::uint64_t records, std::uint32_t blockRows) {
+void OutputFile::insertLayout(const DatabaseRow& layout) {
   const Row row = prepare("INSERT INTO database (records, block_rows) VALUES (?1, ?2)");
-  check(sqlite3_bind_int64(row.get(), 1, static_cast<sqlite3_int64>(records)));
-  check(sqlite3_bind_int64(row.get(), 2, blockRows));
+  check(sqlite3_bind_int64(row.get(), 1, layout.records));
+  check(sqlite3_bind_int64(row.get(), 2, layout.blockRows));
   check(sqlite3_step(row.get()));
+}
+
+void OutputFile::insertLayout(const DatabaseRow& layout, std::uint32_t catalogueChecksum,
+                              std::optional<std::uint32_t> extentChecksum) {
+  const Row row = prepare("INSERT INTO database (records, block_rows, catalogue_checksum, extent_checksum) "
+                          "VALUES (?1, ?2, ?3, ?4)");
+  check(sqlite3_bind_int64(row.get(), 1, layout.records));
+  check(sqlite3_bind_int64(row.get(), 2, layout.blockRows));
+  check(sqlite3_bind_int64(row.get(), 3, catalogueChecksum));
+  check(extentChecksum ? sqlite3_bind_int64(row.get(), 4, *extentChecksum) : sqlite3_bind_null(row.get(), 4));
+  check(sqlite3_step(row.get()));
+}
+
+void OutputFile::insertIndex(const BlockRow& block) {
+  sqlite3_stmt* const row = indexRow.get();
+  check(sqlite3_bind_int64(row, 1, block.attribute));
+  check(sqlite3_bind_int64(row, 2, block.number));
+  check(block.encoding ? bindText(row, 3, std::string(*block.encoding)) : sqlite3_bind_null(row, 3));
+  check(sqlite3_bind_int64(row, 4, block.checksum));
+  check(sqlite3_bind_int64(row, 5, block.bytes));
+  check(sqlite3_step(row));
+  check(sqlite3_reset(row));
+}
+
+void OutputFile::insertExtent(const ExtentRow& extent) {
+  sqlite3_stmt* const row = extentRow.get();
+  check(sqlite3_bind_int64(row, 1, extent.attribute));
+  check(sqlite3_bind_int64(row, 2, extent.number));
+  check(sqlite3_bind_int64(row, 3, extent.component));
+  check(extent.minimum ? sqlite3_bind_double(row, 4, *extent.minimum) : sqlite3_bind_null(row, 4));
+  check(extent.maximum ? sqlite3_bind_double(row, 5, *extent.maximum) : sqlite3_bind_null(row, 5));
+  check(sqlite3_bind_int64(row, 6, extent.missing));
+  check(sqlite3_step(row));
+  check(sqlite3_reset(row));
 }
 
 void OutputFile::finish() {
   execute("COMMIT");
   blockRow.reset();
+  indexRow.reset();
+  extentRow.reset();
   check(sqlite3_close(database.get()));
   static_cast<void>(
       database.release()); // closed; after a failure the destructor would still have to close it

@@ -3,6 +3,7 @@
 #pragma once
 
 #include "container/format/attribute.h"
+#include "container/format/catalogue_text.h"
 #include "container/write/temporary_file.h"
 
 #include <cstddef>
@@ -18,15 +19,21 @@ namespace container {
 /// \errors Error (cannotWrite) from every operation if the system refuses, after which the file is of no further use
 class OutputFile {
  public:
-  /// Makes the temporary file with empty tables.
-  explicit OutputFile(const std::string& path);
+  /// Makes the temporary file with the empty tables of a version.
+  OutputFile(const std::string& path, std::int32_t version);
 
   void insertAttribute(std::int64_t id, const Attribute& attribute);
   /// \param checksum  CRC-32 of the bytes, or nothing for a block without one
   void insertBlock(std::int64_t attribute, std::uint64_t number, const void* data, std::size_t bytes,
                    std::optional<std::uint32_t> checksum);
   void insertItem(const std::string& name, const std::string& value);
-  void insertLayout(std::uint64_t records, std::uint32_t blockRows);
+  /// The row of table `database` in version 1.
+  void insertLayout(const DatabaseRow& layout);
+  /// The same in version 2. \param extentChecksum  nothing where there are no extents
+  void insertLayout(const DatabaseRow& layout, std::uint32_t catalogueChecksum,
+                    std::optional<std::uint32_t> extentChecksum);
+  void insertIndex(const BlockRow& block);
+  void insertExtent(const ExtentRow& extent);
   /// Commits and puts the file in place; nothing else may be called after it.
   void finish();
 
@@ -47,7 +54,7 @@ class OutputFile {
   std::string shownPath;
   TemporaryFile file;
   std::unique_ptr<sqlite3, Close> database;
-  Row blockRow;
+  Row blockRow, indexRow, extentRow;
 };
 
 } // namespace container

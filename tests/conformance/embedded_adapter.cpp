@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Makes databases of the embedded client: BLOCK_ROWS records per block, columns of type uint8 stored as STORED_ELEMENT.
+// Makes databases of the embedded client: BLOCK_ROWS records per block, encoded as BLOCK_ENCODING, columns of type uint8
+// stored as STORED_ELEMENT.
 #include "conformance/contents.h"
 #include "container/format/element_type.h"
 #include "container/write/writer.h"
@@ -35,7 +36,8 @@ std::vector<unsigned char> storedBytes(const Column& column) {
 } // namespace
 
 std::string conformance::makeDatabase(const Contents& contents, const std::string& folder) {
-  container::Writer writer(folder + "/scan.rdbx", {BLOCK_ROWS, true});
+  container::Writer writer(folder + "/scan.rdbx",
+                           {BLOCK_ROWS, true, 2, container::BlockEncoding::BLOCK_ENCODING});
   std::list<std::vector<unsigned char>> values;
   std::vector<const void*> columns;
   for (const Column& column : contents.columns) {

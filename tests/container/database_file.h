@@ -40,9 +40,14 @@ void writeColumn(const std::string& path, const Attribute& attribute, const std:
   writer.finish();
 }
 
+/// Settings for a file of version 1, whose tables may be changed without a checksum noticing.
+inline WriterSettings version1(std::uint32_t blockRows, bool checksums = true) {
+  return {blockRows, checksums, 1};
+}
+
 /// 10 records in blocks of 4: riegl.xyz (3 double, 0 to 29) and riegl.class (uint8, 0 to 9), one item.
-inline void writeSample(const std::string& path, bool checksums = true) {
-  Writer writer(path, {4, checksums});
+inline void writeSample(const std::string& path, const WriterSettings& settings) {
+  Writer writer(path, settings);
   writer.addAttribute({"riegl.xyz", ElementType::float64, 3, 1, 0, "m", "XYZ", "Cartesian coordinates"});
   writer.addAttribute({"riegl.class", ElementType::uint8});
   writer.setMetadata("riegl.time_base", "{}");
@@ -54,6 +59,11 @@ inline void writeSample(const std::string& path, bool checksums = true) {
   }
   writer.write(10, {points.data(), classes.data()});
   writer.finish();
+}
+
+/// The same, in version 1.
+inline void writeSample(const std::string& path, bool checksums = true) {
+  writeSample(path, version1(4, checksums));
 }
 
 /// Runs statements on a file the way any other program might; writable_schema is on.

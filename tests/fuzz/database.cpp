@@ -1,5 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Any bytes as a database file: every item and every column is read, or an Error says why not.
+// Any bytes as a database file: every item and every column is read, and the whole file is verified, or an Error says
+// why not.
+#include "container/format/error.h"
+#include "container/read/verify.h"
 #include "platform/client/rdb.h"
 #include "tests/fuzz/input_file.h"
 
@@ -37,11 +40,23 @@ void readEverything(const std::string& path) {
   fuzz::require(records <= database.recordCount(), "no more records than the database has");
 }
 
+void verifyEverything(const std::string& path) {
+  try {
+    container::verify(path, [](const std::string& what, const std::string& details) {
+      fuzz::require(!what.empty() && !details.empty(), "a finding says what happened, and to what");
+    });
+  } catch (const container::Error& error) {
+    fuzz::require(error.what()[0] != '\0', "an error says what happened");
+  }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t count) {
+  const std::string path = fuzz::inputFile(bytes, count);
+  verifyEverything(path);
   try {
-    readEverything(fuzz::inputFile(bytes, count));
+    readEverything(path);
   } catch (const riegl::rdb::Error& error) {
     fuzz::require(error.what()[0] != '\0', "an error says what happened");
   }

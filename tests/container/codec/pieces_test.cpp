@@ -4,6 +4,7 @@
 #include "container/codec/piece_decoder.h"
 #include "tests/container/codec/blocks.h"
 
+#include <algorithm>
 #include <gtest/gtest.h>
 #include <memory>
 #include <stdexcept>
@@ -48,6 +49,20 @@ class EncodedBlock {
     return {records.get(), records.get() + bytes};
   }
 
+  // All records, each piece decoded into the memory of its stored bytes.
+  Bytes inPlace() {
+    Bytes all;
+    for (std::uint32_t piece = 0; piece < header.pieces.size(); ++piece) {
+      const std::size_t bytes = header.records(piece) * header.recordBytes();
+      const std::span<const std::byte> from = stored(piece);
+      Bytes memory(std::max(bytes, from.size()));
+      std::copy(from.begin(), from.end(), memory.begin());
+      decoder.decode(header, piece, {memory.data(), from.size()}, memory.data());
+      all.insert(all.end(), memory.begin(), memory.begin() + static_cast<std::ptrdiff_t>(bytes));
+    }
+    return all;
+  }
+
   std::string refusal(std::uint32_t piece, std::span<const std::byte> bytes) {
     try {
       Bytes records(header.records(piece) * header.recordBytes());
@@ -78,6 +93,7 @@ void expectEveryEncoding(const BlockShape& shape, const Bytes& records) {
       EXPECT_TRUE(block.range(0, shape.records) == records)
           << blocks::nameOf(shape.format) << " x " << shape.length << ", " << shape.records
           << " records, filter " << static_cast<int>(filter) << ", codec " << static_cast<int>(codec);
+      EXPECT_TRUE(!block.header.hasIntermediate() || block.inPlace() == records);
     }
   }
 }
@@ -104,6 +120,8 @@ void expectScaled(std::size_t length, std::uint64_t count) {
       EncodedBlock block(records, shape, {filter, codec, 1, scaling, 1500});
       EXPECT_TRUE(block.header.isScaled());
       EXPECT_TRUE(block.range(0, count) == records) << length << " values, " << count << " records";
+      EXPECT_EQ(block.header.hasIntermediate(), codec != Codec::none);
+      EXPECT_TRUE(codec == Codec::none || block.inPlace() == records);
     }
   }
 }

@@ -13,11 +13,16 @@ using namespace containertest;
 constexpr unsigned records = 2'000'000;
 
 /// A column large enough for several threads to read it, in few blocks.
-class ExhaustedMemory : public testing::Test {
+class ExhaustedMemory : public testing::TestWithParam<container::BlockEncoding> {
  protected:
   void SetUp() override {
     std::iota(numbers.begin(), numbers.end(), 0);
-    writeColumn(path, {"number", ElementType::float64}, numbers, {200'000, true});
+    writeColumn(path, {"number", ElementType::float64}, numbers, {blockRows(), true, 2, GetParam()});
+  }
+
+  /// An encoded block is divided among the threads.
+  static std::uint32_t blockRows() {
+    return GetParam() == container::BlockEncoding::raw ? 200'000 : 1'000'000;
   }
 
   /// Reads all records; the allocation after the first `successes` fails. \return whether memory was enough
@@ -41,7 +46,7 @@ class ExhaustedMemory : public testing::Test {
   std::vector<double> found = std::vector<double>(records);
 };
 
-TEST_F(ExhaustedMemory, EndsAReadOnSeveralThreadsWithItsRecordsOrAnException) {
+TEST_P(ExhaustedMemory, EndsAReadOnSeveralThreadsWithItsRecordsOrAnException) {
   ASSERT_TRUE(readsWith(-1));
   const long allocations = support::allocationsMade();
   ASSERT_GT(allocations, 3);
@@ -50,5 +55,8 @@ TEST_F(ExhaustedMemory, EndsAReadOnSeveralThreadsWithItsRecordsOrAnException) {
     EXPECT_TRUE(!readsWith(k) || found == numbers) << "at allocation " << k << " of " << allocations;
   }
 }
+
+INSTANTIATE_TEST_SUITE_P(Of, ExhaustedMemory,
+                         testing::Values(container::BlockEncoding::raw, container::BlockEncoding::lz4));
 
 } // namespace

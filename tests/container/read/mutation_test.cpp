@@ -53,7 +53,7 @@ Loaded load(const std::string& path) {
 class Mutated : public testing::Test {
  protected:
   void SetUp() override {
-    Writer writer(path, {256, true});
+    Writer writer(path, version1(256));
     writer.addAttribute({"riegl.xyz", ElementType::float64, 3});
     writer.addAttribute({"riegl.class", ElementType::uint8});
     std::vector<double> points(9000);

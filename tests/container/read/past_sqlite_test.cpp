@@ -18,9 +18,10 @@ void PrintTo(Answer answer, std::ostream* stream) {
   *stream << names[static_cast<int>(answer)];
 }
 
-int reads = 0;     ///< such reads so far
-int wrongFrom = 0; ///< index of the first read that is answered wrongly
-int wrongTo = 0;   ///< index behind the last one
+int reads = 0;              ///< such reads so far
+std::int64_t bytesRead = 0; ///< by all reads
+int wrongFrom = 0;          ///< index of the first read that is answered wrongly
+int wrongTo = 0;            ///< index behind the last one
 Answer wrong = Answer::right;
 const sqlite3_io_methods* original = nullptr;
 sqlite3_io_methods methods;
@@ -31,6 +32,7 @@ constexpr int pageBytes = 65536;
 int answer(sqlite3_file* file, void* to, int bytes, sqlite3_int64 position) {
   const bool isSqlites = position < pageBytes || (bytes == pageBytes && position % pageBytes == 0);
   const int status = original->xRead(file, to, bytes, position);
+  bytesRead += bytes;
   if (isSqlites || wrong == Answer::right) {
     reads += isSqlites ? 0 : 1;
     return status;
@@ -77,10 +79,38 @@ class PastSqlite : public testing::TestWithParam<Answer> {
     sqlite3_vfs_register(system, 1);
   }
   void givenDatabase(bool checksums) {
-    writeColumn(path, {"riegl.xyz", ElementType::float64, 3}, points, {50'000, checksums});
+    writeColumn(path, {"riegl.xyz", ElementType::float64, 3}, points, version1(50'000, checksums));
     sqlite3_vfs_register(&watched, 1);
     reads = 0;
   }
+  /// Four columns in one block of 120,000 records each, in pieces of 10922.
+  void givenEncodedDatabase() {
+    std::uint64_t state = 1;
+    for (double& value : points) {
+      state = state * 6364136223846793005U + 1442695040888963407U;
+      value = static_cast<double>(state >> 36) * 0.001; // not small when encoded
+    }
+    const auto encoding = container::BlockEncoding::lz4;
+    Writer writer(path, {1'000'000, true, 2, encoding});
+    for (const char* name : {"riegl.xyz", "b", "c", "d"}) {
+      writer.addAttribute({name, ElementType::float64, 3});
+    }
+    writer.write(points.size() / 3, {points.data(), points.data(), points.data(), points.data()});
+    writer.finish();
+    sqlite3_vfs_register(&watched, 1);
+    reads = 0;
+    bytesRead = 0;
+  }
+  /// 1000 records from record 60,000 on.
+  std::vector<double> loadMiddle() {
+    Cursor cursor{Database(path)};
+    cursor.next(60'000);
+    std::vector<double> found(3000);
+    cursor.bind("c", ElementType::float64, found.data());
+    EXPECT_EQ(cursor.next(1000), 1000U);
+    return found;
+  }
+  std::vector<double> middle() const { return {points.begin() + 180'000, points.begin() + 183'000}; }
   std::vector<double> load(unsigned atOnce = 200'000) {
     return readColumn<double>(path, "riegl.xyz", atOnce);
   }
@@ -136,6 +166,38 @@ TEST_P(PastSqlite, WrongAnswersFromAnyReadOnLeaveTheRestToSqlite) {
 
 INSTANTIATE_TEST_SUITE_P(Of, PastSqlite,
                          testing::Values(Answer::failure, Answer::shortRead, Answer::otherBytes));
+
+TEST_F(PastSqlite, OpeningReadsNoBlock) {
+  givenEncodedDatabase();
+  const std::size_t size = bytesOf(path).size();
+  const Database database(path);
+  EXPECT_LT(bytesRead, 12 * pageBytes);
+  EXPECT_GT(size, 40U * pageBytes);
+}
+
+TEST_F(PastSqlite, RangeOfAnEncodedBlockReadsItsPiecesOnly) {
+  givenEncodedDatabase();
+  const std::uint64_t blockBytes = Database(path).storage("c").bytes;
+  bytesRead = 0;
+  EXPECT_EQ(loadMiddle(), middle());
+  EXPECT_GT(blockBytes, 10U * pageBytes);
+  if (RDB2NIMBRA_DIRECT_PAGES != 0) {
+    EXPECT_LT(bytesRead, 12 * pageBytes + 4 * pageBytes);
+  }
+}
+
+TEST_P(PastSqlite, WrongAnswersLeaveThePiecesToSqlite) {
+  givenEncodedDatabase();
+  EXPECT_EQ(loadMiddle(), middle());
+  const int count = std::exchange(reads, 0);
+  EXPECT_EQ(count > 3, RDB2NIMBRA_DIRECT_PAGES != 0) << count;
+  wrong = GetParam();
+  wrongTo = std::numeric_limits<int>::max();
+  for (wrongFrom = 0; wrongFrom < count; ++wrongFrom) {
+    reads = 0;
+    EXPECT_EQ(loadMiddle(), middle()) << "from read " << wrongFrom;
+  }
+}
 
 TEST_F(PastSqlite, DamagedBlockIsReportedAsSqliteReadsIt) {
   givenDatabase(true);

@@ -26,11 +26,14 @@ const Case cases[] = {
     {"OtherApplication", "PRAGMA application_id = 7",
      "the file is not a database of this kind (scan.rdbx: expected application id 0x52444243, found "
      "0x00000007)"},
-    {"NewerVersion", "PRAGMA user_version = 2",
-     "the file is not a database of this kind (scan.rdbx: expected format version 1, found version 2; a "
+    {"NewerVersion", "PRAGMA user_version = 3",
+     "the file is not a database of this kind (scan.rdbx: expected format version 1 or 2, found version 3; a "
      "newer program is needed to read it)"},
     {"VersionZero", "PRAGMA user_version = 0",
-     "the file is not a database of this kind (scan.rdbx: expected format version 1, found version 0)"},
+     "the file is not a database of this kind (scan.rdbx: expected format version 1 or 2, found version 0)"},
+    {"VersionTwoWithoutItsColumns", "PRAGMA user_version = 2",
+     "the file is not a database of this kind (table \"database\" of scan.rdbx: expected a column "
+     "\"catalogue_checksum\", found none)"},
     {"NoTableDatabase", "DROP TABLE database",
      "the file is not a database of this kind (table \"database\" of scan.rdbx: expected a table, found "
      "none)"},

@@ -30,7 +30,8 @@ const Refused refused[] = {
     {"BlockWithoutAttribute", [](auto& request) { request.dropBlock = true; }, ErrorKind::wrongUse,
      "scan.rdbx: expected the name of an attribute for a change of block or type, found none"},
     {"OtherTable", [](auto& request) { request.dropTable = "sqlite_schema"; }, ErrorKind::wrongUse,
-     "scan.rdbx: expected table database, attribute, block or metadata, found \"sqlite_schema\""},
+     "scan.rdbx: expected table database, attribute, block, metadata, block_index or extent, found "
+     "\"sqlite_schema\""},
     {"NoFile",
      [](auto& request) {
        request.file += "x";
