@@ -18,4 +18,11 @@ inline std::string numberText(double value) {
   return {text.data(), std::to_chars(text.data(), text.data() + text.size(), value).ptr};
 }
 
+/// A finite number with so many digits after the decimal point, whatever the locale.
+inline std::string fixedText(double value, int digits) {
+  std::array<char, 400> text;
+  return {text.data(),
+          std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, digits).ptr};
+}
+
 } // namespace apps

@@ -4,6 +4,7 @@
 
 #include <rdb2nimbra/rdb2nimbra.h>
 
+#include "apps/common/database_content.h"
 #include "apps/nimbra-host/kept_variable.h"
 #include "model/torvel/core/speak_ptr.h"
 #include "model/torvel/core/typename.h"
@@ -14,7 +15,6 @@
 #include <cstring>
 #include <cxxabi.h>
 #include <fcntl.h>
-#include <filesystem>
 #include <functional>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -141,11 +141,11 @@ WaveformOutcome readWaveform(const std::string& file) {
 } // namespace
 
 bool isTrajectory(const std::string& file) {
-  return std::filesystem::path(file).extension() == ".pofx";
+  return apps::contentByName(file) == apps::DatabaseContent::trajectory;
 }
 
 bool isShots(const std::string& file) {
-  return std::filesystem::path(file).extension() == ".sodx";
+  return apps::contentByName(file) == apps::DatabaseContent::shots;
 }
 
 LoadOutcome runLoad(const LoadRequest& request) {

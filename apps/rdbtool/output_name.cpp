@@ -4,8 +4,6 @@
 
 #include "apps/common/printable_text.h"
 
-#include <filesystem>
-
 namespace rdbtool {
 
 namespace {
@@ -23,13 +21,6 @@ const char* extensionOf(DatabaseContent content) {
 }
 
 } // namespace
-
-DatabaseContent contentByName(const std::string& path) {
-  const std::string extension = std::filesystem::path(path).extension().string();
-  return extension == ".pofx"   ? DatabaseContent::trajectory
-         : extension == ".sodx" ? DatabaseContent::shots
-                                : DatabaseContent::points;
-}
 
 void noteOutputName(DatabaseContent content, const std::string& path, std::ostream& notes) {
   const DatabaseContent taken = contentByName(path);

@@ -2,15 +2,15 @@
 // A warning for output names whose extension does not match the content.
 #pragma once
 
+#include "apps/common/database_content.h"
+
 #include <iosfwd>
 #include <string>
 
 namespace rdbtool {
 
-enum class DatabaseContent { points, shots, trajectory };
-
-/// What a load reads a database of this name as: the extension .pofx is a trajectory, .sodx is shots, any other points.
-DatabaseContent contentByName(const std::string& path);
+using apps::contentByName;
+using apps::DatabaseContent;
 
 /// Prints a warning where a load would read the database as something else than its content.
 ///

@@ -10,8 +10,6 @@
 #include "container/read/database.h"
 #include "container/read/verify.h"
 
-#include <array>
-#include <charconv>
 #include <cmath>
 #include <filesystem>
 #include <iomanip>
@@ -67,13 +65,6 @@ std::optional<double> perRecord(std::uint64_t bytes, const Database& database) {
   const std::uint64_t records = database.recordCount();
   return records == 0 ? std::nullopt
                       : std::optional(static_cast<double>(bytes) / static_cast<double>(records));
-}
-
-/// Two digits after the point, whatever the locale.
-std::string twoDigits(double value) {
-  std::array<char, 400> text;
-  return {text.data(),
-          std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, 2).ptr};
 }
 
 std::uint64_t bytesOf(const std::string& path) {
@@ -148,7 +139,7 @@ void describeAsJson(const std::string& path, const Database& database, std::ostr
 /// " (12.34 per record)", or nothing without records.
 std::string perRecordText(std::uint64_t bytes, const Database& database) {
   const std::optional<double> ratio = perRecord(bytes, database);
-  return ratio ? " (" + twoDigits(*ratio) + " per record)" : "";
+  return ratio ? " (" + apps::fixedText(*ratio, 2) + " per record)" : "";
 }
 
 void describeHead(const std::string& path, const Database& database, std::ostream& out) {

@@ -17,6 +17,7 @@ constexpr double tickSeconds = 4e-12;
 /// Speed of light in the air of the survey, metres per second.
 constexpr double groupVelocity = 299711000.0;
 constexpr std::uint64_t ticksPerSecond = 250000000000;
+constexpr std::uint64_t secondsPerDay = 86400;
 
 /// Position and attitude of the scanner. Angles in turns; yaw counts clockwise from grid north.
 struct Pose {

@@ -102,7 +102,7 @@ void checkRate(const std::string& option, std::uint64_t rateHz) {
 void checkDay(const SynthRequest& request, const Survey& survey) {
   const std::uint64_t step = request.kind == SynthKind::trajectory ? ticksPerSecond / request.trajectoryRateHz
                                                                    : survey.ticksPerShot();
-  const std::uint64_t most = (86400 * ticksPerSecond - survey.startTicks()) / step;
+  const std::uint64_t most = (secondsPerDay * ticksPerSecond - survey.startTicks()) / step;
   if (request.records > most) {
     throw wrongUse("--records: expected at most " + std::to_string(most) +
                    ", so that the flight ends before midnight, found " + std::to_string(request.records));

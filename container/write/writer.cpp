@@ -102,7 +102,8 @@ const WriterSettings& checked(const std::string& path, const WriterSettings& set
 
 } // namespace
 
-struct Writer::State {
+// Hidden, because a nested class is exported with its outer one.
+struct __attribute__((visibility("hidden"))) Writer::State {
   State(const std::string& path, WriterSettings wanted);
   void requireUsable() const;
   void insert(std::size_t index, std::uint64_t number, std::span<const unsigned char> records,
@@ -245,7 +246,8 @@ std::size_t Writer::addAttribute(const Attribute& attribute, const std::vector<S
   }
   checkAttribute(attribute, state->settings.blockRows);
   const std::uint64_t textBytes = state->attributeTextBytes + textBytesOf(attribute);
-  requireTextBytes(state->settings, "column \"" + attribute.name + "\"", "texts of all attributes", textBytes);
+  requireTextBytes(state->settings, "column \"" + attribute.name + "\"", "texts of all attributes",
+                   textBytes);
   if (!source.empty() && source.size() != attribute.length) {
     refuse("column \"" + attribute.name + "\"",
            "the scale of " + std::to_string(attribute.length) + " components, or of none",

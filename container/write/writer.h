@@ -39,7 +39,8 @@ struct WriterSettings {
 
 /// Writes a database file. The content goes to a temporary file beside `path`, in one transaction; finish() renames it to
 /// `path`. Without finish() the temporary file is removed and the file at `path` stays untouched. A symbolic link is
-/// followed: the file that it points to is replaced, not the link. A process killed half-way leaves
+/// followed: the file that it points to is replaced, not the link. A file that is replaced passes on its permissions, and
+/// its owner and group where the system allows it. A process killed half-way leaves
 /// "<path>.<pid>-<n>.partial".
 ///
 /// In version 2 the file states the extents of each block of an attribute with up to 16 values per record.
