@@ -40,7 +40,7 @@ bool decompresses(Codec codec, const Bytes& stored, std::size_t bytes, const Byt
 }
 
 TEST(Compression, GivesEveryPieceBackAtEveryLevel) {
-  for (const std::size_t size : {1, 2, 13, 100, 65537, 262144}) {
+  for (const std::size_t size : {1U, 2U, 13U, 100U, 65537U, 262144U}) {
     for (const Bytes& plain : {blocks::randomBytes(size), blocks::smoothBytes(size), Bytes(size)}) {
       EXPECT_TRUE(decompresses(Codec::none, compressed(plain, Codec::none, 0), size, plain));
       for (int level = 1; level <= 12; ++level) {
@@ -80,7 +80,7 @@ TEST(Compression, RefusesAnotherSizeThanThePieceHas) {
   const Bytes plain = blocks::smoothBytes(1000);
   for (const Codec codec : blocks::everyCodec) {
     const Bytes stored = compressed(plain, codec, 9);
-    for (const std::size_t size : {0, 1, 999, 1001, 2000}) {
+    for (const std::size_t size : {0U, 1U, 999U, 1001U, 2000U}) {
       EXPECT_FALSE(decompresses(codec, stored, size, Bytes(size))) << static_cast<int>(codec) << " " << size;
     }
   }

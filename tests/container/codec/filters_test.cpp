@@ -53,8 +53,8 @@ class EveryFilter : public testing::TestWithParam<Case> {
  protected:
   template <class Check>
   void forEveryShape(Check check) {
-    for (const std::size_t length : {1, 2, 3, 4, 5, 8, 16, 33, 5000}) {
-      for (const std::size_t count : {0, 1, 2, 3, 15, 16, 17, 33, 255, 1025, 3001}) {
+    for (const std::size_t length : {1U, 2U, 3U, 4U, 5U, 8U, 16U, 33U, 5000U}) {
+      for (const std::size_t count : {0U, 1U, 2U, 3U, 15U, 16U, 17U, 33U, 255U, 1025U, 3001U}) {
         if (length * count < 100000) {
           SCOPED_TRACE(std::to_string(count) + " records of " + std::to_string(length));
           check(RecordShape{GetParam().valueBytes, length, count});
@@ -88,7 +88,7 @@ TEST_P(EveryFilter, IsUndoneForARunOfRecords) {
   const std::size_t recordBytes = 3 * shape.valueBytes;
   const Bytes records = blocks::randomBytes(shape.bytes());
   const Bytes filtered = definition(GetParam().filter, shape, records);
-  for (const std::size_t first : {0, 1, 700, 1999, 2000}) {
+  for (const std::size_t first : {0U, 1U, 700U, 1999U, 2000U}) {
     Bytes restored(records.begin(), records.begin() + static_cast<std::ptrdiff_t>(first * recordBytes));
     restored.resize(records.size());
     removeFilter(GetParam().filter, shape, filtered.data(), first, 2000 - first,
@@ -113,7 +113,7 @@ TEST_P(EveryFilter, NeedsNoAlignmentAndTouchesNothingElse) {
 std::vector<Case> everyCase() {
   std::vector<Case> cases;
   for (const Filter filter : blocks::everyFilter) {
-    for (const std::size_t width : {1, 2, 4, 8}) {
+    for (const std::size_t width : {1U, 2U, 4U, 8U}) {
       cases.push_back({filter, width});
     }
   }

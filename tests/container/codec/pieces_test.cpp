@@ -100,8 +100,8 @@ void expectEveryEncoding(const BlockShape& shape, const Bytes& records) {
 
 TEST(Pieces, GiveBackEveryTypeLengthAndCount) {
   for (const container::ValueFormat& format : blocks::everyFormat) {
-    for (const std::uint64_t length : {1, 3, 4, 70}) {
-      for (const std::uint64_t count : {0, 1, 99, 100, 101, 350}) {
+    for (const std::uint64_t length : {1U, 3U, 4U, 70U}) {
+      for (const std::uint64_t count : {0U, 1U, 99U, 100U, 101U, 350U}) {
         const BlockShape shape{format, length, count};
         const std::size_t bytes = count * recordBytes(shape);
         expectEveryEncoding(shape, count == 350 ? blocks::smoothBytes(bytes) : blocks::randomBytes(bytes));
@@ -127,8 +127,8 @@ void expectScaled(std::size_t length, std::uint64_t count) {
 }
 
 TEST(Pieces, GiveBackScaledValues) {
-  for (const std::size_t length : {1, 2, 3, 5, 3000}) {
-    for (const std::uint64_t count : {0, 1, 31}) {
+  for (const std::size_t length : {1U, 2U, 3U, 5U, 3000U}) {
+    for (const std::uint64_t count : {0U, 1U, 31U}) {
       expectScaled<double>(length, count);
       expectScaled<float>(length, count);
     }

@@ -74,10 +74,10 @@ TEST(ScaledValues, ReachToTheEndsOfTheIntegers) {
 }
 
 TEST(ScaledValues, ComeBackForAllLengthsAndCounts) {
-  for (const std::size_t length : {1, 2, 3, 7, 300}) {
+  for (const std::size_t length : {1U, 2U, 3U, 7U, 300U}) {
     std::vector<Scaling> scaling(length, Scaling{0.001, 0});
     scaling.back() = {0.01, 637000};
-    for (const std::size_t records : {0, 1, 2, 85, 256, 700}) {
+    for (const std::size_t records : {0U, 1U, 2U, 85U, 256U, 700U}) {
       const auto doubles = blocks::gridValues<double>(scaling, records);
       const auto floats = blocks::gridValues<float>(scaling, records, 5000);
       std::vector<std::int32_t> integers;
@@ -99,7 +99,7 @@ TEST(ScaledValues, AreNotFoundWhereOneBitWouldDiffer) {
 }
 
 TEST(ScaledValues, NameTheFirstValueThatIsLost) {
-  for (const std::size_t lost : {0, 1, 255, 256, 299, 300}) {
+  for (const std::size_t lost : {0U, 1U, 255U, 256U, 299U, 300U}) {
     std::vector<double> values(600, 0.25);
     if (lost < 300) {
       values[lost * 2] = 0.3;

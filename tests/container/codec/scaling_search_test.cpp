@@ -117,7 +117,7 @@ TEST(ScalingSearch, RefusesAHintOfAnotherLength) {
 TEST(ScalingSearch, FindsNoneForOneValueThatHasNone) {
   for (const double wrong : {std::numeric_limits<double>::quiet_NaN(),
                              std::numeric_limits<double>::infinity(), -0.0, 1e300, 1.0 / 3}) {
-    for (const std::size_t place : {0, 1, 4999}) {
+    for (const std::size_t place : {0U, 1U, 4999U}) {
       auto values = blocks::gridValues<double>({{0.01, 0}}, 5000);
       values[place] = wrong;
       EXPECT_FALSE(found(values)) << wrong << " in place " << place;

@@ -58,8 +58,8 @@ void addScaledCases(std::vector<Case>& cases) {
 std::vector<Case> everyCase() {
   std::vector<Case> cases;
   for (const container::ValueFormat& format : blocks::everyFormat) {
-    for (const std::uint64_t length : {1, 3}) {
-      for (const std::uint64_t records : {0, 1, 80, 90}) {
+    for (const std::uint64_t length : {1U, 3U}) {
+      for (const std::uint64_t records : {0U, 1U, 80U, 90U}) {
         addPlainCases({format, length, records}, cases);
       }
     }

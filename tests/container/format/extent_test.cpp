@@ -75,7 +75,7 @@ TYPED_TEST_SUITE(ExtentOf, EveryType);
 
 TYPED_TEST(ExtentOf, EveryLengthAndCountIsTheDefinitions) {
   for (std::uint64_t length = 1; length <= 16; ++length) {
-    for (const std::size_t records : {0, 1, 2, 4, 5, 63, 64, 65, 1000}) {
+    for (const std::size_t records : {0U, 1U, 2U, 4U, 5U, 63U, 64U, 65U, 1000U}) {
       const auto values = this->randomValues(records * length);
       EXPECT_EQ(this->extents(values, length), this->definition(values, length, 1, 0))
           << length << " " << records;

@@ -37,7 +37,7 @@ TEST(PartChecksum, IsThatOfTheKnownExample) {
 
 TEST(PartChecksum, GoesOnWhereAnEarlierCallEnded) {
   const std::string text = randomText(1000, 1);
-  for (const std::size_t first : {0, 1, 500, 1000}) {
+  for (const std::size_t first : {0U, 1U, 500U, 1000U}) {
     const std::uint32_t begun = continuedChecksum(0, text.data(), first);
     EXPECT_EQ(continuedChecksum(begun, text.data() + first, 1000 - first), definition(0, text)) << first;
   }
@@ -55,7 +55,7 @@ TEST(PartChecksum, IsJoinedForEveryLength) {
 
 TEST(PartChecksum, IsJoinedForLongRuns) {
   const std::string first = randomText(1000, 4);
-  for (const std::size_t bytes : {65535, 65536, 65537, 1048576, 5000000}) {
+  for (const std::size_t bytes : {65535U, 65536U, 65537U, 1048576U, 5000000U}) {
     const std::string second = randomText(bytes, 5);
     EXPECT_EQ(joinedChecksum(definition(0, first), definition(0, second), bytes),
               definition(0, first + second))
