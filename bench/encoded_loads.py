@@ -14,7 +14,7 @@ in alternating order. The table has medians, and ratios to raw of neighbouring r
 Warm: the files are in the page cache, from the loads that compare them. --cold limits reading to so many megabytes
 (10^6 bytes) per second by a control group of its own, in the blkio hierarchy (blkio.throttle.read_bps_device) or in a
 unified one (io.max), and empties the page cache of the file before each run; this needs the superuser and a folder on a
-block device. The lines "device" give what `cat` reads per second, without and with the limit."""
+block device. The line "device" gives what `cat` reads per second without a limit."""
 
 import argparse
 import contextlib
@@ -154,21 +154,19 @@ def make_files(options, tool, folder):
 
 
 def measure_cold(files, options, host, folder):
-    def cold(path, limit=None):
+    def cold(path, limit):
         forget(path)
         return load(host, path, limit)
 
-    def bare(path, limit=None):
+    def bare(path):
         forget(path)
-        return run(["cat", path], limit)
+        return run(["cat", path])[0]
 
-    seconds = min(bare(files["raw"])[0] for _ in range(2))
+    seconds = min(bare(files["raw"]) for _ in range(2))
     print(f"device: {os.path.getsize(files['raw']) / MEGABYTE / seconds:.0f} MB/s without a limit")
     for rate in options.cold:
         limit = Limit(folder, int(rate * MEGABYTE))
         try:
-            seconds = bare(files["raw"], limit)[0]
-            print(f"device: {os.path.getsize(files['raw']) / MEGABYTE / seconds:.0f} MB/s under the limit of {rate:g}")
             measure(f"cold, {rate:g} MB/s", files, max(options.rounds // 3, 1), lambda path: cold(path, limit))
         finally:
             limit.remove()
