@@ -60,7 +60,7 @@ Records recordsFrom(std::uint64_t first, std::uint64_t count) {
     made.points.insert(made.points.end(), {637000 + onGrid(along + noise(1, i, 0.1), 0.001),
                                            4851000 + onGrid(across + noise(2, i, 0.1), 0.001),
                                            onGrid(ground + noise(3, i, 0.2), 0.001)});
-    made.times.push_back(300000 + onGrid(static_cast<double>(i) * 3.3e-6, 1e-7));
+    made.times.push_back(30000 + onGrid(static_cast<double>(i) * 3.3e-6, 1e-7));
     made.amplitudes.push_back(static_cast<float>(onGrid(20 + noise(4, i, 10), 0.01)));
     made.reflectances.push_back(static_cast<float>(onGrid(-15 + noise(5, i, 12), 0.01)));
     made.deviations.push_back(static_cast<std::int16_t>(noise(6, i, 30)));

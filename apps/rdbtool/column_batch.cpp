@@ -16,8 +16,8 @@ Attribute attribute(const std::string& name, ElementType type, const std::string
   return spec;
 }
 
-std::size_t ColumnBatch::add(const Attribute& spec) {
-  writer.addAttribute(spec);
+std::size_t ColumnBatch::add(const Attribute& spec, const std::vector<SourceScaling>& source) {
+  writer.addAttribute(spec, source);
   const std::size_t rowBytes = byteSize(spec.type) * spec.length;
   columns.push_back({rowBytes, std::vector<std::byte>(rowBytes * rowCapacity)});
   return columns.size() - 1;

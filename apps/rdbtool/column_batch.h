@@ -16,6 +16,7 @@ namespace rdbtool {
 using container::Attribute;
 using container::byteSize;
 using container::ElementType;
+using container::SourceScaling;
 using container::Writer;
 using container::WriterSettings;
 
@@ -37,7 +38,8 @@ class ColumnBatch {
       : writer(target), rowCapacity(mostRows) {}
 
   /// Adds an attribute to the database and a column to the batch; returns the number of the column.
-  std::size_t add(const Attribute& spec);
+  /// \param source  the integers that the values of each component are made from, or none; see Writer::addAttribute
+  std::size_t add(const Attribute& spec, const std::vector<SourceScaling>& source = {});
 
   /// The address of one row of one column: `length` values of the stored type.
   std::byte* place(std::size_t column, std::size_t row) {

@@ -9,12 +9,14 @@
 #include "apps/rdbtool/damage_command.h"
 #include "apps/rdbtool/import.h"
 #include "apps/rdbtool/output_name.h"
+#include "apps/rdbtool/recode.h"
 #include "apps/rdbtool/report.h"
 #include "apps/rdbtool/synth.h"
 #include "apps/rdbtool/tool_error.h"
 #include "container/format/error.h"
 
 #include <CLI/CLI.hpp>
+#include <array>
 #include <functional>
 #include <iostream>
 #include <limits>
@@ -22,11 +24,14 @@
 #include <optional>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace rdbtool {
 
 namespace {
+
+using container::BlockEncoding;
 
 constexpr auto program = "rdbtool";
 constexpr auto mostBlockRows = std::numeric_limits<std::uint32_t>::max();
@@ -66,13 +71,58 @@ std::string columnsProblem(const std::string& text) {
   return namesIn({text}).empty() ? "expected names of columns, found \"" + text + "\"" : "";
 }
 
+constexpr std::array<std::pair<const char*, BlockEncoding>, 3> encodings{
+    {{"raw", BlockEncoding::raw}, {"lz4", BlockEncoding::lz4}, {"deflate", BlockEncoding::deflate}}};
+
+BlockEncoding encodingNamed(const std::string& name) {
+  for (const auto& [known, encoding] : encodings) {
+    if (name == known) {
+      return encoding;
+    }
+  }
+  throw wrongUse("--encoding: expected raw, lz4 or deflate, found " + name);
+}
+
+std::string nameOf(BlockEncoding wanted) {
+  for (const auto& [name, encoding] : encodings) {
+    if (encoding == wanted) {
+      return name;
+    }
+  }
+  return {};
+}
+
+CLI::Option* addEncoding(CLI::App& command, BlockEncoding& encoding) {
+  return command.add_option_function<std::string>(
+      "--encoding", [&encoding](const std::string& name) { encoding = encodingNamed(name); },
+      "encoding of the blocks: raw, lz4 (small, fast to load) or deflate (smaller, slower to load)");
+}
+
+template <typename Number>
+CLI::Option* addBlockRows(CLI::App& command, Number& rows, const char* purpose) {
+  return addNumber(command, "--block-rows", rows, purpose)
+      ->check(CLI::Range(std::uint32_t{1}, mostBlockRows));
+}
+
 void addWriterOptions(CLI::App& command, WriterSettings& settings, std::string& output) {
   command.add_option("-o,--output", output, "database to make")->required();
-  addNumber(command, "--block-rows", settings.blockRows, "records per block")
-      ->check(CLI::Range(std::uint32_t{1}, mostBlockRows))
-      ->capture_default_str();
+  addBlockRows(command, settings.blockRows, "records per block")->capture_default_str();
+  const CLI::Option* encoding =
+      addEncoding(command, settings.encoding)->default_str(nameOf(settings.encoding));
   command.add_flag_callback(
-      "--no-checksums", [&settings] { settings.checksums = false; }, "write blocks without a checksum");
+      "--no-checksums", [&settings] { settings.checksums = false; },
+      "write a file of version 1, with raw blocks without checksums");
+  command.parse_complete_callback([&settings, encoding] {
+    if (settings.checksums) {
+      return;
+    }
+    if (encoding->count() > 0 && settings.encoding != BlockEncoding::raw) {
+      throw wrongUse("--no-checksums: expected the encoding raw, the only one of version 1, found " +
+                     nameOf(settings.encoding));
+    }
+    settings.version = 1;
+    settings.encoding = BlockEncoding::raw;
+  });
 }
 
 void addSynthOptions(CLI::App& command, SynthRequest& request) {
@@ -141,6 +191,27 @@ void addImport(CLI::App& app, Session& session) {
   command->callback([request, &session] { importFile(*request, session.err); });
 }
 
+void addRecode(CLI::App& app, Session& session) {
+  const auto request = std::make_shared<RecodeRequest>();
+  CLI::App* command = app.add_subcommand("recode", "copy a database with another encoding of its blocks");
+  command->add_option("input", request->input, "database to read")->required();
+  command->add_option("-o,--output", request->output, "database to make")->required();
+  addEncoding(*command, request->encoding)->required();
+  addBlockRows(*command, request->blockRows, "records per block (default: as in the input)");
+  command->callback([request, &session] { recode(*request, session.err); });
+}
+
+void addUpgrade(CLI::App& app, Session& session) {
+  const auto input = std::make_shared<std::string>();
+  const auto output = std::make_shared<std::string>();
+  CLI::App* command = app.add_subcommand(
+      "upgrade", "rewrite a database of version 1 as version 2, whose catalogue is protected");
+  command->add_option("input", *input, "database of version 1")->required();
+  command->add_option("-o,--output", *output, "database to make (default: the input is replaced)")
+      ->check(CLI::Validator(apps::pathProblem, ""));
+  command->callback([input, output, &session] { upgrade(*input, *output, session.err); });
+}
+
 void addReports(CLI::App& app, Session& session) {
   const auto path = std::make_shared<std::string>();
   const auto json = std::make_shared<bool>(false);
@@ -204,11 +275,13 @@ int answerFailure(std::ostream& err) {
 /// Runs the command that the arguments name. \return the exit status
 int answer(int argumentCount, const char* const* arguments, std::ostream& out, std::ostream& err) {
   Session session{out, err};
-  CLI::App app("Makes, imports, describes, verifies and damages databases.", program);
+  CLI::App app("Makes, imports, recodes, describes, verifies and damages databases.", program);
   app.set_version_flag("--version", apps::versionText(program))->description("print the version and exit");
   app.require_subcommand(1);
   addSynth(app, session);
   addImport(app, session);
+  addRecode(app, session);
+  addUpgrade(app, session);
   addReports(app, session);
   addDamage(app);
   try {

@@ -127,7 +127,7 @@ class PointWriter {
               const ExtraBytes& described, double addend, bool wide)
       : batch(writer, mostRows), header(checkedHeader), extra(described), stampAddend(addend),
         wideColours(wide) {
-    position = batch.add(attribute("riegl.xyz", ElementType::float64, "m", 3));
+    position = batch.add(attribute("riegl.xyz", ElementType::float64, "m", 3), sourceScaling());
     if (header.layout.gpsTime) {
       stamp = batch.add(attribute("riegl.timestamp", ElementType::float64, "s"));
     }
@@ -164,6 +164,15 @@ class PointWriter {
   }
 
  private:
+  // The integers of the file, from which putCommon() makes the coordinates.
+  std::vector<SourceScaling> sourceScaling() const {
+    std::vector<SourceScaling> axes;
+    for (std::size_t axis = 0; axis < 3; ++axis) {
+      axes.push_back({header.scale[axis], header.offset[axis]});
+    }
+    return axes;
+  }
+
   void addScanAngle() {
     Attribute spec = attribute("riegl.scan_angle", ElementType::int8, "deg");
     if (header.layout.extended) {

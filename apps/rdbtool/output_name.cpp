@@ -10,13 +10,6 @@ namespace rdbtool {
 
 namespace {
 
-DatabaseContent contentByName(const std::string& path) {
-  const std::string extension = std::filesystem::path(path).extension().string();
-  return extension == ".pofx"   ? DatabaseContent::trajectory
-         : extension == ".sodx" ? DatabaseContent::shots
-                                : DatabaseContent::points;
-}
-
 const char* nameOf(DatabaseContent content) {
   return content == DatabaseContent::trajectory ? "a trajectory"
          : content == DatabaseContent::shots    ? "shots"
@@ -30,6 +23,13 @@ const char* extensionOf(DatabaseContent content) {
 }
 
 } // namespace
+
+DatabaseContent contentByName(const std::string& path) {
+  const std::string extension = std::filesystem::path(path).extension().string();
+  return extension == ".pofx"   ? DatabaseContent::trajectory
+         : extension == ".sodx" ? DatabaseContent::shots
+                                : DatabaseContent::points;
+}
 
 void noteOutputName(DatabaseContent content, const std::string& path, std::ostream& notes) {
   const DatabaseContent taken = contentByName(path);

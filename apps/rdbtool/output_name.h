@@ -9,8 +9,10 @@ namespace rdbtool {
 
 enum class DatabaseContent { points, shots, trajectory };
 
-/// Prints a warning where a load would read the database as something else: it treats exactly the extension .pofx
-/// as a trajectory, .sodx as shots, and any other as points.
+/// What a load reads a database of this name as: the extension .pofx is a trajectory, .sodx is shots, any other points.
+DatabaseContent contentByName(const std::string& path);
+
+/// Prints a warning where a load would read the database as something else than its content.
 ///
 /// \param notes  receives at most one line
 /// \errors  none

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: BSD-3-Clause
-// Writes databases anew, with other encodings of their blocks or in another version of the format.
+// Copies databases to version 2 of the file, with another encoding of their blocks.
 #pragma once
 
 #include "container/write/writer.h"
@@ -8,7 +8,6 @@
 #include <iosfwd>
 #include <optional>
 #include <string>
-#include <vector>
 
 namespace rdbtool {
 
@@ -16,21 +15,25 @@ namespace rdbtool {
 struct RecodeRequest {
   std::string input;
   std::string output;
-  std::optional<std::uint32_t> blockRows; ///< as the input if absent
-  container::WriterSettings writer;       ///< its records per block are not used
+  container::BlockEncoding encoding = container::BlockEncoding::raw;
+  std::optional<std::uint32_t> blockRows; ///< records per block; as in the input if absent
 };
 
-/// Copies a database: the same attributes, stored values and items, encoded as the request wants. Input and output may
-/// be one file, which is replaced at the end. Memory is bounded by a block of all columns.
+/// Copies a database: the same attributes, stored values bit for bit, metadata items, and unless the request says
+/// otherwise the same records per block. The output appears under its name when it is complete, and not at all after a
+/// failure. Memory is bounded by half a gigabyte and one block of every column.
 ///
-/// \errors  ToolError; container::Error for a damaged input or an output that cannot be written
+/// \param notes  receives a line where a load would read the output as other content than the input
+/// \errors  ToolError: unreadable input, an output that is the input (wrong use); container::Error for a damaged input or an output that cannot be written
 /// \threads one thread per request
-void recode(const RecodeRequest& request);
+void recode(const RecodeRequest& request, std::ostream& notes);
 
-/// Rewrites each file of version 1 in place as version 2, with raw blocks.
+/// Rewrites a file of version 1 as version 2, with raw blocks.
 ///
-/// \param notes  receives one line for each file
-/// \errors  as recode(); files before the one that failed are done
-void upgrade(const std::vector<std::string>& files, std::ostream& notes);
+/// \param output  as for recode(); empty to replace the input, which stays as it is until the new file is complete
+/// \param notes   receives a line where there is nothing to do: a file of version 2 that would replace itself
+/// \errors  as recode(); a file of version 2 with an output of its own is a failure
+/// \threads one thread per file
+void upgrade(const std::string& input, const std::string& output, std::ostream& notes);
 
 } // namespace rdbtool

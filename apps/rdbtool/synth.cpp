@@ -47,7 +47,7 @@ std::vector<Column> chosen(const std::vector<Column>& table, const std::vector<s
 template <typename Column>
 void addColumns(ColumnBatch& batch, const std::vector<Column>& columns) {
   for (const Column& column : columns) {
-    batch.add(column.spec);
+    batch.add(column.spec, column.source);
   }
 }
 

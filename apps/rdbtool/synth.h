@@ -40,6 +40,7 @@ void synthesise(const SynthRequest& request);
 struct ScanColumn {
   Attribute spec;
   void (*put)(const Shot& shot, unsigned echo, std::byte* target);
+  std::vector<SourceScaling> source = {}; // see ColumnBatch::add
 };
 /// All columns of a scan in the order they are written.
 const std::vector<ScanColumn>& scanColumns();
@@ -48,6 +49,7 @@ const std::vector<ScanColumn>& scanColumns();
 struct ShotColumn {
   Attribute spec;
   void (*put)(const Shot& shot, std::byte* target);
+  std::vector<SourceScaling> source = {}; // see ColumnBatch::add
 };
 const std::vector<ShotColumn>& shotColumns();
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The columns of a synthetic scan, one record per echo. The one long function is a table: name, type and value.
+#include "apps/rdbtool/millimetre_grid.h"
 #include "apps/rdbtool/seeded_noise.h"
 #include "apps/rdbtool/synth.h"
 
@@ -20,15 +21,17 @@ const Reflection& reflection(const Shot& shot, unsigned echo) {
 
 Vector3 placeOf(const Shot& shot, unsigned echo) {
   const double range = reflection(shot, echo).range;
-  return {shot.origin[0] + range * shot.gridScale * shot.direction[0],
-          shot.origin[1] + range * shot.gridScale * shot.direction[1],
-          shot.origin[2] + range * shot.direction[2]};
+  return onMillimetreGrid({shot.origin[0] + range * shot.gridScale * shot.direction[0],
+                           shot.origin[1] + range * shot.gridScale * shot.direction[1],
+                           shot.origin[2] + range * shot.direction[2]},
+                          surveyOffset);
 }
 
 Vector3 scannerPlaceOf(const Shot& shot, unsigned echo) {
   const double range = reflection(shot, echo).range;
-  return {range * shot.scannerDirection[0], range * shot.scannerDirection[1],
-          range * shot.scannerDirection[2]};
+  return onMillimetreGrid(
+      {range * shot.scannerDirection[0], range * shot.scannerDirection[1], range * shot.scannerDirection[2]},
+      scannerOffset);
 }
 
 /// Reflectance of a surface in decibels.
@@ -68,11 +71,12 @@ std::vector<ScanColumn> makeColumns() {
   using enum ElementType;
   return {
       {attribute("riegl.xyz", float64, "m", 3),
-       [](const Shot& s, unsigned e, Bytes to) { store(to, placeOf(s, e)); }},
+       [](const Shot& s, unsigned e, Bytes to) { store(to, placeOf(s, e)); }, millimetres(surveyOffset)},
       {attribute("riegl.timestamp", float64, "s"),
        [](const Shot& s, unsigned, Bytes to) { store(to, s.seconds); }},
       {attribute("riegl.xyz_socs", float64, "m", 3),
-       [](const Shot& s, unsigned e, Bytes to) { store(to, scannerPlaceOf(s, e)); }},
+       [](const Shot& s, unsigned e, Bytes to) { store(to, scannerPlaceOf(s, e)); },
+       millimetres(scannerOffset)},
       {attribute("riegl.direction_medium", float32, {}, 3),
        [](const Shot& s, unsigned, Bytes to) {
          store(to,
@@ -142,7 +146,8 @@ std::vector<ScanColumn> makeColumns() {
       {attribute("riegl.id", uint64),
        [](const Shot& s, unsigned e, Bytes to) { store(to, s.firstEcho + e + 1); }},
       {attribute("riegl.raw_range", float64, "m"),
-       [](const Shot& s, unsigned e, Bytes to) { store(to, reflection(s, e).range); }},
+       [](const Shot& s, unsigned e, Bytes to) { store(to, onMillimetreGrid(reflection(s, e).range)); },
+       millimetres(scannerOffset, 1)},
       {attribute("riegl.scan_line_index", int32),
        [](const Shot& s, unsigned, Bytes to) { store(to, static_cast<std::int32_t>(s.line)); }},
   };

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // The columns of a synthetic database of shots, one record per laser pulse. The one long function is a table: name,
 // type and value.
+#include "apps/rdbtool/millimetre_grid.h"
 #include "apps/rdbtool/seeded_noise.h"
 #include "apps/rdbtool/synth.h"
 
@@ -47,7 +48,9 @@ std::vector<ShotColumn> makeColumns() {
        }},
       {attribute("riegl.line_angle_coarse", float32, "deg"),
        [](const Shot& s, Bytes to) { store(to, static_cast<float>(s.mirrorTurns * 360)); }},
-      {attribute("riegl.shot_origin", float64, "m", 3), [](const Shot& s, Bytes to) { store(to, s.origin); }},
+      {attribute("riegl.shot_origin", float64, "m", 3),
+       [](const Shot& s, Bytes to) { store(to, onMillimetreGrid(s.origin, surveyOffset)); },
+       millimetres(surveyOffset)},
       {attribute("riegl.shot_direction", float64, {}, 3),
        [](const Shot& s, Bytes to) { store(to, s.direction); }},
       {attribute("riegl.echo_first", uint64), [](const Shot& s, Bytes to) { store(to, s.firstEcho); }},
@@ -58,7 +61,8 @@ std::vector<ShotColumn> makeColumns() {
       {attribute("riegl.wfm_sbl_first", uint64), [](const Shot& s, Bytes to) { store(to, s.number); }},
       {attribute("riegl.wfm_sbl_count", uint16), [](const Shot&, Bytes to) { store(to, std::uint16_t{1}); }},
       {attribute("riegl.raw_range", float64, "m"),
-       [](const Shot& s, Bytes to) { store(to, s.echoes.at[0].range); }},
+       [](const Shot& s, Bytes to) { store(to, onMillimetreGrid(s.echoes.at[0].range)); },
+       millimetres(scannerOffset, 1)},
       {attribute("riegl.gain", float32, "dB"),
        [](const Shot& s, Bytes to) { store(to, static_cast<float>(18 + 4 * strength(s, 23))); }},
   };

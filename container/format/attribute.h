@@ -27,4 +27,10 @@ struct Attribute {
   bool isStoredAsIs() const { return scale == 1 && offset == 0; }
 };
 
+/// The integers that stored values of a real type were made from: stored value = integer x scale + offset.
+struct SourceScaling {
+  double scale = 1;
+  double offset = 0;
+};
+
 } // namespace container

@@ -88,7 +88,7 @@ class IndexRows {
                             read.encoding.has_value()});
     requireEncoding(column, read);
     requireSize(column, read);
-    column.blockRowIds.push_back(rowIdOf(read));
+    column.blockRowIds.push_back(rowIdOf(column, read));
   }
 
   // Rows come by rising attribute and number.
@@ -143,9 +143,9 @@ class IndexRows {
     sumOfBytes += bytes;
   }
 
-  std::int64_t rowIdOf(const BlockRow& read) {
+  std::int64_t rowIdOf(const Column& column, const BlockRow& read) {
     const std::string expected =
-        "block " + std::to_string(read.number) + " of attribute " + std::to_string(read.attribute);
+        "block " + std::to_string(read.number) + " of column \"" + column.attribute.name + "\"";
     if (!key.step()) {
       wrongCatalogue(key.object(), expected, "none");
     }

@@ -93,6 +93,22 @@ std::string Database::encoding(const std::string& name, std::uint64_t block) con
   return text + (header.isScaled() ? ", scaled" : "");
 }
 
+std::vector<SourceScaling> Database::scaling(const std::string& name) const {
+  const Column& column = file->requireColumn(name);
+  const auto first = std::find_if(column.index.begin(), column.index.end(),
+                                  [](const IndexedBlock& block) { return block.isEncoded; });
+  std::vector<SourceScaling> components;
+  if (first != column.index.end()) {
+    BlockReader& reader = file->readers.first();
+    reader.encoded.open(reader, column, file->catalogue.layout(),
+                        static_cast<std::uint64_t>(first - column.index.begin()));
+    for (const codec::Scaling& component : reader.encoded.header().scaling) {
+      components.push_back({component.scale, component.offset});
+    }
+  }
+  return components;
+}
+
 std::vector<std::vector<ComponentExtent>> Database::blockExtents(const std::string& name) const {
   return file->extentsOf(file->requireColumn(name));
 }

@@ -59,6 +59,10 @@ class CONTAINER_API Database {
   /// an encoded block. \errors Error for an unknown attribute or block, and for a damaged head
   std::string encoding(const std::string& name, std::uint64_t block) const;
 
+  /// The integers that stand for the values in an attribute's first encoded block: one scaling per component, or none.
+  /// Reads the head of that block. A writer that copies the attribute takes them as its hint. \errors as encoding()
+  std::vector<SourceScaling> scaling(const std::string& name) const;
+
   /// The least and greatest values of each block of an attribute, after scale and offset, as the file states them; no
   /// block is read.
   /// \return  by block, then by component; empty where a block has none, and altogether where no block has any

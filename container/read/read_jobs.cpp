@@ -189,12 +189,21 @@ bool ReadJobs::hasEncodedBlocks() const {
   });
 }
 
-std::uint64_t ReadJobs::storedBytes() const {
-  std::uint64_t recordBytes = 0;
+// Its checksum covers the whole block.
+bool ReadJobs::isReadWhole(const Target& target, std::uint64_t block) const {
+  return !target.column->isEncoded(block) && target.verified != block;
+}
+
+std::uint64_t ReadJobs::bytesToRead() const {
+  const std::uint64_t lastBlock = firstBlock + blocks - 1;
+  std::uint64_t bytes = 0;
   for (const Target& target : targets) {
-    recordBytes += target.column->attribute.recordBytes();
+    const std::uint64_t first = isReadWhole(target, firstBlock) ? layout.firstRow(firstBlock) : begin;
+    const std::uint64_t last =
+        isReadWhole(target, lastBlock) ? layout.firstRow(lastBlock) + layout.rows(lastBlock) : end;
+    bytes += target.column->attribute.recordBytes() * (last - first);
   }
-  return recordBytes * (end - begin);
+  return bytes;
 }
 
 void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
@@ -222,7 +231,7 @@ void run(const ReadJob& job, const BlockLayout& layout, BlockReader& reader) {
 void runAll(ReadJobs jobs, ReaderPool& pool) {
   constexpr std::uint64_t any = std::numeric_limits<std::uint32_t>::max();
   const bool isShared = jobs.hasEncodedBlocks();
-  const std::uint64_t wanted = jobs.storedBytes() < leastBytesForThreads ? 1 : isShared ? any : jobs.size();
+  const std::uint64_t wanted = jobs.bytesToRead() < leastBytesForThreads ? 1 : isShared ? any : jobs.size();
   const auto& readers = pool.readersFor(static_cast<std::size_t>(wanted));
   if (isShared && jobs.size() < mostDividedJobs * readers.size()) {
     jobs.divide(readers.size());

@@ -35,13 +35,16 @@ class ReadJobs {
   void divide(std::uint64_t jobsPerBlock) { parts = jobsPerBlock; }
   std::uint64_t size() const { return blocks * targets.size() * parts; }
   ReadJob operator[](std::uint64_t index) const;
-  /// Bytes to read from the file; decides how many threads read.
-  std::uint64_t storedBytes() const;
+  /// Bytes of records to read, those included that are read only for the checksum of their block; decides how many
+  /// threads read.
+  std::uint64_t bytesToRead() const;
   /// Whether any block is encoded, so that several threads may share it.
   bool hasEncodedBlocks() const;
   const BlockLayout& division() const { return layout; }
 
  private:
+  bool isReadWhole(const Target& target, std::uint64_t block) const;
+
   const BlockLayout& layout;
   const std::vector<Target>& targets;
   std::uint64_t begin, end, firstBlock, blocks;

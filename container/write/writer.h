@@ -20,12 +20,6 @@ enum class BlockEncoding {
   deflate ///< zlib streams: smaller, slower to decode; Python's standard library reads them
 };
 
-/// The integers that stored values of a real type were made from: stored value = integer x scale + offset.
-struct SourceScaling {
-  double scale = 1;
-  double offset = 0;
-};
-
 struct WriterSettings {
   /// Records per block. The default divides the 5,000,000 records that loads read at a time, so that no block is read
   /// twice. It is large because each block costs a search and a page of its own: with 125,000 records a load of

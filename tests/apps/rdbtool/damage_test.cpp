@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // `verify` finds every kind of damage that `damage` does.
+#include "tests/apps/rdbtool/stored_content.h"
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/temp_dir.h"
 
@@ -38,15 +39,25 @@ class Damage : public testing::Test {
   std::string file;
 };
 
-class DamageNoticed : public Damage, public testing::WithParamInterface<Harm> {};
+class DamageNoticed : public Damage, public testing::WithParamInterface<Harm> {
+ protected:
+  void expectNoticed() {
+    ASSERT_EQ(support::runTool({"verify", file}).status, 0);
+    const support::Run done = damaging(GetParam().options);
+    ASSERT_EQ(done.status, 0) << done.err;
+    const support::Run check = support::runTool({"verify", file});
+    EXPECT_EQ(check.status, 1);
+    EXPECT_THAT(check.out, HasSubstr(GetParam().finding));
+  }
+};
 
 TEST_P(DamageNoticed, ByTheCheck) {
-  ASSERT_EQ(support::runTool({"verify", file}).status, 0);
-  const support::Run done = damaging(GetParam().options);
-  ASSERT_EQ(done.status, 0) << done.err;
-  const support::Run check = support::runTool({"verify", file});
-  EXPECT_EQ(check.status, 1);
-  EXPECT_THAT(check.out, HasSubstr(GetParam().finding));
+  expectNoticed();
+}
+
+TEST_P(DamageNoticed, ByTheCheckOfAFileOfVersion1) {
+  support::makeVersion1(file);
+  expectNoticed();
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -72,19 +83,37 @@ INSTANTIATE_TEST_SUITE_P(
         Harm{"NegativeRecords", {"--set-records", "-1"}, "-1"},
         Harm{"BlockRows", {"--set-block-rows", "299"}, ""},
         Harm{"ApplicationId", {"--set-application-id", "1"}, ""},
-        Harm{"NewerVersion", {"--set-version", "2"}, "2"},
+        Harm{"NewerVersion", {"--set-version", "3"}, "3"},
         Harm{"MissingTable", {"--drop-table", "metadata"}, "metadata"},
         Harm{"FlippedFileByte", {"--flip-file-byte", "3"}, ""},
         Harm{"TruncatedFile", {"--truncate", "70000"}, ""}, Harm{"EmptyFile", {"--truncate", "0"}, ""}),
     [](const auto& harm) { return std::string(harm.param.name); });
 
-TEST_F(Damage, AFlippedByteWithoutChecksumIsNotNoticed) {
+TEST_F(Damage, AFlippedByteWithoutChecksumIsNotNoticedInVersion1) {
+  support::makeVersion1(file);
   damaging({"--attribute", "riegl.xyz", "--flip-byte", "0", "--clear-checksum"});
   const support::Run check = support::runTool({"verify", file});
   EXPECT_EQ(check.status, 0);
   EXPECT_THAT(check.out, HasSubstr(", 1 block without a checksum\n"));
   damaging({"--attribute", "riegl.class", "--clear-checksum"});
   EXPECT_THAT(support::runTool({"verify", file}).out, HasSubstr(", 2 blocks without a checksum\n"));
+}
+
+TEST_F(Damage, AnotherVersionIsNoticed) {
+  damaging({"--set-version", "1"}); // whose files have no checksum of the catalogue
+  EXPECT_EQ(support::runTool({"verify", file}).status, 1);
+  damaging({"--set-version", "2"});
+  EXPECT_EQ(support::runTool({"verify", file}).status, 0);
+  support::makeVersion1(file);
+  damaging({"--set-version", "2"});
+  EXPECT_EQ(support::runTool({"verify", file}).status, 1);
+}
+
+TEST_F(Damage, AMissingChecksumIsNoticedInVersion2) {
+  damaging({"--attribute", "riegl.xyz", "--clear-checksum"});
+  const support::Run check = support::runTool({"verify", file});
+  EXPECT_EQ(check.status, 1);
+  EXPECT_THAT(check.out, HasSubstr("column \"riegl.xyz\" of " + file + ", block 0: expected checksum "));
 }
 
 TEST_F(Damage, OneOfAThingIsTold) {

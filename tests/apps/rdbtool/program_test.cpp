@@ -250,6 +250,9 @@ TEST_F(Program, InfoAsJsonIsOneObject) {
        "riegl.geo_tag"});
   EXPECT_EQ(run({"info", "--json", out}).out, R"({
   "file": ")" + out + R"(",
+  "version": 2,
+  "catalogue_protected": true,
+  "bytes": 655360,
   "records": 7,
   "block_rows": 1000000,
   "attributes": [
@@ -261,7 +264,21 @@ TEST_F(Program, InfoAsJsonIsOneObject) {
       "offset": 0.0,
       "unit": "deg",
       "title": "",
-      "description": ""
+      "description": "",
+      "encoding": "raw",
+      "blocks": 1,
+      "encoded_blocks": 0,
+      "bytes": 14,
+      "bytes_per_record": 2.0,
+      "minimum": [
+        -29.97
+      ],
+      "maximum": [
+        -29.61
+      ],
+      "missing": [
+        0
+      ]
     }
   ],
   "metadata": [

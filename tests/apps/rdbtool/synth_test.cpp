@@ -2,6 +2,7 @@
 // The content of synthetic databases, which a seed alone determines.
 #include "apps/rdbtool/seeded_noise.h"
 #include "tests/apps/rdbtool/database_rows.h"
+#include "tests/apps/rdbtool/stored_content.h"
 #include "tests/apps/rdbtool/tool_run.h"
 #include "tests/support/file_content.h"
 #include "tests/support/temp_dir.h"
@@ -64,8 +65,53 @@ TEST_F(Synth, TheFirstRecordOfASeedNeverChanges) {
   // Pinned bits: every machine, compiler and release must compute them.
   const DatabaseRows scan = made("scan", 1, {"--seed", "42", "--columns", "xyz,timestamp,class"});
   EXPECT_THAT(scan.column("riegl.timestamp"), ElementsAre(36119.0));
-  EXPECT_THAT(scan.column("riegl.xyz"),
-              ElementsAre(0x1.c10726ca72797p+18, 0x1.53a301f529feep+22, 0x1.20fceb8a453cep+8));
+  EXPECT_THAT(scan.column("riegl.xyz"), ElementsAre(459804.606, 5564608.489, 288.988));
+}
+
+/// Whether every value of a component is a 32-bit integer x 0.001 + offset, bit for bit.
+bool areMillimetres(const std::vector<double>& values, const std::vector<double>& offsets) {
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    const double offset = offsets[i % offsets.size()];
+    const double whole = std::nearbyint((values[i] - offset) / 0.001);
+    const double product = whole * 0.001;
+    if (std::abs(whole) > 2147483647 || values[i] != product + offset) {
+      return false;
+    }
+  }
+  return !values.empty();
+}
+
+TEST_F(Synth, CoordinatesAreWholeMillimetres) {
+  const DatabaseRows scan = made("scan", 60000), shots = made("shots", 60000);
+  EXPECT_TRUE(areMillimetres(scan.column("riegl.xyz"), {450000, 5560000, 0}));
+  EXPECT_TRUE(areMillimetres(scan.column("riegl.xyz_socs"), {0}));
+  EXPECT_TRUE(areMillimetres(scan.column("riegl.raw_range"), {0}));
+  EXPECT_TRUE(areMillimetres(shots.column("riegl.shot_origin"), {450000, 5560000, 0}));
+  EXPECT_TRUE(areMillimetres(shots.column("riegl.raw_range"), {0}));
+  EXPECT_FALSE(areMillimetres(shots.column("riegl.shot_direction"), {0}));
+}
+
+TEST_F(Synth, EncodingsStoreTheGridAsIntegers) {
+  for (const char* encoding : {"lz4", "deflate"}) {
+    ASSERT_EQ(run("scan", 3000, "scan", {"--encoding", encoding, "--columns", "xyz"}).status, 0);
+    EXPECT_THAT(support::runTool({"info", folder.path("scan")}).out,
+                testing::ContainsRegex("stored  " + std::string(encoding) + "[a-z, ]*, scaled, "));
+  }
+}
+
+TEST_F(Synth, EncodingsKeepTheValues) {
+  for (const char* kind : {"scan", "shots", "trajectory"}) {
+    ASSERT_EQ(run(kind, 3000, "raw").status, 0);
+    for (const char* encoding : {"raw", "lz4", "deflate"}) {
+      ASSERT_EQ(run(kind, 3000, encoding, {"--encoding", encoding}).status, 0);
+      EXPECT_EQ(support::storedContent(folder.path(encoding)), support::storedContent(folder.path("raw")));
+    }
+  }
+}
+
+TEST_F(Synth, WithoutChecksumsIsVersion1) {
+  ASSERT_EQ(run("scan", 10, "scan", {"--no-checksums", "--encoding", "raw"}).status, 0);
+  EXPECT_THAT(support::runTool({"info", folder.path("scan")}).out, HasSubstr("\nversion     1, "));
 }
 
 TEST_F(Synth, EveryKindHoldsItsColumns) {
@@ -227,6 +273,17 @@ INSTANTIATE_TEST_SUITE_P(
         WrongRequest{"RateZero", "scan", 1, {"--pulse-rate", "0"}, "--pulse-rate: expected 1 to 10000000"},
         WrongRequest{"PastMidnight", "trajectory", 60000, {"--trajectory-rate", "1"}, "ends before midnight"},
         WrongRequest{"NegativeCount", "scan", -1, {}, "--records"},
+        WrongRequest{"UnknownEncoding",
+                     "scan",
+                     1,
+                     {"--encoding", "zip"},
+                     "rdbtool: --encoding: expected raw, lz4 or deflate, found zip\n"},
+        WrongRequest{
+            "EncodingOfVersion1",
+            "scan",
+            1,
+            {"--encoding", "lz4", "--no-checksums"},
+            "rdbtool: --no-checksums: expected the encoding raw, the only one of version 1, found lz4\n"},
         WrongRequest{"BlockOfNothing", "scan", 1, {"--block-rows", "0"}, "--block-rows"}),
     [](const auto& request) { return std::string(request.param.name); });
 

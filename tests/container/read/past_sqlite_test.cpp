@@ -20,6 +20,7 @@ void PrintTo(Answer answer, std::ostream* stream) {
 
 int reads = 0;              ///< such reads so far
 std::int64_t bytesRead = 0; ///< by all reads
+int opened = 0;             ///< connections
 int wrongFrom = 0;          ///< index of the first read that is answered wrongly
 int wrongTo = 0;            ///< index behind the last one
 Answer wrong = Answer::right;
@@ -56,6 +57,7 @@ int openWatched(sqlite3_vfs*, const char* name, sqlite3_file* file, int flags, i
     original = file->pMethods;
     methods = *original;
     methods.xRead = answer;
+    ++opened;
     file->pMethods = &methods;
   }
   return status;
@@ -83,14 +85,13 @@ class PastSqlite : public testing::TestWithParam<Answer> {
     sqlite3_vfs_register(&watched, 1);
     reads = 0;
   }
-  /// Four columns in one block of 120,000 records each, in pieces of 10922.
-  void givenEncodedDatabase() {
+  /// Four columns in one block of 120,000 records each; if encoded, in pieces of 10922.
+  void givenLargeBlocks(container::BlockEncoding encoding) {
     std::uint64_t state = 1;
     for (double& value : points) {
       state = state * 6364136223846793005U + 1442695040888963407U;
       value = static_cast<double>(state >> 36) * 0.001; // not small when encoded
     }
-    const auto encoding = container::BlockEncoding::lz4;
     Writer writer(path, {1'000'000, true, 2, encoding});
     for (const char* name : {"riegl.xyz", "b", "c", "d"}) {
       writer.addAttribute({name, ElementType::float64, 3});
@@ -100,6 +101,7 @@ class PastSqlite : public testing::TestWithParam<Answer> {
     sqlite3_vfs_register(&watched, 1);
     reads = 0;
     bytesRead = 0;
+    opened = 0;
   }
   /// 1000 records from record 60,000 on.
   std::vector<double> loadMiddle() {
@@ -168,7 +170,7 @@ INSTANTIATE_TEST_SUITE_P(Of, PastSqlite,
                          testing::Values(Answer::failure, Answer::shortRead, Answer::otherBytes));
 
 TEST_F(PastSqlite, OpeningReadsNoBlock) {
-  givenEncodedDatabase();
+  givenLargeBlocks(container::BlockEncoding::lz4);
   const std::size_t size = bytesOf(path).size();
   const Database database(path);
   EXPECT_LT(bytesRead, 12 * pageBytes);
@@ -176,7 +178,7 @@ TEST_F(PastSqlite, OpeningReadsNoBlock) {
 }
 
 TEST_F(PastSqlite, RangeOfAnEncodedBlockReadsItsPiecesOnly) {
-  givenEncodedDatabase();
+  givenLargeBlocks(container::BlockEncoding::lz4);
   const std::uint64_t blockBytes = Database(path).storage("c").bytes;
   bytesRead = 0;
   EXPECT_EQ(loadMiddle(), middle());
@@ -186,8 +188,25 @@ TEST_F(PastSqlite, RangeOfAnEncodedBlockReadsItsPiecesOnly) {
   }
 }
 
+TEST_F(PastSqlite, RangeOfLargeRawBlocksIsVerifiedOnTwoThreads) {
+  givenLargeBlocks(container::BlockEncoding::raw);
+  std::vector<std::vector<double>> found(4, std::vector<double>(30));
+  Cursor cursor{Database(path, 2)};
+  cursor.next(60'000);
+  cursor.bind("riegl.xyz", ElementType::float64, found[0].data());
+  EXPECT_EQ(std::exchange(opened, 0), 1);
+  EXPECT_EQ(cursor.next(10), 10U);
+  EXPECT_EQ(opened, 0) << "a block of 3 MB is no work for two threads";
+  cursor.bind("b", ElementType::float64, found[1].data());
+  cursor.bind("c", ElementType::float64, found[2].data());
+  cursor.bind("d", ElementType::float64, found[3].data());
+  EXPECT_EQ(cursor.next(10), 10U);
+  EXPECT_EQ(opened, 1) << "three blocks of 3 MB are";
+  EXPECT_THAT(found, testing::Each(std::vector<double>(points.begin() + 180'030, points.begin() + 180'060)));
+}
+
 TEST_P(PastSqlite, WrongAnswersLeaveThePiecesToSqlite) {
-  givenEncodedDatabase();
+  givenLargeBlocks(container::BlockEncoding::lz4);
   EXPECT_EQ(loadMiddle(), middle());
   const int count = std::exchange(reads, 0);
   EXPECT_EQ(count > 3, RDB2NIMBRA_DIRECT_PAGES != 0) << count;
