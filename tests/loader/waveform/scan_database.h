@@ -27,8 +27,8 @@ class ScanDatabase {
   std::string path() const { return directory.path("scan.sodx"); }
 
   /// Writes the file again.
-  void write() const {
-    container::Writer writer(path());
+  void write(const container::WriterSettings& settings = {}) const {
+    container::Writer writer(path(), settings);
     writer.addAttribute({.name = "riegl.raw_range"});
     for (const auto& [name, json] : items) {
       writer.setMetadata(name, json);
