@@ -245,7 +245,8 @@ std::size_t Writer::addAttribute(const Attribute& attribute, const std::vector<S
   }
   checkAttribute(attribute, state->settings.blockRows);
   const std::uint64_t textBytes = state->attributeTextBytes + textBytesOf(attribute);
-  requireTextBytes(state->settings, "column \"" + attribute.name + "\"", "texts of all attributes", textBytes);
+  requireTextBytes(state->settings, "column \"" + attribute.name + "\"", "texts of all attributes",
+                   textBytes);
   if (!source.empty() && source.size() != attribute.length) {
     refuse("column \"" + attribute.name + "\"",
            "the scale of " + std::to_string(attribute.length) + " components, or of none",

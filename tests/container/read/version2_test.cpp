@@ -126,7 +126,8 @@ const Case cases[] = {
          "table \"block\" of scan.rdbx: expected block 1 of column \"riegl.xyz\", found block 2 of "
          "attribute 1)"},
     {"LastBlockMissing", "DELETE FROM block WHERE attribute = 2 AND number = 2",
-     wrongCatalogue + "table \"block\" of scan.rdbx: expected block 2 of column \"riegl.class\", found none)"},
+     wrongCatalogue +
+         "table \"block\" of scan.rdbx: expected block 2 of column \"riegl.class\", found none)"},
     {"BlockWithoutChecksum", "UPDATE block SET checksum = NULL WHERE attribute = 2 AND number = 1",
      damaged +
          "column \"riegl.class\" of scan.rdbx, block 1: expected checksum 1624488069 as in the block index, "
