@@ -124,8 +124,9 @@ void Catalogue::readAttributes(Connection& connection) {
                 "SELECT id, name, type, length, scale, \"offset\", unit, title, description FROM attribute "
                 "NOT INDEXED", // in the order of the table: sorting would hold every text in memory
                 object);
-  const std::uint64_t mostTextBytes =
-      connection.version() == firstVersion ? connection.identity().bytes : mostMetadataBytes;
+  const std::uint64_t fileBytes = connection.identity().bytes;
+  const bool isBoundByFile = connection.version() == firstVersion || fileBytes < mostMetadataBytes;
+  const std::uint64_t mostTextBytes = isBoundByFile ? fileBytes : mostMetadataBytes;
   std::uint64_t textBytes = 0;
   while (row.step()) {
     if (row.type(0) != SQLITE_INTEGER || (!all.empty() && row.integer(0) <= all.back().id)) {
@@ -134,7 +135,11 @@ void Catalogue::readAttributes(Connection& connection) {
     Column column{row.integer(0), attributeFrom(row, connection.path()), {}, {}};
     text.add(rowOf(column, row));
     if (textBytes += textBytesOf(column.attribute); textBytes > mostTextBytes) {
-      wrongCatalogue(object, "at most " + std::to_string(mostTextBytes) + " bytes of text", "more");
+      const std::string most = std::to_string(mostTextBytes);
+      wrongCatalogue(object,
+                     isBoundByFile ? "at most as much text as the file has bytes, " + most
+                                   : "at most " + most + " bytes of text",
+                     "more");
     }
     if (!indexByName.emplace(column.attribute.name, all.size()).second) {
       wrongCatalogue(object, "every name once", "\"" + column.attribute.name + "\" twice");

@@ -110,8 +110,8 @@ const unsigned char* EncodedBlock::recordsOf(BlockReader& reader, std::uint32_t 
     keptPiece = none;
     const std::size_t storedBytes = opened.pieces[piece].bytes;
     const std::size_t bytes = static_cast<std::size_t>(opened.records(piece)) * opened.recordBytes();
-    const bool isShared =
-        opened.hasIntermediate(); // the stored bytes are not needed once records are written
+    // The stored bytes are not needed any more once records are written.
+    const bool isShared = opened.hasIntermediate();
     kept = decodedPiece.of(isShared ? std::max(bytes, storedBytes) : bytes);
     decode(reader, piece, isShared ? kept : storedPiece.of(storedBytes), kept);
     keptPiece = piece;

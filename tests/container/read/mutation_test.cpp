@@ -201,9 +201,11 @@ TEST_F(SharedText, IsReadAsOftenAsTheFileCouldHoldIt) {
   writeBytes(path, shared());
   mostBytesInUse = bytesInUse.load();
   const std::size_t before = bytesInUse;
-  EXPECT_EQ(errorOf(directory, [this] { Database{path}; }),
-            "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected at most " +
-                std::to_string(sound.size()) + " bytes of text, found more)");
+  EXPECT_EQ(
+      errorOf(directory, [this] { Database{path}; }),
+      "the catalogue of the database is wrong (table \"attribute\" of scan.rdbx: expected at most as much "
+      "text as the file has bytes, " +
+          std::to_string(sound.size()) + ", found more)");
   EXPECT_LT(mostBytesInUse - before, 3 * sound.size());
 }
 
