@@ -20,6 +20,9 @@ SCALING = struct.Struct("<dd")
 TABLE_ROW = struct.Struct("<II")
 NO_FILTER, SHUFFLE, DELTA_AND_SHUFFLE = FILTERS = (0, 1, 2)
 NO_CODEC, ZLIB, LZ4 = CODECS = (0, 1, 2)
+MAXIMUM_LZ4_BYTES = 2113929216  # decoded
+LZ4_LAST_LITERALS = 5  # at least, behind a copy
+LZ4_LAST_COPY = 12  # bytes before the end of the result, at least
 
 USUAL_PIECE_BYTES = 262144  # decoded
 # What real values may be multiples of, and what their offset may be a multiple of.
@@ -73,6 +76,7 @@ def lz4_decoded(stored, size):
     """The content of an LZ4 block, which has to have `size` bytes: literals and copies in turn, literals at the end."""
     plain = bytearray()
     position = 0
+    copy_begin = None  # of the last copy
     try:
         while True:
             token = stored[position]
@@ -86,12 +90,16 @@ def lz4_decoded(stored, size):
             count += 4
             require(0 < distance <= len(plain) and len(plain) + count <= size,
                     f"expected a copy within {size} bytes, found {count} from {distance} before byte {len(plain)}")
+            copy_begin = len(plain)
             run = plain[-distance:]  # a copy may overlap what it makes: then the run repeats
             plain += (run * (count // distance + 1))[:count]
     except IndexError as error:
         raise DatabaseError(f"expected an LZ4 block of {size} bytes, found its beginning") from error
     require(position == len(stored) and len(plain) == size,
             f"expected an LZ4 block of {size} bytes, found {len(plain)}")
+    require(copy_begin is None or (count >= LZ4_LAST_LITERALS and size - copy_begin >= LZ4_LAST_COPY),
+            f"expected {LZ4_LAST_LITERALS} literals at the end and the last copy from {LZ4_LAST_COPY} bytes before it,"
+            f" found {count} literals and a copy from {size - (copy_begin or 0)} bytes before it")
     return bytes(plain)
 
 
@@ -229,6 +237,8 @@ def decoded(data, type_name, length, records):
         if codec == ZLIB:
             piece = inflated(piece, size)
         elif codec == LZ4:
+            require(size <= MAXIMUM_LZ4_BYTES,
+                    f"piece {number}: expected at most {MAXIMUM_LZ4_BYTES} bytes in an LZ4 block, found {size}")
             piece = lz4_decoded(piece, size)
         require(len(piece) == size, f"piece {number}: expected {size} bytes, found {len(piece)}")
         piece = unfiltered(piece, filter_code, width, length)

@@ -10,6 +10,7 @@ Reads both versions of the format, and blocks of all encodings.
 import argparse
 import array
 import contextlib
+import itertools
 import math
 import pathlib
 import sqlite3
@@ -24,6 +25,8 @@ from database_pieces import TYPE_CODES, DatabaseError, require
 APPLICATION_ID = 0x52444243
 MAXIMUM_LENGTH = 65536
 MAXIMUM_TEXT_BYTES = 32 << 20  # of all attributes, and of all metadata items
+MAXIMUM_EXTENT_COMPONENTS = 16
+MAXIMUM_DEFAULT_CHARACTERS = 16  # as the declaration of the column has them
 
 TABLES = {"database": ["records", "block_rows"],
           "attribute": ["id", "name", "type", "length", "scale", "offset", "unit", "title", "description"],
@@ -156,6 +159,11 @@ class Database:
         require(kinds == [("table", 1)], f'table "{table}" of {self.path}: expected an ordinary table, found none')
         missing = sorted(set(columns) - self._columns(table))
         require(not missing, f'table "{table}" of {self.path}: expected columns {columns}, found no {missing}')
+        # Values that are not stored are not bounded by the size of the file.
+        made = self._rows("SELECT name FROM pragma_table_xinfo(?) WHERE hidden <> 0 OR length(dflt_value) > ?", table,
+                          MAXIMUM_DEFAULT_CHARACTERS)
+        require(not made, f'table "{table}" of {self.path}: expected stored values, found a rule that makes them in'
+                          f" {made}")
 
     def _refuse_table(self, table, columns):
         if table in TABLES:
@@ -200,6 +208,7 @@ class Database:
                 f" found {self.records} and {self.block_rows}")
         for attribute in self._attributes:
             column = f'column "{attribute.name}" of {self.path}'
+            require(isinstance(attribute.id, int), f"{column}: expected an integer as id, found {attribute.id}")
             require(isinstance(attribute.name, str) and attribute.type in TYPE_CODES,
                     f"{column}: expected a type of int8 to uint64, float32 or float64, found {attribute.type}")
             require(isinstance(attribute.length, int) and 1 <= attribute.length <= MAXIMUM_LENGTH,
@@ -287,7 +296,25 @@ class Database:
         found = zlib.crc32(extent_text(rows)) if rows else None
         ((expected,),) = self._rows("SELECT extent_checksum FROM database")
         require(found == expected, f"extents of {self.path}: expected checksum {expected}, found {found}")
+        for block, rows_of_block in itertools.groupby(rows, key=lambda row: row[:2]):
+            self._require_extent(*block, list(rows_of_block))
         return rows
+
+    def _require_extent(self, attribute, number, rows):
+        block = f"extents of {self.path}, attribute {attribute}, block {number}"
+        lengths = {known.id: known.length for known in self._attributes}
+        length = lengths.get(attribute, 0)
+        require(0 < length <= MAXIMUM_EXTENT_COMPONENTS and number in range(self.block_count),
+                f"{block}: expected a block of at most {MAXIMUM_EXTENT_COMPONENTS} values per record, found none")
+        components = [row[2] for row in rows]
+        require(components == list(range(length)), f"{block}: expected {length} components, found {components}")
+        records = min(self.block_rows, self.records - number * self.block_rows)
+        for *_, minimum, maximum, missing in rows:
+            ends = (minimum, maximum)
+            is_range = all(isinstance(end, float) for end in ends) and minimum <= maximum
+            require(isinstance(missing, int) and 0 <= missing <= records
+                    and (ends == (None, None) if missing == records else is_range),
+                    f"{block}: expected a range that fits the values that are missing, found {ends} and {missing}")
 
 
 def shown_range(rows):

@@ -16,7 +16,8 @@ import zlib
 
 import database_pieces
 import read_database
-from read_database import MAXIMUM_TEXT_BYTES, catalogue_text, extent_text, text_bytes, texts_of
+from read_database import (MAXIMUM_EXTENT_COMPONENTS, MAXIMUM_TEXT_BYTES, catalogue_text, extent_text, text_bytes,
+                           texts_of)
 
 SCHEMA = """
 CREATE TABLE database (records INTEGER NOT NULL, block_rows INTEGER NOT NULL,
@@ -34,7 +35,6 @@ CREATE TABLE extent(attribute INTEGER NOT NULL, number INTEGER NOT NULL, compone
                     minimum REAL, maximum REAL, missing INTEGER NOT NULL,
                     PRIMARY KEY(attribute, number, component)) WITHOUT ROWID;
 """
-MAXIMUM_EXTENT_COMPONENTS = 16
 
 
 # Extents -------------------------------------------------------------------------------------------------------------

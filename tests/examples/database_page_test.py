@@ -85,6 +85,10 @@ class Page(unittest.TestCase):
         self.shows_number_after(read_database.MAXIMUM_TEXT_BYTES, "all names and values together are at most")
         self.shows_number_after(read_database.MAXIMUM_TEXT_BYTES, "descriptions of all attributes together are at most")
         self.shows_number_after(write_database.MAXIMUM_EXTENT_COMPONENTS, "attribute with at most")
+        self.shows_number_after(read_database.MAXIMUM_DEFAULT_CHARACTERS, "quotes included, has more than")
+        self.shows_number_after(database_pieces.MAXIMUM_LZ4_BYTES, "A piece with codec 2 has at most")
+        self.shows_number_after(database_pieces.LZ4_LAST_COPY, "the last one starts at least")
+        self.shows_number_after(database_pieces.LZ4_LAST_LITERALS, "the last sequence has at least")
         self.shows_number_after(database_pieces.USUAL_PIECE_BYTES, "as many records per piece as make")
 
     def test_fields_of_the_canonical_text(self):

@@ -16,7 +16,7 @@ import write_database  # noqa: E402
 from read_database import Attribute  # noqa: E402
 
 __all__ = ["ROOT", "Attribute", "database_pieces", "read_database", "write_database", "content_of", "execute",
-           "renew_catalogue_checksum", "rows_of", "write_example", "write_sample"]
+           "renew_catalogue_checksum", "renew_extent_checksum", "rows_of", "write_example", "write_sample"]
 
 TIME_BASE = '{"epoch": "2015-10-27T00:00:00+00:00"}'
 
@@ -41,8 +41,9 @@ def content_of(path):
     """Everything that a reader learns from a file."""
     with contextlib.closing(read_database.Database(path)) as database:
         names = list(database.attributes)
-        return (list(database.attributes.values()), database.items, database.extents(),
-                [database.stored(name).tobytes() for name in names], [list(database.values(name)) for name in names])
+        stored = [database.stored(name).tobytes() for name in names]
+        return (list(database.attributes.values()), database.items, database.extents(), stored,
+                [list(database.values(name)) for name in names])
 
 
 def execute(path, script):
@@ -59,6 +60,12 @@ def renew_catalogue_checksum(path):
         rows_of(path, "SELECT name, value FROM metadata ORDER BY name"),
         rows_of(path, "SELECT * FROM block_index ORDER BY attribute, number"))
     execute(path, f"UPDATE database SET catalogue_checksum = {zlib.crc32(text)}")
+
+
+def renew_extent_checksum(path):
+    """The same for the checksum of the extents."""
+    text = read_database.extent_text(rows_of(path, "SELECT * FROM extent ORDER BY attribute, number, component"))
+    execute(path, f"UPDATE database SET extent_checksum = {zlib.crc32(text)}")
 
 
 def rows_of(path, query):

@@ -4,6 +4,7 @@
 #include "container/read/verify.h"
 #include "tests/container/database_file.h"
 #include "tests/examples/encoded_database.h"
+#include "tests/examples/rare_values.h"
 #include "tests/support/file_content.h"
 
 #include <cstdlib>
@@ -122,6 +123,13 @@ void writeSurvey(const std::string& path, const WriterSettings& settings) {
   writer.finish();
 }
 
+/// Ids other than 1, 2, 3 in version 1, where no checksum covers them; copies by Python keep them.
+void writeSurveyWithOtherIds(const std::string& path) {
+  writeSurvey(path, version1(700));
+  execute(path, "UPDATE attribute SET id = id * 1000000000000 - 2500000000000;"
+                "UPDATE block SET attribute = attribute * 1000000000000 - 2500000000000");
+}
+
 /// What is copied.
 struct Source {
   const char* name;
@@ -147,6 +155,12 @@ const Source sources[] = {
     {"SurveyDeflate",
      [](const std::string& path) {
        writeSurvey(path, {700, true, 2, BlockEncoding::deflate});
+     }},
+    {"SurveyWithOtherIds", &writeSurveyWithOtherIds},
+    {"RareValuesRaw", [](const std::string& path) { exampletest::writeRareValues(path, {128}); }},
+    {"RareValuesLz4",
+     [](const std::string& path) {
+       exampletest::writeRareValues(path, {128, true, 2, BlockEncoding::lz4});
      }},
 };
 

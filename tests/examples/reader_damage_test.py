@@ -10,7 +10,7 @@ import unittest
 import zlib
 
 from example_modules import (ROOT, content_of, database_pieces, execute, read_database, renew_catalogue_checksum,
-                             rows_of, write_sample)
+                             renew_extent_checksum, rows_of, write_sample)
 
 # Statement on a file of version 2, and the error without "FILE: " or " of FILE".
 WRONG_FILES = [
@@ -29,6 +29,10 @@ WRONG_FILES = [
      "table \"database\": expected columns ['catalogue_checksum', 'extent_checksum'], found no ['extent_checksum']"),
     ("ALTER TABLE metadata DROP COLUMN value; ALTER TABLE metadata ADD COLUMN value TEXT AS ('x')",
      "table \"metadata\": expected columns ['name', 'value'], found no ['value']"),
+    ("ALTER TABLE block ADD COLUMN further TEXT AS ('x')",
+     'table "block": expected stored values, found a rule that makes them in [(\'further\',)]'),
+    ("ALTER TABLE extent ADD COLUMN further TEXT DEFAULT '123456789012345'",
+     'table "extent": expected stored values, found a rule that makes them in [(\'further\',)]'),
     ("INSERT INTO database SELECT * FROM database", "expected 1 row of table database, found 2"),
     ("DELETE FROM database", "expected 1 row of table database, found 0"),
     ("DELETE FROM block WHERE attribute = 2 AND number = 1", 'table "block": expected 6 blocks, found 5'),
@@ -72,6 +76,33 @@ CONTRADICTIONS = [
      'column "classes", block 0: expected one zlib stream of 1024 bytes, found another one'),
     ("UPDATE attribute SET type = 'int32' WHERE id = 2",
      'column "classes", block 0: expected one zlib stream of 512 bytes, found another one'),
+]
+
+# Statement on the extents of a file of version 2 whose checksum is renewed afterwards, and the error.
+WRONG_EXTENTS = [
+    ("UPDATE extent SET attribute = 3 WHERE attribute = 2",
+     "attribute 3, block 0: expected a block of at most 16 values per record, found none"),
+    ("UPDATE extent SET number = 3 WHERE number = 2",
+     "attribute 1, block 3: expected a block of at most 16 values per record, found none"),
+    ("UPDATE extent SET number = -1 WHERE number = 0",
+     "attribute 1, block -1: expected a block of at most 16 values per record, found none"),
+    ("DELETE FROM extent WHERE component = 1", "attribute 1, block 0: expected 3 components, found [0, 2]"),
+    ("UPDATE extent SET component = 3 WHERE component = 2",
+     "attribute 1, block 0: expected 3 components, found [0, 1, 3]"),
+    ("UPDATE extent SET minimum = 8, maximum = 7.5 WHERE attribute = 2 AND number = 1",
+     "attribute 2, block 1: expected a range that fits the values that are missing, found (8.0, 7.5) and 0"),
+    ("UPDATE extent SET minimum = NULL WHERE attribute = 2 AND number = 1",
+     "attribute 2, block 1: expected a range that fits the values that are missing, found (None, -0.5) and 0"),
+    ("UPDATE extent SET minimum = NULL, maximum = NULL, missing = 127 WHERE attribute = 2 AND number = 1",
+     "attribute 2, block 1: expected a range that fits the values that are missing, found (None, None) and 127"),
+    ("UPDATE extent SET minimum = 1, maximum = 1, missing = 44 WHERE attribute = 2 AND number = 2",
+     "attribute 2, block 2: expected a range that fits the values that are missing, found (1.0, 1.0) and 44"),
+    ("UPDATE extent SET minimum = NULL, maximum = NULL, missing = 45 WHERE attribute = 2 AND number = 2",
+     "attribute 2, block 2: expected a range that fits the values that are missing, found (None, None) and 45"),
+    ("UPDATE extent SET missing = -1 WHERE attribute = 2 AND number = 1",
+     "attribute 2, block 1: expected a range that fits the values that are missing, found (-2.0, -0.5) and -1"),
+    ("UPDATE extent SET maximum = 'x' WHERE attribute = 2 AND number = 1",
+     "attribute 2, block 1: expected a range that fits the values that are missing, found (-2.0, 'x') and 0"),
 ]
 
 # Statement on a file of version 1, whose catalogue nothing protects, and the error.
@@ -120,6 +151,10 @@ WRONG_LZ4 = [
     ("36 61 62 63 03 00 00", "expected a copy within 12 bytes, found 10 from 3 before byte 3"),
     ("31 61 62 63 03 00 00", "expected an LZ4 block of 12 bytes, found 8"),
     ("31 61 62 63 03 00", "expected an LZ4 block of 12 bytes, found its beginning"),
+    ("11 61 01 00 60 62 63 64 65 66 67", "expected 5 literals at the end and the last copy from 12 bytes before it,"
+                                         " found 6 literals and a copy from 11 bytes before it"),
+    ("14 61 01 00 30 62 63 64", "expected 5 literals at the end and the last copy from 12 bytes before it,"
+                                " found 3 literals and a copy from 11 bytes before it"),
 ]
 
 
@@ -171,6 +206,16 @@ class Damage(WithFile):
                        "DELETE FROM extent WHERE attribute = 1 AND number = 2 AND component = 2",
                        "DELETE FROM extent", "UPDATE database SET extent_checksum = NULL"):
             self.assertRegex(self.error_after(script), r"^extents: expected checksum (\d+|None), found (\d+|None)$")
+
+    def test_extents_that_contradict_the_blocks_are_refused(self):
+        for script, text in WRONG_EXTENTS:
+            found = self.error_after(script, renew_extent_checksum)
+            self.assertEqual(found.replace("extents, ", ""), text, script)
+
+    def test_short_default_of_a_further_column_is_ignored(self):
+        expected = content_of(self.sound)
+        execute(self.sound, "ALTER TABLE extent ADD COLUMN further TEXT DEFAULT '12345678901234'")
+        self.assertEqual(content_of(self.sound), expected)
 
     def test_change_of_a_block_is_noticed(self):
         (data,), = rows_of(self.sound, "SELECT data FROM block WHERE attribute = 2 AND number = 1")
@@ -270,6 +315,20 @@ class DamagedPieces(unittest.TestCase):
                 database_pieces.inflated(stored, 12)
         with self.assertRaisesRegex(read_database.DatabaseError, "expected a zlib stream, found: Error -3"):
             database_pieces.inflated(b"no stream", 12)
+
+    def test_lz4_block_of_too_many_bytes_is_refused(self):
+        most = 2113929216
+        for records, text in ((most + 1, f"piece 0: expected at most {most} bytes in an LZ4 block, found {most + 1}"),
+                              (most, f"expected an LZ4 block of {most} bytes, found its beginning")):
+            data = struct.pack("<IIBBBBII", 1, records, 0, 2, 0, 0, 0, 0)
+            with self.assertRaises(read_database.DatabaseError) as raised:
+                database_pieces.decoded(data, "uint8", 1, records)
+            self.assertEqual(str(raised.exception), text)
+
+    def test_shortest_block_with_an_lz4_copy_is_taken(self):
+        for last_token in ("80", "8f"):  # the low bits stand for no copy
+            stored = bytes.fromhex(f"10 61 01 00 {last_token} 62 63 64 65 66 67 68 69")
+            self.assertEqual(database_pieces.lz4_decoded(stored, 13), b"aaaaabcdefghi")
 
     def test_wrong_lz4_block_is_refused(self):
         for digits, text in WRONG_LZ4:

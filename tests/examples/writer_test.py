@@ -102,6 +102,22 @@ class Writer(unittest.TestCase):
             write_database.write(self.path, [Attribute(1, "a", "float32")], [values], {}, encoding=encoding)
             self.assertEqual(content_of(self.path)[3], [bits.tobytes()])
 
+    def test_rare_values_come_back_with_their_extents(self):
+        attributes = [Attribute(-7, "long", "int16", 17, -0.25, 3.0), Attribute(5, "ends", "float32", 2, -2.0, 1.0),
+                      Attribute(1 << 60, "gaps", "float64", 1)]
+        columns = [array.array("h", [-32768, 7, 32767] * 17 * 100),
+                   array.array("f", [math.inf, -0.0, math.nan, -1.5] * 150), array.array("d", [math.nan] * 300)]
+        for encoding, stored_as in (("raw", None), ("deflate", "pieces")):
+            write_database.write(self.path, attributes, columns, {}, 200, encoding)
+            found = content_of(self.path)
+            self.assertEqual(found[0], attributes)
+            self.assertEqual(found[3], [column.tobytes() for column in columns])
+            self.assertEqual(found[4][0][:3], [8195.0, 1.25, -8188.75])
+            self.assertEqual(found[2], [(5, 0, 0, -math.inf, -math.inf, 100), (5, 0, 1, 1.0, 4.0, 0),
+                                        (5, 1, 0, -math.inf, -math.inf, 50), (5, 1, 1, 1.0, 4.0, 0),
+                                        (1 << 60, 0, 0, None, None, 200), (1 << 60, 1, 0, None, None, 100)])
+            self.assertEqual(rows_of(self.path, "SELECT DISTINCT encoding FROM block_index"), [(stored_as,)])
+
     def test_what_does_not_fit_together_is_refused(self):
         for attributes, columns, items, text in REFUSALS:
             with self.assertRaises(ValueError) as raised:
