@@ -192,6 +192,16 @@ TEST_P(CopyByPython, HasTheSameContent) {
 INSTANTIATE_TEST_SUITE_P(Of, CopyByPython, testing::ValuesIn(sources),
                          [](const auto& row) { return std::string(row.param.name); });
 
+TEST(RareValues, AreStoredInPieces) {
+  const support::TempDir directory;
+  const std::string path = directory.path("rare.rdbx");
+  exampletest::writeRareValues(path, {128, true, 2, BlockEncoding::lz4});
+  const Database database(path);
+  for (std::size_t i = 0; i < database.attributeCount(); ++i) {
+    EXPECT_THAT(database.encoding(database.attribute(i).name, 0), testing::StartsWith("lz4"));
+  }
+}
+
 class PythonExamples : public testing::Test {
  protected:
   void SetUp() override { writeSurvey(original, {700}); }

@@ -120,6 +120,8 @@ WRONG_CATALOGUES = [
     ("UPDATE metadata SET value = x'00' WHERE name <> 'riegl.time_base'",
      "expected metadata items of two texts, found Österreich and b'\\x00'"),
     ("DELETE FROM block; DELETE FROM attribute", "expected no records without attributes, found 17"),
+    ("CREATE TABLE other AS SELECT * FROM attribute; DROP TABLE attribute; ALTER TABLE other RENAME TO attribute;"
+     "UPDATE attribute SET id = 'x' WHERE id = 1", 'column "int8": expected an integer as id, found x'),
     ("CREATE TABLE Block_Index(x)", 'table "block_index": expected no such table in version 1, found one'),
 ]
 
@@ -329,6 +331,12 @@ class DamagedPieces(unittest.TestCase):
         for last_token in ("80", "8f"):  # the low bits stand for no copy
             stored = bytes.fromhex(f"10 61 01 00 {last_token} 62 63 64 65 66 67 68 69")
             self.assertEqual(database_pieces.lz4_decoded(stored, 13), b"aaaaabcdefghi")
+
+    def test_lz4_block_with_few_literals_at_the_end_is_refused(self):
+        text = "expected 5 literals at the end and the last copy from 12 bytes before it, found {} literals and a copy"
+        for digits, literals, size in (("16 61 01 00 30 62 63 64", 3, 14), ("19 61 01 00 00", 0, 14)):
+            with self.assertRaisesRegex(read_database.DatabaseError, text.format(literals)):
+                database_pieces.lz4_decoded(bytes.fromhex(digits), size)
 
     def test_wrong_lz4_block_is_refused(self):
         for digits, text in WRONG_LZ4:
