@@ -49,7 +49,9 @@ class IndexRows {
  public:
   IndexRows(Connection& connection, const BlockLayout& division, std::vector<Column>& all)
       : layout(division), columns(all), fileBytes(connection.identity().bytes), path(connection.path()),
-        row(connection, "SELECT attribute, number, encoding, checksum, bytes FROM block_index",
+        row(connection,
+            "SELECT attribute, number, encoding, checksum, bytes FROM block_index "
+            "INDEXED BY sqlite_autoindex_block_index_1",
             "table \"block_index\" of " + connection.path()),
         key(connection, "SELECT attribute, number, rowid FROM block INDEXED BY sqlite_autoindex_block_1",
             "table \"block\" of " + connection.path()) {}

@@ -95,15 +95,14 @@ std::string Database::encoding(const std::string& name, std::uint64_t block) con
 
 std::vector<SourceScaling> Database::scaling(const std::string& name) const {
   const Column& column = file->requireColumn(name);
-  const auto first = std::find_if(column.index.begin(), column.index.end(),
-                                  [](const IndexedBlock& block) { return block.isEncoded; });
+  BlockReader& reader = file->readers.first();
   std::vector<SourceScaling> components;
-  if (first != column.index.end()) {
-    BlockReader& reader = file->readers.first();
-    reader.encoded.open(reader, column, file->catalogue.layout(),
-                        static_cast<std::uint64_t>(first - column.index.begin()));
-    for (const codec::Scaling& component : reader.encoded.header().scaling) {
-      components.push_back({component.scale, component.offset});
+  for (std::uint64_t block = 0; block < column.index.size() && components.empty(); ++block) {
+    if (column.isEncoded(block)) {
+      reader.encoded.open(reader, column, file->catalogue.layout(), block);
+      for (const codec::Scaling& component : reader.encoded.header().scaling) {
+        components.push_back({component.scale, component.offset});
+      }
     }
   }
   return components;

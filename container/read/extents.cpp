@@ -21,7 +21,9 @@ class ExtentRows {
  public:
   ExtentRows(Connection& connection, const BlockLayout& division, const std::vector<Column>& all)
       : layout(division), columns(all), extents(all.size()),
-        row(connection, "SELECT attribute, number, component, minimum, maximum, missing FROM extent",
+        row(connection,
+            "SELECT attribute, number, component, minimum, maximum, missing FROM extent "
+            "INDEXED BY sqlite_autoindex_extent_1",
             "table \"extent\" of " + connection.path()) {}
 
   std::vector<ColumnExtents> readAll(TextChecksum& text) {
@@ -64,6 +66,7 @@ class ExtentRows {
   ComponentExtent& placeOf(const ExtentRow& read) {
     while (column < columns.size() && columns[column].id < read.attribute) {
       requireWhole();
+      last = nullptr;
       ++column;
     }
     const auto number = static_cast<std::uint64_t>(read.number);

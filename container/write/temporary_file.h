@@ -12,7 +12,8 @@ namespace container {
 class TemporaryFile {
  public:
   /// \param path  the final place of the file; symbolic links are followed
-  /// \errors Error if `path` cannot be replaced, or no file can be made in its directory
+  /// \errors Error if `path` cannot be replaced, no file can be made in its directory, or a log of SQLite that belongs to
+  ///         an older file lies beside it
   explicit TemporaryFile(const std::string& path);
 
   /// Where the file is until then; empty once it is in place.

@@ -247,6 +247,29 @@ TEST_F(Version2, HasNoExtentsOfManyComponents) {
   EXPECT_TRUE(Database(path).extents("a").empty());
 }
 
+TEST_F(Version2, HasExtentsOnBothSidesOfAColumnWithout) {
+  {
+    Writer writer(path);
+    for (const auto& [name, length] : {std::pair{"a", 1U}, {"b", 17U}, {"c", 2U}}) {
+      writer.addAttribute({name, ElementType::uint8, length});
+    }
+    const std::vector<unsigned char> values(17, 5);
+    writer.write(1, {values.data(), values.data(), values.data()});
+    writer.finish();
+  }
+  EXPECT_EQ(Database(path).extents("a").size(), 1U);
+  EXPECT_TRUE(Database(path).extents("b").empty());
+  EXPECT_EQ(Database(path).extents("c").size(), 2U);
+}
+
+TEST_F(Version2, IsReadWithAnIndexOfAnotherOrder) {
+  execute(path, "CREATE INDEX by_size ON block_index(checksum, bytes, encoding)");
+  execute(path, "CREATE INDEX by_value ON extent(missing, maximum, minimum)");
+  std::string found;
+  container::verify(path, [&](const std::string&, const std::string& text) { found += text; });
+  EXPECT_EQ(found, "");
+}
+
 TEST_F(Version2, VersionOneStatesNoExtents) {
   writeSample(path);
   EXPECT_TRUE(Database(path).extents("riegl.xyz").empty());

@@ -57,6 +57,34 @@ TEST_F(Writing, ReplacesTheOldFileAtTheEnd) {
   EXPECT_EQ(Database(path).recordCount(), 10U);
 }
 
+// SQLite would apply the log of the old file to the new one.
+TEST_F(Writing, RefusesAPlaceWithTheLogOfAnOlderFile) {
+  for (const char* const suffix : {"-wal", "-journal"}) {
+    writeBytes(path + suffix, {'l', 'o', 'g'});
+    EXPECT_EQ(errorOf(directory, [this] { Writer writer(path); }),
+              std::string(
+                  "cannot write the database (scan.rdbx: expected no log of an unfinished change beside it, "
+                  "found: scan.rdbx") +
+                  suffix + "; open the older file with a program that may write to it, or remove the log)");
+    std::filesystem::remove(path + suffix);
+  }
+}
+
+TEST_F(Writing, RefusesTheNameWhenALogOfAnOlderFileHasAppeared) {
+  writeBytes(path, {'o', 'l', 'd'});
+  Writer writer(path);
+  writer.addAttribute({"a", ElementType::uint8});
+  writeBytes(path + "-wal", {'l', 'o', 'g'});
+  EXPECT_THAT(errorOf(directory, [&] { writer.finish(); }), testing::HasSubstr("found: scan.rdbx-wal; "));
+  EXPECT_THAT(bytesOf(path), ElementsAre('o', 'l', 'd'));
+}
+
+TEST_F(Writing, AcceptsAnEmptyLogOfAnOlderFile) {
+  writeBytes(path + "-wal", {});
+  writeSample(path);
+  EXPECT_EQ(Database(path).recordCount(), 10U);
+}
+
 TEST_F(Writing, FollowsASymbolicLink) {
   std::filesystem::create_directory(directory.path("store"));
   std::filesystem::create_symlink("store/real.rdbx", path);
