@@ -112,6 +112,15 @@ class CheckRooms(unittest.TestCase):
         self.refuses({"tests/support/grid.h": "", "names/names.h": '#include "tests/support/grid.h"\n'},
                      "names/names.h: room names may not include tests/support/grid.h, which is in room tests")
 
+    def test_foreign_platform_includes_from_its_own_folders(self):
+        own = {"tests/foreign/include/model/nimbra/grid.h": "", "tests/foreign/src/contents.h": ""}
+        text = '#include "contents.h"\n#include "model/nimbra/grid.h"\n'
+        self.assertEqual(answer({**GRID, **own, "tests/foreign/src/grid.cpp": text}), (0, ""))
+        self.refuses({**own, "tests/foreign/src/grid.cpp": '#include "absent.h"\n'},
+                     'tests/foreign/src/grid.cpp: include "absent.h" is no file of the project')
+        self.refuses({**own, "tests/loader/grid_test.cpp": '#include "model/nimbra/grid.h"\n'},
+                     'tests/loader/grid_test.cpp: include "model/nimbra/grid.h" is no file of the project')
+
     def test_stale_drawing_is_refused(self):
         status, text = answer({"page.md": ""}, "--held", os.path.join(ROOT, "README.md"))
         self.assertEqual(status, 1)
