@@ -13,7 +13,9 @@ function(builds what sources further) # further: arguments of the configure step
   run("Building the ${what}" ${CMAKE_COMMAND} --build ${FOLDER}/${what} -j 2)
 endfunction()
 
-set(platform ${FOLDER}/prefix/platform)
+# Outside the sources, because the library keeps no run path into its own project.
+run("Making a folder for the platform" mktemp -d)
+string(STRIP "${output}" platform)
 builds(platform ${ROOT}/tests/foreign -DQUARRY_POINT_HEADERS=${ROOT})
 run("Installing the platform" ${CMAKE_COMMAND} --install ${FOLDER}/platform --prefix ${platform})
 
@@ -26,7 +28,7 @@ builds(library ${ROOT} "${choice}")
 set(installed ${FOLDER}/prefix/library)
 run("Installing the library" ${CMAKE_COMMAND} --install ${FOLDER}/library --prefix ${installed})
 
-builds(host ${ROOT}/tests/foreign/host "-DCMAKE_PREFIX_PATH=${platform}\\;${installed}")
+builds(host ${ROOT}/tests/foreign/host "-DCMAKE_PREFIX_PATH=${platform};-Drdb2nimbra_ROOT=${installed}")
 
 run("The conformance program" ${FOLDER}/host/quarry-conformance)
 if(NOT output MATCHES "\n([1-9][0-9]*) promises: ([1-9][0-9]*) kept, 0 broken\n$" OR
@@ -37,4 +39,4 @@ endif()
 run("The comparison of the loads" ${PYTHON} ${CMAKE_CURRENT_LIST_DIR}/equal_values.py
   --foreign-host ${FOLDER}/host/foreign_host --host ${HOST} --folder ${FOLDER}/databases)
 message(STATUS "${output}")
-file(REMOVE_RECURSE ${FOLDER})
+file(REMOVE_RECURSE ${FOLDER} ${platform})
